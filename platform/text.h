@@ -1,0 +1,59 @@
+// Text whose characters are counted, and the step between it and the UTF-8 of everything else.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tessavox {
+
+/// A stretch of an unchanging UTF-16 text that several owners share. Copying one costs the same for
+/// ten words and for a whole book, so a book can be handed to the voice without being copied.
+/// Offsets and lengths are UTF-16 code units.
+class TextSlice {
+public:
+    TextSlice() = default;
+    TextSlice(std::u16string text)
+        : m_text(std::make_shared<const std::u16string>(std::move(text)))
+        , m_length(m_text->size())
+    {
+    }
+    TextSlice(const char16_t* text)
+        : TextSlice(std::u16string(text))
+    {
+    }
+    /// The part of `text` from `offset`, at most `length` units; both are cut to what is there.
+    TextSlice(std::shared_ptr<const std::u16string> text, std::size_t offset, std::size_t length)
+        : m_text(std::move(text))
+    {
+        const std::size_t size = m_text ? m_text->size() : 0;
+        m_offset = offset < size ? offset : size;
+        m_length = length < size - m_offset ? length : size - m_offset;
+    }
+
+    std::u16string_view view() const
+    {
+        return m_text ? std::u16string_view(*m_text).substr(m_offset, m_length)
+                      : std::u16string_view();
+    }
+    std::size_t size() const { return m_length; }
+    bool empty() const { return m_length == 0; }
+    friend bool operator==(const TextSlice& left, const TextSlice& right)
+    {
+        return left.view() == right.view();
+    }
+
+private:
+    std::shared_ptr<const std::u16string> m_text;
+    std::size_t m_offset = 0;
+    std::size_t m_length = 0;
+};
+
+/// UTF-16 from UTF-8. Bytes that are no UTF-8 become U+FFFD, one for each maximal bad piece.
+std::u16string to_utf16(std::string_view utf8);
+
+/// UTF-8 from UTF-16. Lone surrogates become U+FFFD.
+std::string to_utf8(std::u16string_view utf16);
+
+} // namespace tessavox
