@@ -16,8 +16,7 @@ public:
 };
 
 /// Runs one statement and steps over its Failure. Returns whether the statement went through.
-template <class Statement>
-bool attempt(Statement&& statement)
+template <class Statement> bool attempt(Statement&& statement)
 {
     try {
         std::forward<Statement>(statement)();
@@ -28,8 +27,7 @@ bool attempt(Statement&& statement)
 }
 
 /// Runs the statements in their order, each whatever became of the one before it.
-template <class... Statements>
-void attempt_each(Statements&&... statements)
+template <class... Statements> void attempt_each(Statements&&... statements)
 {
     (attempt(std::forward<Statements>(statements)), ...);
 }

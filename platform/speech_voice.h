@@ -98,7 +98,8 @@ public:
 
 /// The ten events. They arrive on the interface thread, between handlers, or inside a Speak that
 /// was called without SVSFlagsAsync. StreamPos is a byte offset in the output of that stream;
-/// CharacterPosition and Length count UTF-16 code units of the text given to Speak, markup included.
+/// CharacterPosition and Length count UTF-16 code units of the text given to Speak, markup
+/// included.
 class SpeechVoiceEvents {
 public:
     virtual ~SpeechVoiceEvents() = default;
@@ -120,9 +121,8 @@ public:
         std::int32_t Duration, std::int16_t NextPhoneId, std::int32_t Feature,
         std::int16_t CurrentPhoneId)
         = 0;
-    virtual void Voice_Viseme(std::int32_t StreamNum, std::int64_t StreamPos,
-        std::int32_t Duration, std::int32_t VisemeType, std::int32_t Feature,
-        std::int32_t VisemeId)
+    virtual void Voice_Viseme(std::int32_t StreamNum, std::int64_t StreamPos, std::int32_t Duration,
+        std::int32_t VisemeType, std::int32_t Feature, std::int32_t VisemeId)
         = 0;
     virtual void Voice_AudioLevel(
         std::int32_t StreamNumber, std::int64_t StreamPosition, std::int32_t AudioLevel)
@@ -132,9 +132,9 @@ public:
         = 0;
 };
 
-/// One voice. Used on the interface thread only. Nothing here waits for the engine, the sound device
-/// or the disk except Speak without SVSFlagsAsync and WaitUntilDone.
-/// Destroying it ends its sound at once; no event arrives afterwards.
+/// One voice. Used on the interface thread only. Nothing here waits for the engine, the sound
+/// device or the disk except Speak without SVSFlagsAsync and WaitUntilDone. Destroying it ends its
+/// sound at once; no event arrives afterwards.
 class SpeechVoice {
 public:
     virtual ~SpeechVoice() = default;
@@ -142,7 +142,8 @@ public:
     /// Speaks `text` and returns its stream number, rising from 1. SVSFlagsAsync: returns at once.
     /// SVSFPurgeBeforeSpeak: everything queued or spoken is dropped first, and none of its events
     /// comes any more; an empty text with exactly this flag only drops. SVSFIsFilename: the text is
-    /// the path of a wave file to play. @throws Failure if that file can't be opened as a wave file.
+    /// the path of a wave file to play. @throws Failure if that file can't be opened as a wave
+    /// file.
     virtual std::int32_t Speak(TextSlice text, std::int32_t flags) = 0;
     /// Holds the sound at once, keeps the queue. Resume goes on with the very next sample.
     virtual void Pause() = 0;
