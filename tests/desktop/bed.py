@@ -1,0 +1,284 @@
+"""Drives the program from outside, as a user does: accessibility tree, mouse, keys, sound.
+
+For use inside with_desktop. The program is named by TESSAVOX_PROGRAM."""
+
+import array
+import os
+import subprocess
+import tempfile
+import time
+import wave
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+POLL_SECONDS = 0.005
+# A bound for everything that is waited for; a sanitized build on a busy machine is slow.
+PATIENCE_SECONDS = 30
+RECORDER_RATE = 16000
+SILENCE_PEAK = 100  # of 32767; speech peaks lie above 3000
+
+program_path = os.environ.get("TESSAVOX_PROGRAM", "")
+config_folder = os.path.join(os.environ.get("XDG_CONFIG_HOME", ""), "tessavox", "conf")
+
+
+def wait_for(condition, what, seconds=PATIENCE_SECONDS):
+    """Returns the first true value of condition(); an accessible that has just gone counts as false."""
+    end = time.monotonic() + seconds
+    while True:
+        try:
+            value = condition()
+        except GLib.Error:
+            value = None
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise AssertionError(f"not within {seconds} s: {what}")
+        time.sleep(POLL_SECONDS)
+
+
+def xdotool(*arguments):
+    return subprocess.run(["xdotool", *map(str, arguments)], check=True, text=True,
+                          capture_output=True).stdout
+
+
+def keys(*names):
+    """Presses keys by their names, "Return" or "ctrl+a", in the window that has the focus."""
+    xdotool("key", "--clearmodifiers", *names)
+
+
+def type_text(text):
+    xdotool("type", "--clearmodifiers", "--delay", "5", text)
+
+
+def screenshot(path):
+    subprocess.run(["import", "-window", "root", path], check=True)
+
+
+class Control:
+    """A node of the accessibility tree. Everything is asked anew each time."""
+
+    def __init__(self, node):
+        self.node = node
+
+    def __getattr__(self, name):
+        try:
+            return {"role": self.node.get_role_name, "name": self.node.get_name,
+                    "description": self.node.get_description}[name]()
+        except KeyError:
+            raise AttributeError(name) from None
+
+    def children(self):
+        nodes = (self.node.get_child_at_index(i) for i in range(self.node.get_child_count()))
+        return [Control(node) for node in nodes if node]
+
+    def walk(self):
+        yield self
+        if self.role != "combo box":  # its entries are many, and never looked for this way
+            for child in self.children():
+                yield from child.walk()
+
+    def has(self, *states):
+        found = self.node.get_state_set()
+        return all(found.contains(state) for state in states)
+
+    @property
+    def enabled(self):
+        return self.has(Atspi.StateType.ENABLED)
+
+    @property
+    def showing(self):
+        return self.has(Atspi.StateType.SHOWING, Atspi.StateType.VISIBLE)
+
+    @property
+    def checked(self):
+        return self.has(Atspi.StateType.CHECKED)
+
+    @property
+    def box(self):
+        """Left, top, width, height on the screen."""
+        box = self.node.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+        return box.x, box.y, box.width, box.height
+
+    def click(self, button=1):
+        left, top, width, height = self.box
+        xdotool("mousemove", left + width // 2, top + height // 2, "click", button)
+
+    def press(self):
+        """Clicks it with the mouse as soon as it can be clicked."""
+        wait_for(lambda: self.showing and self.enabled, f"'{self.name}' can be pressed")
+        self.click()
+
+    @property
+    def value(self):
+        return self.node.get_value_iface().get_current_value()
+
+
+class TextPane(Control):
+    @property
+    def text(self):
+        iface = self.node.get_text_iface()
+        return Atspi.Text.get_text(iface, 0, Atspi.Text.get_character_count(iface))
+
+    @property
+    def caret(self):
+        return Atspi.Text.get_caret_offset(self.node.get_text_iface())
+
+    @caret.setter
+    def caret(self, offset):
+        iface = self.node.get_text_iface()
+        if Atspi.Text.get_n_selections(iface):
+            Atspi.Text.remove_selection(iface, 0)
+        Atspi.Text.set_caret_offset(iface, offset)
+        wait_for(lambda: self.selection == (offset, offset), f"the caret at {offset}")
+
+    @property
+    def selection(self):
+        """Its begin and end, both the caret where nothing is selected."""
+        iface = self.node.get_text_iface()
+        if not Atspi.Text.get_n_selections(iface):
+            return (self.caret, self.caret)
+        found = Atspi.Text.get_selection(iface, 0)
+        return (found.start_offset, found.end_offset)
+
+    @property
+    def selected(self):
+        begin, end = self.selection
+        return self.text[begin:end]
+
+    def select(self, begin, end):
+        self.caret = begin
+        Atspi.Text.add_selection(self.node.get_text_iface(), begin, end)
+        wait_for(lambda: self.selection == (begin, end), f"a selection from {begin} to {end}")
+
+
+class Program:
+    """The running program. Use it in a `with` statement, which ends it."""
+
+    def __init__(self, *arguments, path=None, **environment):
+        command = [path or program_path, *arguments]
+        self.process = subprocess.Popen(command, env=dict(os.environ, **environment))
+        self.application = wait_for(self._find, "the program shows up in the accessibility tree")
+        wait_for(lambda: self.window().showing, "its window is shown")
+
+    def _find(self):
+        assert self.process.poll() is None, f"the program ended with {self.process.returncode}"
+        desktop = Atspi.get_desktop(0)
+        for i in range(desktop.get_child_count()):
+            node = desktop.get_child_at_index(i)
+            if node and node.get_process_id() == self.process.pid:
+                # Nobody runs the main loop that would keep a cache up to date.
+                node.set_cache_mask(Atspi.Cache.NONE)
+                return Control(node)
+        return None
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        if self.process.poll() is None:
+            self.process.kill()
+        self.process.wait()
+
+    def window(self):
+        """The window opened last: a message or dialog if there is one, else the main window."""
+        return self.application.children()[-1]
+
+    def find_all(self, role, name=None, description=None):
+        found = []
+        for control in self.application.walk():
+            if control.role == role and name in (None, control.name) \
+                    and description in (None, control.description):
+                found.append(control)
+        return found
+
+    def find(self, role, name=None, description=None):
+        """The shown control of that kind; waits until there is one."""
+        return wait_for(lambda: next((control for control in self.find_all(role, name, description)
+                                      if control.showing), None),
+                        f"a {role} '{name or description}' is shown")
+
+    def button(self, name):
+        return self.find("push button", name)
+
+    def text_pane(self):
+        return TextPane(self.find("text").node)
+
+    def panel(self, start):
+        """The text of the status bar panel that begins with `start`, "" if there is none."""
+        return next((control.name for control in self.find_all("label")
+                     if control.name.startswith(start)), "")
+
+    def close(self):
+        """Asks the window manager to close the main window; returns the exit code."""
+        window = next(line.split()[0] for line in subprocess.run(
+            ["wmctrl", "-lp"], check=True, text=True, capture_output=True).stdout.splitlines()
+            if line.split()[2] == str(self.process.pid))
+        subprocess.run(["wmctrl", "-i", "-c", window], check=True)
+        return self.process.wait(PATIENCE_SECONDS)
+
+
+class Recorder:
+    """Records what the desktop's sound output plays: 16-bit mono. Use it in a `with` statement,
+    and start it before the sound: a sound device that nobody listens to runs ahead."""
+
+    def __init__(self, rate=RECORDER_RATE):
+        self.rate = rate
+        self.file = tempfile.NamedTemporaryFile(suffix=".raw")
+        self.process = subprocess.Popen(
+            ["parec", "-d", "nul.monitor", "--format=s16le", "--channels=1", f"--rate={rate}",
+             "--latency-msec=10"], stdout=self.file)
+        wait_for(self.position, "the first recorded sound")
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.stop()
+        self.file.close()
+
+    def stop(self):
+        self.process.terminate()
+        self.process.wait()
+
+    def position(self):
+        """Samples recorded so far."""
+        return os.stat(self.file.name).st_size // 2
+
+    def samples(self, begin=0, end=None):
+        end = self.position() if end is None else end
+        with open(self.file.name, "rb") as file:
+            file.seek(2 * begin)
+            return array.array("h", file.read(2 * max(0, end - begin)))
+
+    def peak(self, begin=0, end=None):
+        samples = self.samples(begin, end)
+        return max(max(samples), -min(samples)) if samples else 0
+
+    def wait_for_sound(self, begin=None):
+        begin = self.position() if begin is None else begin
+        wait_for(lambda: self.peak(begin) > SILENCE_PEAK, "sound")
+
+    def wait_for_silence(self, seconds=0.3):
+        """Until the last `seconds` of the recording are silent."""
+        length = int(seconds * self.rate)
+        start = self.position()
+
+        def silent():
+            end = self.position()
+            return end - start >= length and self.peak(end - length, end) <= SILENCE_PEAK
+        wait_for(silent, f"{seconds} s of silence")
+
+    def wait_seconds(self, seconds):
+        """Until so much more sound, or silence, is recorded. Returns the peak of that stretch."""
+        begin = self.position()
+        end = begin + int(seconds * self.rate)
+        wait_for(lambda: self.position() >= end, f"{seconds} s are recorded", seconds + 10)
+        return self.peak(begin, end)
+
+    def save(self, path):
+        with wave.open(path, "wb") as file:
+            file.setparams((1, 2, self.rate, 0, "NONE", ""))
+            file.writeframes(self.samples().tobytes())
