@@ -25,10 +25,11 @@ public:
     /// Takes whole frames, at most writable() of them; never blocks. Sound starts when enough for a
     /// smooth start is there, or at finish().
     virtual void write(std::span<const std::byte> frames) = 0;
-    /// All frames of now are written: plays them out even if they are few. write() may follow later.
+    /// All frames of now are written: plays them out even if they are few. write() may follow
+    /// later.
     virtual void finish() = 0;
-    /// The count of frames heard. Never falls, never passes what was written, and stands still while
-    /// paused. After flush() it counts on from where it stood.
+    /// The count of frames heard. Never falls, never passes what was written, and stands still
+    /// while paused. After flush() it counts on from where it stood.
     virtual std::uint64_t played() = 0;
     virtual void pause() = 0;
     virtual void resume() = 0;
@@ -47,9 +48,9 @@ class SoundServer {
 public:
     /// `wake` of open() may run on a thread of the server's own.
     virtual ~SoundServer() = default;
-    /// Opens a stream on the named output, or on the default one if the name is empty. Waits for the
-    /// server at most a second. `wake` is called when room comes free or the stream dies: it must
-    /// only signal. @throws Failure if there is no server or no such output.
+    /// Opens a stream on the named output, or on the default one if the name is empty. Waits for
+    /// the server at most a second. `wake` is called when room comes free or the stream dies: it
+    /// must only signal. @throws Failure if there is no server or no such output.
     virtual std::unique_ptr<AudioSink> open(
         PcmFormat format, const std::string& output, std::function<void()> wake)
         = 0;

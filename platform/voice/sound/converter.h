@@ -11,9 +11,9 @@
 
 namespace tessavox::voice {
 
-/// One continuous stream from an input rate to an output format: state is carried from call to call,
-/// so no seam is heard where one chunk ends and the next begins. A frame at input time t comes out
-/// at output time t. With equal rates and 16 bit the samples pass unchanged.
+/// One continuous stream from an input rate to an output format: state is carried from call to
+/// call, so no seam is heard where one chunk ends and the next begins. A frame at input time t
+/// comes out at output time t. With equal rates and 16 bit the samples pass unchanged.
 class Converter {
 public:
     /// @throws Failure if the rates can't be converted.
@@ -36,12 +36,12 @@ private:
     std::unique_ptr<Impl> m_impl;
 };
 
-/// Multiplies frames in place by a gain that glides within a few milliseconds to where it is set, so
-/// that a change is heard at once and makes no click. 8-bit and 16-bit formats.
+/// Multiplies frames in place by a gain that glides within a few milliseconds to where it is set,
+/// so that a change is heard at once and makes no click. 8-bit and 16-bit formats.
 class Gain {
 public:
     explicit Gain(PcmFormat format);
-    /// `factor` 0..1. The very first one takes effect without gliding.
+    /// `factor` 0..1. What is set before the first frames takes effect without gliding.
     void set(float factor);
     void apply(std::span<std::byte> frames);
 
