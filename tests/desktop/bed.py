@@ -115,12 +115,36 @@ class Control:
     def value(self):
         return self.node.get_value_iface().get_current_value()
 
+    def drag_to_end(self, direction):
+        """Drags the thumb of a scroll bar, which stands in the middle, to the left or right end."""
+        left, top, width, height = self.box
+        middle, y = left + width // 2, top + height // 2
+        xdotool("mousemove", middle, y, "mousedown", 1)
+        # A bar follows the pointer only after it has seen it move.
+        for step in (10, 20, width):
+            xdotool("mousemove", middle + direction * step, y)
+        xdotool("mouseup", 1)
+
+    def choose(self, index):
+        """Chooses an entry of a combo box by its position, with the keyboard. Returns its text."""
+        entry = self.node.get_child_at_index(0).get_child_at_index(index).get_name()
+        self.node.get_component_iface().grab_focus()
+        wait_for(lambda: self.has(Atspi.StateType.FOCUSED), "the list has the focus")
+        keys("Home", *["Down"] * index)
+        wait_for(lambda: self.name == entry, f"'{entry}' is chosen")
+        return entry
+
 
 class TextPane(Control):
     @property
     def text(self):
         iface = self.node.get_text_iface()
         return Atspi.Text.get_text(iface, 0, Atspi.Text.get_character_count(iface))
+
+    @text.setter
+    def text(self, text):
+        Atspi.EditableText.set_text_contents(self.node.get_editable_text_iface(), text)
+        wait_for(lambda: self.text == text, "the new text")
 
     @property
     def caret(self):
@@ -155,13 +179,16 @@ class TextPane(Control):
 
 
 class Program:
-    """The running program. Use it in a `with` statement, which ends it."""
+    """The running program. Use it in a `with` statement, which ends it.
+
+    Messages at its start are answered with OK; `messages` has their texts."""
 
     def __init__(self, *arguments, path=None, **environment):
         command = [path or program_path, *arguments]
         self.process = subprocess.Popen(command, env=dict(os.environ, **environment))
+        self.messages = []
         self.application = wait_for(self._find, "the program shows up in the accessibility tree")
-        wait_for(lambda: self.window().showing, "its window is shown")
+        wait_for(self._started, "its window is shown")
 
     def _find(self):
         assert self.process.poll() is None, f"the program ended with {self.process.returncode}"
@@ -174,6 +201,12 @@ class Program:
                 return Control(node)
         return None
 
+    def _started(self):
+        message = self.message()
+        if message:
+            self.messages.append(self.answer(message))
+        return self.main_window() and self.main_window().showing
+
     def __enter__(self):
         return self
 
@@ -182,17 +215,33 @@ class Program:
             self.process.kill()
         self.process.wait()
 
-    def window(self):
-        """The window opened last: a message or dialog if there is one, else the main window."""
-        return self.application.children()[-1]
+    def main_window(self):
+        return next((top for top in self.application.children() if top.role == "frame"), None)
+
+    def message(self):
+        """The message box that is shown, if any."""
+        return next((top for top in self.application.children()
+                     if top.role == "alert" and top.showing), None)
+
+    def dialog(self, title):
+        """The dialog of that title, once it is shown."""
+        return wait_for(lambda: next((top for top in self.application.children()
+                                      if top.name == title and top.showing), None),
+                        f"the dialog '{title}'")
+
+    def answer(self, message, button="OK"):
+        """Presses a button of a message box. Returns the message's text."""
+        text = " ".join(part.name for part in message.walk() if part.role == "label")
+        next(part for part in message.walk()
+             if part.role == "push button" and part.name.replace("&", "") == button).press()
+        wait_for(lambda: not self.message() or self.message().node != message.node,
+                 f"the message '{text}' goes away")
+        return text
 
     def find_all(self, role, name=None, description=None):
-        found = []
-        for control in self.application.walk():
-            if control.role == role and name in (None, control.name) \
-                    and description in (None, control.description):
-                found.append(control)
-        return found
+        return [control for control in self.application.walk()
+                if control.role == role and name in (None, control.name)
+                and description in (None, control.description)]
 
     def find(self, role, name=None, description=None):
         """The shown control of that kind; waits until there is one."""
@@ -211,12 +260,25 @@ class Program:
         return next((control.name for control in self.find_all("label")
                      if control.name.startswith(start)), "")
 
+    def follow_reading(self, until_idle=True, count=None):
+        """The selections that come by, until the Read button is enabled again, or `count` came."""
+        read, pane, seen = self.button("Read"), self.text_pane(), []
+
+        def done():
+            idle = until_idle and read.enabled
+            selection = pane.selection
+            if not seen or seen[-1] != selection:
+                seen.append(selection)
+            return idle or (count and len(seen) >= count)
+        wait_for(done, "the end of the reading", 120)
+        return seen
+
     def close(self):
         """Asks the window manager to close the main window; returns the exit code."""
-        window = next(line.split()[0] for line in subprocess.run(
-            ["wmctrl", "-lp"], check=True, text=True, capture_output=True).stdout.splitlines()
-            if line.split()[2] == str(self.process.pid))
-        subprocess.run(["wmctrl", "-i", "-c", window], check=True)
+        windows = subprocess.run(["wmctrl", "-lp"], check=True, text=True, capture_output=True)
+        own = [line.split()[0] for line in windows.stdout.splitlines()
+               if line.split()[2] == str(self.process.pid)]
+        subprocess.run(["wmctrl", "-i", "-c", own[0]], check=True)
         return self.process.wait(PATIENCE_SECONDS)
 
 
@@ -224,12 +286,12 @@ class Recorder:
     """Records what the desktop's sound output plays: 16-bit mono. Use it in a `with` statement,
     and start it before the sound: a sound device that nobody listens to runs ahead."""
 
-    def __init__(self, rate=RECORDER_RATE):
+    def __init__(self, rate=RECORDER_RATE, **environment):
         self.rate = rate
         self.file = tempfile.NamedTemporaryFile(suffix=".raw")
         self.process = subprocess.Popen(
             ["parec", "-d", "nul.monitor", "--format=s16le", "--channels=1", f"--rate={rate}",
-             "--latency-msec=10"], stdout=self.file)
+             "--latency-msec=10"], stdout=self.file, env=dict(os.environ, **environment))
         wait_for(self.position, "the first recorded sound")
 
     def __enter__(self):

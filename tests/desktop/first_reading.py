@@ -1,0 +1,51 @@
+"""first_reading.py PROGRAM FOLDER: has the program read its start document aloud, and keeps a
+screenshot with a selected word and the sound in the folder. For use inside with_desktop."""
+
+import os
+import re
+import sys
+
+import bed
+
+
+def main():
+    program_path, folder = sys.argv[1], sys.argv[2]
+    os.makedirs(folder, exist_ok=True)
+    picture = os.path.join(folder, "first_reading.png")
+    sound = os.path.join(folder, "first_reading.wav")
+    for path in (picture, sound):
+        if os.path.exists(path):
+            os.remove(path)
+
+    with bed.Recorder(rate=22050) as recorder, bed.Program(path=program_path) as program:
+        pane = program.text_pane()
+        words = re.findall(r"\w+", pane.text)
+        print(f"Reading {len(words)} words aloud ...", flush=True)
+        program.button("Read").press()
+        bed.wait_for(lambda: pane.selected == words[min(12, len(words) - 1)], "a selected word")
+        bed.screenshot(picture)
+        seen = program.follow_reading()
+        recorder.wait_for_silence()
+        recorder.stop()
+        recorder.save(sound)
+        peak, seconds, last = recorder.peak(), recorder.position() / recorder.rate, pane.selected
+        code = program.close()
+
+    faults = []
+    if peak <= bed.SILENCE_PEAK:
+        faults.append("the recorded sound is silent")
+    if not os.path.exists(picture) or os.path.getsize(picture) < 10_000:
+        faults.append("there is no screenshot")
+    if last != words[-1]:
+        faults.append(f"the last selected word is '{last}', not '{words[-1]}'")
+    if code != 0:
+        faults.append(f"the program ended with {code}")
+    if faults:
+        sys.exit("first reading: " + "; ".join(faults))
+    print(f"The voice spoke; {len(seen)} selections were seen to move along.")
+    print(f"Screenshot: {picture}")
+    print(f"Sound:      {sound} ({seconds:.1f} s, peak {peak} of 32767)")
+
+
+if __name__ == "__main__":
+    main()

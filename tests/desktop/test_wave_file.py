@@ -1,0 +1,86 @@
+"""Reading into a wave file, and playing one."""
+
+import os
+import subprocess
+import tempfile
+import unittest
+
+from bed import SILENCE_PEAK, Program, Recorder, keys, type_text, wait_for
+
+TEXT = "One two three four five six seven eight nine ten."
+
+
+def soxi(option, path):
+    return subprocess.run(["soxi", option, path], check=True, text=True,
+                          capture_output=True).stdout.strip()
+
+
+class WaveFile(unittest.TestCase):
+    def setUp(self):
+        self.folder = self.enterContext(tempfile.TemporaryDirectory())
+        self.recorder = self.enterContext(Recorder())
+        self.program = self.enterContext(Program())
+        self.pane = self.program.text_pane()
+        self.pane.text = TEXT
+        self.pane.caret = 0
+
+    def save_as(self, path):
+        self.program.button("Read to File").press()
+        self.program.dialog("Save to a Wave File")
+        type_text(path)
+        keys("Return")
+
+    def test_the_file_has_the_chosen_format_and_the_whole_text(self):
+        formats = {"8kHz 8Bit Mono": ("8000", "16", "1"),  # always was 16 bit
+                   "22kHz 8Bit Stereo": ("22050", "8", "2"),
+                   "48kHz 16Bit Stereo": ("48000", "16", "2")}
+        for index, (name, expected) in zip((0, 21, 35), formats.items()):
+            with self.subTest(name):
+                path = os.path.join(self.folder, f"{index}.wav")
+                formats_list = self.program.find("combo box", description="Select voice format")
+                self.assertEqual(formats_list.choose(index), name)
+                self.pane.caret = 0
+                self.save_as(path)
+                message = wait_for(self.program.message, "the message of success")
+                self.assertEqual(message.name, "File Saved")
+                self.assertIn("WAV file successfully written!", self.program.answer(message))
+                self.assertEqual((soxi("-r", path), soxi("-b", path), soxi("-c", path)), expected)
+                self.assertTrue(2 < float(soxi("-D", path)) < 8, soxi("-D", path))
+
+    def test_after_a_save_reading_sounds_again_and_the_file_can_be_played(self):
+        path = os.path.join(self.folder, "kept")  # no ending is forced on a name
+        self.save_as(path)
+        self.program.answer(wait_for(self.program.message, "the message of success"))
+        self.assertEqual(os.listdir(self.folder), ["kept"])
+        self.pane.caret = 0
+        self.program.button("Read").press()
+        self.recorder.wait_for_sound()
+        self.program.follow_reading()
+        self.recorder.wait_for_silence()
+
+        self.program.button("Play File").press()
+        self.program.dialog("Speak a Wave File")
+        type_text(path)
+        keys("Return")
+        self.recorder.wait_for_sound()
+        wait_for(lambda: self.program.button("Read").enabled, "the end of the file")
+
+    def test_cancelling_the_dialog_leaves_everything_as_it_was(self):
+        self.program.button("Read to File").press()
+        self.program.dialog("Save to a Wave File")
+        keys("Escape")
+        wait_for(lambda: len(self.program.application.children()) == 1, "the dialog goes away")
+        self.assertEqual(os.listdir(self.folder), [])
+        self.program.button("Read").press()
+        self.recorder.wait_for_sound()
+
+    def test_a_reading_in_progress_blocks_the_command(self):
+        self.program.button("Read").press()
+        wait_for(lambda: self.program.button("Stop").enabled, "the reading begins")
+        self.assertFalse(self.program.button("Read to File").enabled)
+        self.assertFalse(self.program.button("Play File").enabled)
+        self.assertGreater(self.recorder.wait_seconds(1), SILENCE_PEAK)
+
+
+if __name__ == "__main__":
+    unittest.main()
