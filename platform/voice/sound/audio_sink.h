@@ -50,7 +50,8 @@ public:
     virtual ~SoundServer() = default;
     /// Opens a stream on the named output, or on the default one if the name is empty. Waits for
     /// the server at most a second. `wake` is called when room comes free or the stream dies: it
-    /// must only signal. @throws Failure if there is no server or no such output.
+    /// must only signal, and no lock that it takes may be held in a call to a sink. @throws Failure
+    /// if there is no server or no such output.
     virtual std::unique_ptr<AudioSink> open(
         PcmFormat format, const std::string& output, std::function<void()> wake)
         = 0;

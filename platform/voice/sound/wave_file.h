@@ -24,8 +24,13 @@ public:
     virtual std::uint64_t frames() const = 0;
 };
 
-/// Creates or empties `path`. @throws Failure if it can't be written or is no regular file.
-std::unique_ptr<WaveWriter> create_wave_file(const std::string& path, PcmFormat format);
+/// The most bytes that the 32-bit sizes of a plain wave file can count behind its first 8.
+inline constexpr std::uint64_t plain_wave_limit = 0xFFFF'FFFF;
+
+/// Creates or empties `path`. Past `limit` bytes the file turns into an RF64 one.
+/// @throws Failure if it can't be written or is no regular file.
+std::unique_ptr<WaveWriter> create_wave_file(
+    const std::string& path, PcmFormat format, std::uint64_t limit = plain_wave_limit);
 
 /// Reads any usual PCM wave file (8 to 32 bit, float, one or more channels, RF64) as 16-bit sound.
 class WaveReader {
