@@ -1,0 +1,179 @@
+#!/usr/bin/python3
+"""run.py BUILD_FOLDER: measures the program and its parts, and prints one table.
+
+For use inside with_desktop. A row has the figure, what was measured, what it is measured against,
+and how they compare: below 1 is better than the yardstick."""
+
+import json
+import os
+import subprocess
+import sys
+import tempfile
+import time
+
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "desktop"))
+import bed  # noqa: E402
+from window_watch import Screen  # noqa: E402
+
+WARM_STARTS = 5
+IDLE_SECONDS = 5
+PAINTED_COLOURS = 8  # text with smooth edges has many more, an empty window fewer
+
+
+class Table:
+    def __init__(self):
+        self.rows = []
+
+    def add(self, figure, value, unit, limit=None, yardstick=""):
+        self.rows.append((figure, f"{value:.4g} {unit}".strip(),
+                          "" if limit is None else f"{limit:.4g} {unit} {yardstick}".strip(),
+                          "" if not limit else f"{value / limit:.2f}"))
+        print(f"  {figure}: {value:.4g} {unit}", file=sys.stderr, flush=True)
+
+    def show(self):
+        rows = [("figure", "measured", "yardstick", "ratio"), *self.rows]
+        widths = [max(len(row[i]) for row in rows) for i in range(4)]
+        for row in rows:
+            print("  ".join(cell.ljust(width) for cell, width in zip(row, widths)).rstrip())
+
+
+def seconds_to_painted_window(screen, program):
+    known = {window for window, _, _ in screen.mapped_windows()}
+    begin = time.monotonic()
+    process = subprocess.Popen([program])
+    try:
+        while time.monotonic() < begin + bed.PATIENCE_SECONDS:
+            for window, left, top in screen.mapped_windows():
+                if window not in known and screen.colours(left + 100, top + 60) > PAINTED_COLOURS:
+                    return time.monotonic() - begin
+        raise AssertionError("the program shows no window")
+    finally:
+        process.kill()
+        process.wait()
+        bed.wait_for(lambda: {window for window, _, _ in screen.mapped_windows()} <= known,
+                     "its window goes away")
+
+
+def start_of_program(table, program):
+    screen = Screen()
+    first = seconds_to_painted_window(screen, program)
+    times = sorted(seconds_to_painted_window(screen, program) for _ in range(WARM_STARTS))
+    table.add("first start until the window is painted", first * 1000, "ms")
+    table.add("warm start until the window is painted", times[WARM_STARTS // 2] * 1000, "ms", 300)
+
+
+def memory(pid):
+    """PSS and RSS in MB."""
+    found = {}
+    with open(f"/proc/{pid}/smaps_rollup") as file:
+        for line in file:
+            name, _, rest = line.partition(":")
+            if name in ("Pss", "Rss"):
+                found[name] = int(rest.split()[0]) / 1024
+    return found["Pss"], found["Rss"]
+
+
+def processor_seconds(pid):
+    with open(f"/proc/{pid}/stat") as file:
+        fields = file.read().rpartition(")")[2].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
+def idle_processor_share(pid):
+    begin, used = time.monotonic(), processor_seconds(pid)
+    time.sleep(IDLE_SECONDS)  # idle time can only be measured by letting it pass
+    return 100 * (processor_seconds(pid) - used) / (time.monotonic() - begin)
+
+
+def running_program(table, program_path):
+    with bed.Program(path=program_path) as program:
+        pid = program.process.pid
+        share = idle_processor_share(pid)
+        pss, rss = memory(pid)
+        table.add("processor use when idle", share, "% of a core", 1)
+        table.add("memory with the start document (PSS)", pss, "MB", 100)
+        table.add("memory with the start document (RSS)", rss, "MB", 100)
+        with bed.Recorder() as recorder:
+            pane, begin = program.text_pane(), recorder.position()
+            program.button("Read").press()
+            bed.wait_for(lambda: pane.selected == "page", "a word of the first sentence")
+            assert recorder.peak(begin) > bed.SILENCE_PEAK, "no sound"
+            used, start = processor_seconds(pid), time.monotonic()
+            time.sleep(IDLE_SECONDS)
+            table.add("processor use while reading", 100 * (processor_seconds(pid) - used)
+                      / (time.monotonic() - start), "% of a core")
+            table.add("memory while reading (PSS)", memory(pid)[0], "MB", 100)
+
+
+def heard(table, folder):
+    limits = {"word_event_mean_error_ms": 15, "volume_change_heard_ms": 100}
+    output = subprocess.run([os.path.join(folder, "bench_heard")], check=True, text=True,
+                            capture_output=True).stdout
+    for line in output.splitlines():
+        name, value = line.rsplit(" ", 1)
+        words, _, unit = name.rpartition("_")
+        if unit == "ms":
+            table.add(words.replace("_", " "), float(value), "ms", limits.get(name))
+        else:
+            table.add(name.replace("_", " "), float(value), "")
+
+
+# Google Benchmark programs: a benchmark may carry a counter `limit`, in the benchmark's own unit of
+# time, and counters of any other name, which become rows of their own.
+PLAIN_FIELDS = {"name", "family_index", "per_family_instance_index", "run_name", "run_type",
+                "repetitions", "repetition_index", "threads", "iterations", "real_time",
+                "cpu_time", "time_unit", "label", "limit", "aggregate_name", "aggregate_unit"}
+
+
+def benchmark_program(table, path):
+    with tempfile.NamedTemporaryFile() as report:
+        subprocess.run([path, f"--benchmark_out={report.name}", "--benchmark_out_format=json"],
+                       check=True, stdout=subprocess.DEVNULL)
+        benchmarks = json.load(open(report.name))["benchmarks"]
+    for one in benchmarks:
+        if one.get("error_occurred"):
+            raise AssertionError(f"{one['name']}: {one['error_message']}")
+        label = one.get("label", "")
+        table.add(one["name"], one["real_time"], one["time_unit"], one.get("limit"), label)
+        for name, value in one.items():
+            if name not in PLAIN_FIELDS and isinstance(value, (int, float)):
+                table.add(f"{one['name']} {name.replace('_', ' ')}", value, "")
+
+
+def yardsticks(table):
+    """What one would use instead, on this machine."""
+    text = ("The quick brown fox jumps over the lazy dog, and nobody knows why it does so. "
+            * (100_000 // 79))
+    with tempfile.TemporaryDirectory() as folder:
+        source, wave = os.path.join(folder, "text"), os.path.join(folder, "wave.wav")
+        with open(source, "w") as file:
+            file.write(text)
+        for name, command in (
+                ("espeak-ng", ["espeak-ng", "-f", source, "-w", wave]),
+                ("flite kal16", ["flite", "-voice", "kal16", "-f", source, "-o", wave])):
+            begin = time.monotonic()
+            subprocess.run(command, check=True, capture_output=True)
+            table.add(f"yardstick: {name}, 100 kB of text into a file",
+                      time.monotonic() - begin, "s")
+
+
+def main():
+    build = os.path.abspath(sys.argv[1])
+    folder = os.path.join(build, "bench")
+    program = os.path.join(build, "tessavox")
+    table = Table()
+    start_of_program(table, program)
+    running_program(table, program)
+    heard(table, folder)
+    for name in sorted(os.listdir(folder)):
+        path = os.path.join(folder, name)
+        if name.startswith("bench_") and name != "bench_heard" and os.access(path, os.X_OK):
+            print(name, file=sys.stderr)
+            benchmark_program(table, path)
+    yardsticks(table)
+    print()
+    table.show()
+
+
+if __name__ == "__main__":
+    main()
