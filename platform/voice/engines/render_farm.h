@@ -19,8 +19,8 @@ public:
     RenderFarm(const VoiceCatalog& catalog, const std::string& helper_path, int helpers);
     ~RenderFarm(); // ends the helpers and leaves no process behind
 
-    /// Whether another utterance should be submitted before the next take(): keeps every helper busy
-    /// while the memory used stays bounded.
+    /// Whether another utterance should be submitted before the next take(): keeps every helper
+    /// busy while the memory used stays bounded.
     bool wants_more() const;
     void submit(int voice, int rate, Utterance utterance);
     /// True while something is submitted and not taken.
@@ -30,7 +30,8 @@ public:
         Utterance utterance;
         Rendering rendering; // empty if the engine could not speak it
     };
-    /// The oldest submitted one; blocks until it is ready. `cancelled` makes it return early, empty.
+    /// The oldest submitted one; blocks until it is ready. `cancelled` makes it return early,
+    /// empty.
     Result take(const std::atomic<bool>& cancelled);
 
 private:

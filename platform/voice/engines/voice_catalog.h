@@ -28,8 +28,8 @@ public:
     /// Speaks with the engine that voice `voice` belongs to. `rate` is the sum of the voice's rate
     /// and the utterance's own, clamped. @throws Failure if there is no such voice or its engine
     /// can't speak.
-    Rendering render(int voice, int rate, const Utterance& utterance,
-        const std::atomic<bool>& cancelled) const;
+    Rendering render(
+        int voice, int rate, const Utterance& utterance, const std::atomic<bool>& cancelled) const;
 
 private:
     class Impl;
