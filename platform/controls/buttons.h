@@ -75,6 +75,24 @@ public:
     }
 };
 
+/// The band above a web page; contains the address box and its button.
+class CoolBar : public Control {
+public:
+    CoolBar(Form& form, std::string name)
+        : Control(form, std::move(name), "CoolBar")
+    {
+    }
+};
+
+/// The place of a web page among the controls of a form.
+class WebBrowser : public Control {
+public:
+    WebBrowser(Form& form, std::string name)
+        : Control(form, std::move(name), "WebBrowser")
+    {
+    }
+};
+
 class TextBox : public Control {
 public:
     TextBox(Form& form, std::string name)

@@ -3,13 +3,19 @@
 #include "platform/failure.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tessavox {
 
 Form::Form(Forms& forms, std::string name, FormKind kind, double width, double height)
     : Caption({}, [this] { announce(); })
     , Tag({}, nullptr)
-    , Visible(false, [this] { announce(); })
+    , Visible(false,
+          [this] {
+              announce();
+              if (m_kind == FormKind::mdi_parent && Visible)
+                  m_forms.parent_shown();
+          })
     , window_state(WindowState::normal,
           [this] {
               announce();
@@ -119,8 +125,25 @@ void Forms::activate(Form& child)
         return;
     m_active = &child;
     child.window().bring_forward();
-    if (m_active == &child)
+    if (m_active != &child)
+        return;
+    m_activation_waits = is_parent_awaited();
+    if (!m_activation_waits)
         child.Form_Activate();
+}
+
+bool Forms::is_parent_awaited() const
+{
+    return !m_parent_was_shown
+        && std::any_of(m_loaded.begin(), m_loaded.end(),
+            [](const auto& form) { return form->kind() == FormKind::mdi_parent; });
+}
+
+void Forms::parent_shown()
+{
+    m_parent_was_shown = true;
+    if (std::exchange(m_activation_waits, false) && m_active)
+        m_active->Form_Activate();
 }
 
 void Forms::loaded(Form& form)

@@ -109,18 +109,24 @@ public:
     /// The active child, or null.
     Form* active_child() const { return m_active; }
     /// Makes a loaded child the active one and runs its Form_Activate, unless it is that already.
+    /// Until the parent of documents is shown for the first time nobody sees the child, and its
+    /// Form_Activate waits for that.
     void activate(Form& child);
 
 private:
     friend class Form;
     void loaded(Form& form);
     void unloaded(Form& form);
+    bool is_parent_awaited() const;
+    void parent_shown();
 
     FormWindows& m_windows;
     Post m_post;
     Handler m_all_unloaded;
     std::vector<std::shared_ptr<Form>> m_loaded;
     Form* m_active = nullptr;
+    bool m_activation_waits = false;
+    bool m_parent_was_shown = false;
 };
 
 } // namespace tessavox
