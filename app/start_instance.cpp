@@ -1,0 +1,65 @@
+#include "app/start_instance.h"
+
+#include "persist/number_text.h"
+#include "persist/settings_files.h"
+
+namespace tessavox {
+
+namespace {
+
+struct CommandRow {
+    double number; // the whole command line
+    CommandFlag flag;
+    bool needs_running_copy; // otherwise a cold start takes it too, with the window out of sight
+};
+
+constexpr CommandRow commands[] = {
+    { 300, CommandFlag::read_clipboard, false },
+    { 400, CommandFlag::pause, true },
+    { 500, CommandFlag::stop, true },
+    { 600, CommandFlag::clipboard_to_wave, false },
+};
+
+const CommandRow* command_of(const std::string& command_line)
+{
+    const std::optional<double> number = to_number(command_line);
+    for (const CommandRow& row : commands) {
+        if (number == row.number)
+            return &row;
+    }
+    return nullptr;
+}
+
+bool is_copy_running(const Process& process, PCCFile& text_file)
+{
+    text_file.ReadFromFile(process.ConfigFolder + opened_file);
+    return to_number(text_file.FileText(2)) == 1;
+}
+
+void become_application(const Process& process, PCCFile& text_file, frmMain& main, bool hidden)
+{
+    main.Load();
+    if (hidden)
+        main.window_state = WindowState::minimised; // and by that out of sight
+    else
+        main.Show();
+    text_file.WriteToFile(opened_text(true), process.ConfigFolder + opened_file);
+}
+
+} // namespace
+
+void StartInstance(
+    Process& process, PCCFile& text_file, frmMain& main, const std::shared_ptr<openmsg>& message)
+{
+    const bool running = is_copy_running(process, text_file);
+    const CommandRow* const command = command_of(process.platform.command_line);
+    if (command && (running || !command->needs_running_copy)) {
+        text_file.WriteToFile(command_flags_text(command->flag), process.ConfigFolder + web_file);
+    }
+    if (!running)
+        become_application(process, text_file, main, command && !command->needs_running_copy);
+    else if (!command)
+        message->Show();
+}
+
+} // namespace tessavox

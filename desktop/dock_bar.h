@@ -1,0 +1,25 @@
+// The small bar that stands in for the main window while the user works in other programs.
+#pragma once
+
+#include "platform/controls/buttons.h"
+#include "platform/controls/form.h"
+
+namespace tessavox {
+
+/// Never shown yet: it holds what a reading enables and disables on it.
+struct frmDockDemo : Form {
+    explicit frmDockDemo(Forms& forms)
+        : Form(forms, "frmDockDemo", FormKind::dialog, 7305, 315)
+    {
+        StopBtn.Enabled = false;
+        PauseBtn.Enabled = false;
+    }
+
+    CommandButton ReadClipbdBtn{ *this, "ReadClipbdBtn" };
+    CommandButton StopBtn{ *this, "StopBtn" };
+    CommandButton PauseBtn{ *this, "PauseBtn" };
+    CommandButton SpeaktofileBtn{ *this, "SpeaktofileBtn" };
+    CommandButton Play{ *this, "Play" };
+};
+
+} // namespace tessavox

@@ -1,0 +1,255 @@
+#include "documents/document_window.h"
+
+#include "app/main_window.h"
+#include "persist/layout.h"
+#include "persist/number_text.h"
+#include "persist/string_table.h"
+#include "platform/controls/pick.h"
+
+namespace tessavox {
+
+namespace {
+
+struct ButtonRow {
+    CommandButton DocumentControls::*button;
+    void (frmDocument::*Click)();
+};
+
+constexpr ButtonRow button_rows[] = {
+    { &DocumentControls::SpeakBtn, &frmDocument::SpeakBtn_Click },
+    { &DocumentControls::StopBtn, &frmDocument::StopBtn_Click },
+    { &DocumentControls::PauseBtn, &frmDocument::PauseBtn_Click },
+    { &DocumentControls::ResumeBtn, &frmDocument::ResumeBtn_Click },
+    { &DocumentControls::SkipBtn, &frmDocument::SkipBtn_Click },
+    { &DocumentControls::SpeaktofileBtn, &frmDocument::SpeaktofileBtn_Click },
+    { &DocumentControls::Play, &frmDocument::Play_Click },
+    { &DocumentControls::ReadClipbdBtn, &frmDocument::ReadClipbdBtn_Click },
+    { &DocumentControls::ReadClipboardtoFile, &frmDocument::ReadClipboardtoFile_Click },
+};
+
+constexpr Pick<DocumentControls> hidden_at_load[] = {
+    pick<&DocumentControls::Command1>,
+    pick<&DocumentControls::Command2>,
+    pick<&DocumentControls::SkipBtn>,
+    pick<&DocumentControls::SkipTxtBox>,
+    pick<&DocumentControls::UpDown1>,
+    pick<&DocumentControls::SkinLabel2>,
+    pick<&DocumentControls::AudioOutputCB>,
+};
+
+} // namespace
+
+frmDocument::frmDocument(Process& process, frmMain& main, frmDockDemo& dock)
+    : DocumentControls(process.forms, process.platform.panes.create())
+    , m_process(process)
+    , m_main(main)
+    , settingsFile(process.platform.files, process.platform.message_boxes)
+    , m_session({ *this, dock, main }, Voice)
+    , m_flags(*this)
+    , m_panel(*this, main, Voice, m_session, m_flags, settingsFile, process.ConfigFolder)
+    , m_reading(*this, Voice, m_session, m_panel, m_flags, place, process.platform.clipboard)
+    , m_voice_events(*this, m_session, place)
+    , m_wave_file(*this, Voice, m_session, m_panel, m_flags, place, process.platform)
+{
+    for (const ButtonRow& row : button_rows)
+        (this->*row.button).Click = [this, click = row.Click] { (this->*click)(); };
+    TabStrip1.Click = [this] { TabStrip1_Click(); };
+    rtfText->Change = [this] { rtfText_Change(); };
+    rtfText->SelChange = [this] { rtfText_SelChange(); };
+}
+
+frmDocument::~frmDocument()
+{
+    Voice.release(); // before what its events go to
+}
+
+int frmDocument::slot_number() const
+{
+    return leading_number(Tag.get());
+}
+
+bool frmDocument::has_default_caption() const
+{
+    return Caption.get().starts_with("Document");
+}
+
+void frmDocument::Form_Load()
+{
+    Voice.create(m_process.platform.speech, m_voice_events);
+    m_process.find_ConfigFolder();
+    settingsFile.ReadFromFile(m_process.ConfigFolder + speech_settings_file);
+    load_speech();
+    attempt_each([&] { rtfText->set_HideSelection(false); }, [&] { rtfText->set_SelStart(0); });
+    m_session.UpdateSpeechControls(false, false);
+    attempt([&] { cpvSlider1.Value = to_integer16(settingsFile.FileText(speed_line)); });
+    place.view_status = 1;
+    for (const auto control : hidden_at_load)
+        control(*this).Visible = false;
+    m_panel.show_in_status_bar();
+    load_address_history();
+    load_font();
+}
+
+void frmDocument::load_speech()
+{
+    chkSpFlagIsXML.Value = 1;
+    m_panel.fill_VoiceCB();
+    attempt([&] { Check1.Value = to_integer16(settingsFile.FileText(automatic_reading_line)); });
+    m_sLastUrl = settingsFile.FileText(web_address_line);
+    m_panel.fill_FormatCB();
+    m_panel.set_bars();
+    FormatCB.Text = settingsFile.FileText(format_line);
+    m_panel.fill_AudioOutputCB();
+    m_panel.tick_default_flags();
+}
+
+// Without setting3.txt the lines of the file read before are taken, whatever they hold; so it is
+// with setting2.txt after it.
+void frmDocument::load_address_history()
+{
+    settingsFile.ReadFromFile(m_process.ConfigFolder + history_settings_file);
+    for (std::int16_t line = 2; line < settingsFile.TotalLine(); ++line) {
+        const std::string address = settingsFile.FileText(line);
+        const auto index = static_cast<std::size_t>(line - 2);
+        if (index < m_sUrlHistory.size())
+            m_sUrlHistory[index] = address;
+        if (!address.empty())
+            Combo1.AddItem(address);
+    }
+}
+
+void frmDocument::load_font()
+{
+    settingsFile.ReadFromFile(m_process.ConfigFolder + font_settings_file);
+    attempt_each([&] { rtfText->set_FontName(settingsFile.FileText(font_name_line)); },
+        [&] { rtfText->set_FontSize(to_integer16(settingsFile.FileText(font_size_line))); },
+        [&] { rtfText->set_FontBold(to_boolean(settingsFile.FileText(font_bold_line))); });
+}
+
+// A window that loses and regains the active state forgets that its text was changed, so only a
+// change since then is asked about when it closes.
+void frmDocument::Form_Activate()
+{
+    UpdateLineNumberPanel();
+    m_process.tables.closingSave = false;
+    place.isReadClipbd = 1;
+    if (!has_default_caption())
+        m_main.dlgCommonDialog.FileName = Caption;
+    attempt([&] { m_process.tables.documentChanged[slot_number()] = false; });
+}
+
+void frmDocument::Form_Resize()
+{
+    fit_text_pane(*this, m_main);
+    if (place.view_status == 2)
+        control_pos2();
+    else
+        control_pos();
+}
+
+void frmDocument::control_pos()
+{
+    tessavox::control_pos(*this, m_main, [this] { UpdateLineNumberPanel(); });
+}
+
+void frmDocument::control_pos2()
+{
+    tessavox::control_pos2(*this, m_main);
+}
+
+void frmDocument::Form_Unload(bool& Cancel)
+{
+    save_settings();
+    bool changed = false;
+    attempt([&] { changed = m_process.tables.documentChanged[slot_number()]; });
+    if (changed)
+        offer_to_save(Cancel);
+    else
+        leave_tables();
+    // Also after Cancel: the window that stays has no voice any more.
+    m_session.StopBtn_Click();
+    Voice.release();
+}
+
+void frmDocument::save_settings()
+{
+    const bool has_address = Combo1.Text.get().find('.') != std::string::npos;
+    settingsFile.WriteToFile(
+        speech_settings_text({ FormatCB.Text, VoiceCB.ListIndex, cpvSlider1.Value, Check1.Value,
+            has_address ? Combo1.Text.get() : m_sLastUrl }),
+        m_process.ConfigFolder + speech_settings_file);
+    settingsFile.WriteToFile(
+        history_settings_text(m_sUrlHistory), m_process.ConfigFolder + history_settings_file);
+}
+
+void frmDocument::offer_to_save(bool& Cancel)
+{
+    switch (m_process.platform.message_boxes.show(LoadResString(2102), application_title,
+        MessageButtons::yes_no_cancel, MessageIcon::question)) {
+    case MessageAnswer::cancel:
+        Cancel = true;
+        break;
+    case MessageAnswer::no:
+        leave_tables();
+        break;
+    default:
+        save_before_close();
+    }
+}
+
+// The slot stays taken on this path; the save takes the document off the count.
+void frmDocument::save_before_close()
+{
+    // Save writes the text of the active document to the path that its activation has noted, and
+    // the main window closes documents that aren't active too.
+    attempt([&] { m_process.forms.activate(*this); });
+    m_process.tables.closingSave = true;
+    bool named = !has_default_caption();
+    attempt(
+        [&] { named = named || m_process.tables.documentFileTitles[slot_number() - 1].empty(); });
+    if (named)
+        m_main.mnuFileSave_Click();
+    else
+        m_main.mnuFileSaveAs_Click();
+}
+
+void frmDocument::leave_tables()
+{
+    DocumentTables& tables = m_process.tables;
+    attempt_each([&] { tables.documentWindows[slot_number() - 1] = nullptr; },
+        [&] { tables.documentSlotUsed[slot_number() - 1] = false; });
+    --tables.openDocumentCount;
+}
+
+void frmDocument::rtfText_Change()
+{
+    DocumentTables& tables = m_process.tables;
+    if (!tables.fileLoading)
+        attempt([&] { tables.documentChanged[slot_number()] = true; });
+    tables.fileLoading = false;
+}
+
+void frmDocument::rtfText_SelChange()
+{
+    UpdateLineNumberPanel();
+}
+
+void frmDocument::TabStrip1_Click()
+{
+    m_session.StopBtn_Click();
+    place.view_status = 1;
+    control_pos();
+}
+
+// Of the active document, whichever one asks.
+void frmDocument::UpdateLineNumberPanel()
+{
+    attempt([&] {
+        RichTextPane& pane = m_main.ActiveForm().rtfText.pane();
+        const std::int32_t start = pane.SelStart();
+        const std::int32_t line = start > 0 ? pane.GetLineFromChar(start) : 0;
+        m_main.sbStatusBar.PanelText("Text") = LoadResString(2206) + std::to_string(line + 1);
+    });
+}
+
+} // namespace tessavox

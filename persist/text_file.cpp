@@ -1,0 +1,53 @@
+#include "persist/text_file.h"
+
+#include "persist/string_table.h"
+#include "platform/failure.h"
+
+namespace tessavox {
+
+void PCCFile::WriteToFile(const std::string& text, const std::string& path)
+{
+    attempt([&] { m_files.write(path, '"' + text + "\"\r\n"); });
+}
+
+std::string PCCFile::ReadFromFile(const std::string& path)
+try {
+    if (!path.empty())
+        m_filename = path;
+    return read_lines(m_files.read(m_filename));
+} catch (const Failure&) {
+    m_message_boxes.show("The software setting files " + path
+            + " have been moved, please reinstall our software again",
+        application_title, MessageButtons::ok, MessageIcon::none);
+    return {};
+}
+
+std::string PCCFile::read_lines(const std::string& bytes)
+{
+    std::string result;
+    std::size_t count = 0;
+    std::size_t at = 0;
+    while (at < bytes.size()) {
+        if (count == INT16_MAX)
+            throw Failure(m_filename + " has too many lines");
+        // One element more than is read: the spare one may still hold a line of the read before.
+        m_lines.resize(count + 2);
+        const std::size_t end = std::min(bytes.find('\r', at), bytes.size());
+        m_lines[count] = bytes.substr(at, end - at);
+        at = end + (bytes.compare(end, 2, "\r\n") == 0 ? 2 : 1);
+        if (!result.empty())
+            result += "\r\n";
+        result += m_lines[count];
+        ++count;
+    }
+    m_total_line = static_cast<std::int16_t>(count);
+    return result;
+}
+
+std::string PCCFile::FileText(std::int16_t number) const
+{
+    const bool held = number >= 1 && static_cast<std::size_t>(number) <= m_lines.size();
+    return held ? m_lines[static_cast<std::size_t>(number) - 1] : std::string();
+}
+
+} // namespace tessavox

@@ -1,0 +1,109 @@
+#include "speech/wave_file.h"
+
+#include "documents/document_controls.h"
+#include "persist/string_table.h"
+#include "platform/failure.h"
+
+namespace tessavox {
+
+namespace {
+
+FileDialogRequest wave_request(int title_id, const std::string& file_name)
+{
+    FileDialogRequest request;
+    request.DialogTitle = LoadResString(title_id);
+    request.Filter = "All Files (*.*)|*.*|Wave Files (*.wav)|*.wav";
+    request.FilterIndex = 2;
+    request.FileName = file_name;
+    return request;
+}
+
+constexpr std::int32_t no_time_limit = -1;
+
+} // namespace
+
+WaveFile::WaveFile(DocumentControls& controls, DocumentVoice& voice, SpeechSession& session,
+    VoicePanel& panel, SpeakFlags& flags, ReadingPlace& place, Platform& platform)
+    : m_controls(controls)
+    , Voice(voice)
+    , m_session(session)
+    , m_panel(panel)
+    , m_flags(flags)
+    , m_place(place)
+    , m_platform(platform)
+{
+}
+
+void WaveFile::menuFileSaveToWave_Click()
+{
+    save([&] {
+        return m_place.view_status == 1
+            ? selection_or_rest(m_controls.rtfText.pane(), m_place.position)
+            : m_platform.clipboard.GetText();
+    });
+}
+
+void WaveFile::DockSaveToWave_Click()
+{
+    save([&] { return m_platform.clipboard.GetText(); });
+}
+
+void WaveFile::save(const std::function<TextSlice()>& text)
+{
+    if (m_session.m_bSpeaking())
+        return;
+    try {
+        m_panel.set_Voice();
+        Voice->set_Rate(m_controls.cpvSlider1.Value);
+        m_file_name.clear();
+        FileDialogRequest request = wave_request(2103, m_file_name);
+        request.overwrite_prompt = true;
+        const std::optional<std::string> chosen = m_platform.dialogs.ShowSave(request);
+        if (!chosen)
+            return;
+        m_file_name = *chosen;
+        m_platform.screen.set_MousePointer(MousePointer::hourglass);
+        const auto stream = m_platform.speech.create_file_stream();
+        speak_into(stream, text);
+        m_panel.AudioOutputCB_Click();
+        stream->Close();
+        m_platform.screen.set_MousePointer(MousePointer::normal);
+        m_platform.message_boxes.show(
+            LoadResString(2104), "File Saved", MessageButtons::ok, MessageIcon::none);
+    } catch (const Failure& failure) {
+        ReportDebugText("Save to Wave file Error:", failure.what());
+    }
+}
+
+void WaveFile::speak_into(
+    const std::shared_ptr<SpeechFileStream>& stream, const std::function<TextSlice()>& text)
+{
+    stream->set_FormatType(m_panel.chosen_format());
+    stream->Open(m_file_name, SSFMCreateForWrite, false);
+    Voice->set_AllowAudioOutputFormatChangesOnNextSet(false);
+    Voice->set_AudioOutputStream(stream);
+    Voice->Speak(text(), m_flags.m_lSpeakFlags());
+    Voice->WaitUntilDone(no_time_limit);
+}
+
+void WaveFile::Play_Click()
+{
+    if (m_session.m_bSpeaking())
+        return;
+    try {
+        const std::optional<std::string> chosen
+            = m_platform.dialogs.ShowOpen(wave_request(2106, m_file_name));
+        if (!chosen)
+            throw Failure("no file was chosen");
+        m_file_name = *chosen;
+        m_controls.chkSpFlagIsFilename.Value = 1;
+        Voice->Speak(to_utf16(m_file_name), m_flags.m_lSpeakFlags());
+        m_controls.chkSpFlagIsFilename.Value = 0;
+        m_session.UpdateSpeechControls(true, m_session.m_bPaused());
+    } catch (const Failure& failure) {
+        ReportDebugText("Speak Wave Error: ", failure.what());
+        m_session.UpdateSpeechControls(false, m_session.m_bPaused());
+    }
+}
+
+} // namespace tessavox

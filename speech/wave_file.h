@@ -1,0 +1,43 @@
+// Reading into a wave file instead of aloud, and playing one through the voice.
+#pragma once
+
+#include "platform/services.h"
+#include "speech/reading.h"
+#include "speech/speak_flags.h"
+#include "speech/speech_session.h"
+#include "speech/voice_panel.h"
+
+#include <string>
+
+namespace tessavox {
+
+/// The commands do nothing while a reading runs. A save blocks until the file is complete. One that
+/// fails leaves the voice speaking into its file and the pointer an hourglass: the next save that
+/// succeeds, or a reset, gives the voice its output back.
+class WaveFile {
+public:
+    WaveFile(DocumentControls& controls, DocumentVoice& Voice, SpeechSession& session,
+        VoicePanel& panel, SpeakFlags& flags, ReadingPlace& place, Platform& platform);
+
+    /// Saves the speech of the document.
+    void menuFileSaveToWave_Click();
+    /// Saves the speech of the text on the clipboard.
+    void DockSaveToWave_Click();
+    void Play_Click();
+
+private:
+    void save(const std::function<TextSlice()>& text);
+    void speak_into(
+        const std::shared_ptr<SpeechFileStream>& stream, const std::function<TextSlice()>& text);
+
+    DocumentControls& m_controls;
+    DocumentVoice& Voice;
+    SpeechSession& m_session;
+    VoicePanel& m_panel;
+    SpeakFlags& m_flags;
+    ReadingPlace& m_place;
+    Platform& m_platform;
+    std::string m_file_name; // the path that the user chose last
+};
+
+} // namespace tessavox
