@@ -1,0 +1,176 @@
+// What every sink has to do, asked of the clock and of the real sound server alike.
+#include "platform/voice/sound/audio_sink.h"
+#include "tests/platform/voice/sound/sound_server_process.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+
+namespace tessavox::voice {
+namespace {
+
+enum class Kind { clock, server };
+
+struct Case {
+    Kind kind;
+    PcmFormat format;
+};
+
+class AudioSinks : public testing::TestWithParam<Case> {
+protected:
+    static void TearDownTestSuite()
+    {
+        server.reset();
+        recorder.reset();
+        process.reset();
+    }
+
+    void SetUp() override
+    {
+        if (GetParam().kind == Kind::clock) {
+            sink = make_clock_sink(GetParam().format);
+            return;
+        }
+        if (!SoundServerProcess::is_installed())
+            GTEST_SKIP() << "there is no sound server on this machine";
+        if (!process) {
+            process.emplace();
+            // Without a listener the device is in no hurry and takes two seconds of sound ahead.
+            recorder.emplace(*process);
+            server = make_pulse_server("Tessavox test");
+        }
+        sink = server->open(GetParam().format, "", [] {});
+    }
+
+    /// Writes so many frames as room comes free; watches the rules of played() meanwhile.
+    void write(std::size_t frames)
+    {
+        while (frames > 0 && sink->alive()) {
+            const std::size_t now = std::min(frames, sink->writable());
+            sink->write(std::vector<std::byte>(
+                now * static_cast<std::size_t>(sink->format().block_align())));
+            frames -= now;
+            written += now;
+            watch();
+            rest_a_millisecond();
+        }
+    }
+
+    std::uint64_t watch()
+    {
+        const std::uint64_t now = sink->played();
+        EXPECT_GE(now, last);
+        EXPECT_LE(now, written);
+        return last = now;
+    }
+
+    std::size_t frames(int milliseconds) const
+    {
+        return static_cast<std::size_t>(sink->format().rate * milliseconds / 1000);
+    }
+
+    bool plays_to_the_end()
+    {
+        return eventually([this] { return watch() == written; });
+    }
+
+    inline static std::optional<SoundServerProcess> process;
+    inline static std::optional<Recorder> recorder;
+    inline static std::unique_ptr<SoundServer> server;
+    std::unique_ptr<AudioSink> sink;
+    std::uint64_t written = 0;
+    std::uint64_t last = 0;
+};
+
+TEST_P(AudioSinks, PlayedRisesToTheEndAndNeverPassesWhatIsWritten)
+{
+    EXPECT_EQ(sink->format(), GetParam().format);
+    EXPECT_TRUE(sink->alive());
+    EXPECT_EQ(sink->played(), 0U);
+    write(frames(250));
+    sink->finish();
+    EXPECT_TRUE(plays_to_the_end());
+}
+
+TEST_P(AudioSinks, AFewFramesAreHeardAtFinishAndMoreMayFollow)
+{
+    for (const std::size_t few : { 3, 1, 700 }) {
+        write(few);
+        sink->finish();
+        ASSERT_TRUE(plays_to_the_end()) << few;
+    }
+}
+
+TEST_P(AudioSinks, TakesLittleMoreThanATenthOfASecondAhead)
+{
+    sink->pause();
+    ASSERT_TRUE(eventually([this] { return sink->writable() > 0; }));
+    std::size_t taken = 0;
+    for (int round = 0; round < 50; ++round) {
+        const std::size_t room = sink->writable();
+        sink->write(
+            std::vector<std::byte>(room * static_cast<std::size_t>(sink->format().block_align())));
+        taken += room;
+        rest_a_millisecond();
+    }
+    EXPECT_GT(taken, frames(40));
+    EXPECT_LT(taken, frames(150));
+    EXPECT_EQ(sink->played(), 0U);
+}
+
+TEST_P(AudioSinks, StandsStillWhilePausedAndGoesOn)
+{
+    write(frames(60));
+    ASSERT_TRUE(eventually([this] { return watch() > 0; }));
+    sink->pause();
+    const std::uint64_t at = watch();
+    EXPECT_LT(at, written);
+    for (int look = 0; look < 100; ++look) {
+        ASSERT_EQ(watch(), at);
+        rest_a_millisecond();
+    }
+    sink->finish(); // in the pause, as it happens when the last sentence is ready
+    sink->resume();
+    EXPECT_TRUE(plays_to_the_end());
+}
+
+TEST_P(AudioSinks, FlushDropsWhatIsNotHeardAndCountsOn)
+{
+    write(frames(70));
+    ASSERT_TRUE(eventually([this] { return watch() > 0; }));
+    sink->flush();
+    written = sink->played();
+    EXPECT_LT(written, frames(70));
+    EXPECT_GE(written, last);
+    EXPECT_EQ(watch(), written);
+    write(frames(120)); // more than fits at once: the room is given back
+    sink->finish();
+    EXPECT_TRUE(plays_to_the_end());
+}
+
+TEST_P(AudioSinks, FlushInAPauseStartsFromTheNewFrames)
+{
+    write(frames(70));
+    ASSERT_TRUE(eventually([this] { return watch() > 0; }));
+    sink->pause();
+    sink->flush();
+    written = watch();
+    write(frames(20));
+    EXPECT_EQ(watch(), written - frames(20));
+    sink->resume();
+    sink->finish();
+    EXPECT_TRUE(plays_to_the_end());
+}
+
+INSTANTIATE_TEST_SUITE_P(OfEachKind, AudioSinks,
+    testing::Values(Case{ Kind::clock, { 48000, 16, 2 } }, Case{ Kind::clock, { 8000, 8, 1 } },
+        Case{ Kind::server, { 48000, 16, 2 } }, Case{ Kind::server, { 8000, 8, 1 } },
+        Case{ Kind::server, { 22050, 16, 1 } }),
+    [](const auto& info) {
+        return std::string(info.param.kind == Kind::clock ? "Clock" : "Server")
+            + std::to_string(info.param.format.rate);
+    });
+
+} // namespace
+} // namespace tessavox::voice
