@@ -13,8 +13,7 @@ public:
     /// The first voice that has all of `required` ("Name=Anna;Gender!=Male") and the most of
     /// `optional`; the current one when it fits as well as any. Nothing if none has all.
     virtual std::optional<int> choose(
-        std::string_view required, std::string_view optional, int current) const
-        = 0;
+        std::string_view required, std::string_view optional, int current) const = 0;
 };
 
 } // namespace tessavox::voice

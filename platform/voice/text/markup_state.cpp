@@ -1,0 +1,317 @@
+#include "platform/voice/text/markup_state.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace tessavox::voice {
+
+namespace {
+
+constexpr int least_adjustment = -10; // of rate and pitch
+constexpr int greatest_adjustment = 10;
+constexpr int greatest_volume = 100;
+constexpr int longest_silence_ms = 65535;
+constexpr int greatest_sum = 1'000'000'000; // sums of tags stay far from overflow
+constexpr std::size_t longest_hint = 64;
+
+char16_t lower(char16_t c)
+{
+    return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c;
+}
+
+bool same_name(std::u16string_view text, std::string_view name)
+{
+    return text.size() == name.size()
+        && std::equal(text.begin(), text.end(), name.begin(),
+            [](char16_t a, char b) { return lower(a) == static_cast<unsigned char>(b); });
+}
+
+const MarkupAttribute* find_attribute(const FoundTag& tag, std::string_view name)
+{
+    const auto found = std::find_if(tag.attributes.begin(), tag.attributes.end(),
+        [&](const MarkupAttribute& attribute) { return same_name(attribute.name, name); });
+    return found == tag.attributes.end() ? nullptr : &*found;
+}
+
+std::u16string_view trimmed(std::u16string_view text)
+{
+    constexpr std::u16string_view blanks = u" \t\r\n";
+    const std::size_t begin = text.find_first_not_of(blanks);
+    if (begin == std::u16string_view::npos)
+        return {};
+    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
+/// The whole number in an attribute, clamped; nothing if it is missing or no number.
+std::optional<int> number(const FoundTag& tag, std::string_view name, int least, int greatest)
+{
+    const MarkupAttribute* attribute = find_attribute(tag, name);
+    if (!attribute)
+        return std::nullopt;
+    const std::u16string value = decoded_value(attribute->value);
+    std::u16string_view digits = trimmed(value);
+    const bool negative = digits.starts_with(u'-');
+    if (negative || digits.starts_with(u'+'))
+        digits.remove_prefix(1);
+    if (digits.empty())
+        return std::nullopt;
+    long long sum = 0;
+    for (const char16_t c : digits) {
+        if (c < u'0' || c > u'9')
+            return std::nullopt;
+        sum = std::min(sum * 10 + (c - u'0'), 1'000'000LL);
+    }
+    return static_cast<int>(std::clamp<long long>(negative ? -sum : sum, least, greatest));
+}
+
+std::string text_of(const FoundTag& tag, std::string_view name)
+{
+    const MarkupAttribute* attribute = find_attribute(tag, name);
+    return attribute ? to_utf8(decoded_value(attribute->value)) : std::string();
+}
+
+struct Setter {
+    const FoundTag& tag;
+    const VoiceChooser& voices;
+    MarkupSettings& settings;
+    SpeechStyle& style() const { return settings.style; }
+};
+
+/// `relative` adds to what is in force, `absolute` replaces it.
+void adjust(const Setter& to, int& value, std::string_view relative, std::string_view absolute)
+{
+    if (const auto sum = number(to.tag, relative, least_adjustment, greatest_adjustment))
+        value = std::clamp(value + *sum, -greatest_sum, greatest_sum);
+    if (const auto set = number(to.tag, absolute, least_adjustment, greatest_adjustment))
+        value = *set;
+}
+
+void set_rate(const Setter& to)
+{
+    adjust(to, to.style().rate, "speed", "absspeed");
+}
+void set_pitch(const Setter& to)
+{
+    adjust(to, to.style().pitch, "middle", "absmiddle");
+}
+
+void set_volume(const Setter& to)
+{
+    if (const auto level = number(to.tag, "level", 0, greatest_volume))
+        to.style().volume = *level;
+}
+
+void set_emphasis(const Setter& to)
+{
+    to.style().emphasis = true;
+}
+void set_spell(const Setter& to)
+{
+    to.style().spell = true;
+}
+
+void choose_voice(const Setter& to, std::string_view required, std::string_view optional)
+{
+    if (required.empty() && optional.empty())
+        return;
+    if (const auto voice = to.voices.choose(required, optional, to.style().voice))
+        to.style().voice = *voice;
+}
+
+void set_voice(const Setter& to)
+{
+    choose_voice(to, text_of(to.tag, "required"), text_of(to.tag, "optional"));
+}
+
+void set_language(const Setter& to)
+{
+    std::string id = text_of(to.tag, "langid");
+    id.erase(0, id.find_first_not_of(" 0"));
+    id.erase(id.find_last_not_of(' ') + 1);
+    const bool good = !id.empty() && id.find_first_not_of("0123456789abcdefABCDEF") == id.npos;
+    if (good)
+        choose_voice(to, "Language=" + id, {});
+}
+
+void set_part_of_speech(const Setter& to)
+{
+    constexpr std::string_view parts[]
+        = { "Unknown", "Noun", "Verb", "Modifier", "Function", "Interjection" };
+    const std::u16string value = to_utf16(text_of(to.tag, "part"));
+    for (const std::string_view part : parts) {
+        std::string name(part);
+        name[0] = static_cast<char>(lower(static_cast<char16_t>(name[0])));
+        if (same_name(trimmed(value), name))
+            to.style().part_of_speech = part;
+    }
+}
+
+void set_context(const Setter& to)
+{
+    const std::string id = text_of(to.tag, "id");
+    if (!id.empty() && id.size() <= longest_hint)
+        to.style().context = id;
+}
+
+PronunciationPtr pronunciation_of(const FoundTag& tag)
+{
+    const std::string symbols = text_of(tag, "sym");
+    auto pronunciation = std::make_shared<Pronunciation>();
+    for (std::size_t at = 0; at < symbols.size();) {
+        const std::size_t end = std::min(symbols.find(' ', at), symbols.size());
+        if (end > at)
+            pronunciation->phonemes.push_back(symbols.substr(at, end - at));
+        at = end + 1;
+    }
+    pronunciation->source_begin = tag.source_begin;
+    pronunciation->source_end = static_cast<std::uint32_t>(tag.tag.end);
+    return pronunciation->phonemes.empty() ? nullptr : pronunciation;
+}
+
+void set_pronunciation(const Setter& to)
+{
+    if (PronunciationPtr pronunciation = pronunciation_of(to.tag))
+        to.settings.pronunciation = std::move(pronunciation);
+}
+
+enum class Form { empty, enclosing, either, replacing };
+
+struct ElementRow {
+    std::string_view name;
+    Element element;
+    Form form;
+    void (*set)(const Setter&); // may be null: acts in its own place, or not at all
+};
+
+constexpr ElementRow elements[] = {
+    { "silence", Element::silence, Form::empty, nullptr },
+    { "rate", Element::rate, Form::either, set_rate },
+    { "pitch", Element::pitch, Form::either, set_pitch },
+    { "volume", Element::volume, Form::either, set_volume },
+    { "emph", Element::emph, Form::enclosing, set_emphasis },
+    { "spell", Element::spell, Form::enclosing, set_spell },
+    { "voice", Element::voice, Form::either, set_voice },
+    { "lang", Element::lang, Form::either, set_language },
+    { "pron", Element::pron, Form::replacing, set_pronunciation },
+    { "partofsp", Element::partofsp, Form::enclosing, set_part_of_speech },
+    { "context", Element::context, Form::enclosing, set_context },
+    { "bookmark", Element::bookmark, Form::empty, nullptr },
+    { "sapi", Element::sapi, Form::enclosing, nullptr },
+};
+
+const ElementRow* row_of(std::u16string_view name)
+{
+    const auto row = std::find_if(std::begin(elements), std::end(elements),
+        [&](const ElementRow& each) { return same_name(name, each.name); });
+    return row == std::end(elements) ? nullptr : row;
+}
+
+/// The settings behind the tag; the very same object if the tag changes nothing.
+MarkupSettingsPtr settings_behind(const ElementRow& row, const FoundTag& tag,
+    const MarkupStatePtr& state, const VoiceChooser& voices)
+{
+    if (!row.set)
+        return state->settings();
+    MarkupSettings settings = *state->settings();
+    row.set({ tag, voices, settings });
+    if (settings == *state->settings())
+        return state->settings();
+    return std::make_shared<const MarkupSettings>(std::move(settings));
+}
+
+decltype(TagEffect::item) item_of(Element element, const FoundTag& tag)
+{
+    if (element == Element::silence) {
+        if (const auto pause = number(tag, "msec", 0, longest_silence_ms))
+            return Silence{ static_cast<std::uint32_t>(*pause) };
+    }
+    if (element == Element::bookmark && find_attribute(tag, "mark"))
+        return Bookmark{ text_of(tag, "mark") };
+    return {};
+}
+
+} // namespace
+
+MarkupState::~MarkupState()
+{
+    // One after the other: thousands of states in a row must not end in thousands of nested calls.
+    MarkupStatePtr outer = std::move(m_outer);
+    while (outer && outer.use_count() == 1)
+        outer = std::move(outer->m_outer);
+}
+
+MarkupStatePtr MarkupState::initial()
+{
+    return std::make_shared<const MarkupState>(std::make_shared<const MarkupSettings>());
+}
+
+MarkupStatePtr MarkupState::with_resumption(Resumption resumption) const
+{
+    auto state = std::make_shared<MarkupState>(*this);
+    state->m_resumption = resumption;
+    return state;
+}
+
+MarkupStatePtr MarkupState::opened(
+    const MarkupStatePtr& outer, Element element, MarkupSettingsPtr settings)
+{
+    auto state = std::make_shared<MarkupState>(std::move(settings));
+    state->m_element = element;
+    state->m_outer = outer;
+    state->m_enclosing = outer->m_enclosing;
+    if (outer->m_element != Element::none)
+        state->m_enclosing[static_cast<std::size_t>(outer->m_element)] = outer.get();
+    return state;
+}
+
+MarkupStatePtr MarkupState::changed(const MarkupStatePtr& state, MarkupSettingsPtr settings)
+{
+    auto next = std::make_shared<MarkupState>(*state);
+    next->m_settings = std::move(settings);
+    return next;
+}
+
+const MarkupState* MarkupState::innermost(Element element) const
+{
+    return m_element == element ? this : m_enclosing[static_cast<std::size_t>(element)];
+}
+
+MarkupStatePtr MarkupState::closed(const MarkupStatePtr& state, Element element)
+{
+    const MarkupState* opened = state->innermost(element);
+    return opened ? opened->m_outer : state;
+}
+
+TagEffect effect_of(const FoundTag& tag, const MarkupStatePtr& state, const VoiceChooser& voices)
+{
+    const ElementRow* row = row_of(tag.tag.name);
+    if (!row)
+        return { state, {} };
+    if (tag.tag.kind == Markup::Kind::end_tag)
+        return { MarkupState::closed(state, row->element), {} };
+    if (tag.tag.kind == Markup::Kind::start_tag) {
+        auto inner
+            = MarkupState::opened(state, row->element, settings_behind(*row, tag, state, voices));
+        return { std::move(inner), item_of(row->element, tag) };
+    }
+    if (row->form == Form::replacing) {
+        if (PronunciationPtr pronunciation = pronunciation_of(tag))
+            return { state, std::move(pronunciation) };
+    }
+    if (row->form != Form::either)
+        return { state, item_of(row->element, tag) };
+    MarkupSettingsPtr settings = settings_behind(*row, tag, state, voices);
+    if (settings == state->settings())
+        return { state, {} };
+    return { MarkupState::changed(state, std::move(settings)), {} };
+}
+
+SpeechStyle finished_style(const MarkupSettings& settings, bool speak_punctuation)
+{
+    SpeechStyle style = settings.style;
+    style.pitch = std::clamp(style.pitch, least_adjustment, greatest_adjustment);
+    style.speak_punctuation = speak_punctuation;
+    return style;
+}
+
+} // namespace tessavox::voice

@@ -1,0 +1,119 @@
+// What the markup read so far has set, and how a tag changes it.
+#pragma once
+
+#include "platform/voice/text/markup_scanner.h"
+#include "platform/voice/text/text_reader.h"
+#include "platform/voice/text/voice_chooser.h"
+#include "platform/voice/utterance.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace tessavox::voice {
+
+/// The elements that mean something. All others are as though they were not there.
+enum class Element : std::uint8_t {
+    none,
+    silence,
+    rate,
+    pitch,
+    volume,
+    emph,
+    spell,
+    voice,
+    lang,
+    pron,
+    partofsp,
+    context,
+    bookmark,
+    sapi,
+    count
+};
+
+/// The phonemes of a pron element, and where its tag stands.
+struct Pronunciation {
+    std::vector<std::string> phonemes;
+    std::uint32_t source_begin = 0;
+    std::uint32_t source_end = 0;
+};
+using PronunciationPtr = std::shared_ptr<const Pronunciation>;
+
+/// Rate and pitch are plain sums of what the tags say: the voice's own rate must be added before
+/// the sum is clamped, and pitch() of the finished style is clamped by finished_style().
+struct MarkupSettings {
+    SpeechStyle style;
+    PronunciationPtr pronunciation; // stands for the enclosed text
+
+    bool operator==(const MarkupSettings&) const = default;
+};
+using MarkupSettingsPtr = std::shared_ptr<const MarkupSettings>;
+
+/// Where in a sentence reading goes on; only in a state that was handed out as a place.
+struct Resumption {
+    std::uint32_t cdata_end = 0; // the place lies in a CDATA section that ends here; 0: in none
+    std::uint32_t sentence_begin = 0; // where the reader began to gather the sentence
+    std::uint32_t items_to_skip = 0; // items of the sentence that are over; 0: none
+};
+
+/// A stack of open elements that shares everything below its top with older states.
+class MarkupState {
+public:
+    explicit MarkupState(MarkupSettingsPtr settings)
+        : m_settings(std::move(settings))
+    {
+    }
+    MarkupState(const MarkupState&) = default;
+    MarkupState& operator=(const MarkupState&) = delete;
+    ~MarkupState();
+
+    /// The state in which no markup is in force.
+    static MarkupStatePtr initial();
+
+    const MarkupSettingsPtr& settings() const { return m_settings; }
+    const Resumption& resumption() const { return m_resumption; }
+    MarkupStatePtr with_resumption(Resumption resumption) const;
+
+    /// Behind a start tag: the settings hold until its end tag.
+    static MarkupStatePtr opened(
+        const MarkupStatePtr& outer, Element element, MarkupSettingsPtr settings);
+    /// Behind an empty element: the settings hold until the innermost open element ends.
+    static MarkupStatePtr changed(const MarkupStatePtr& state, MarkupSettingsPtr settings);
+    /// Behind an end tag, which ends all that was opened inside its element as well. The same state
+    /// if no such element is open.
+    static MarkupStatePtr closed(const MarkupStatePtr& state, Element element);
+    /// The innermost open element of this kind, or null.
+    const MarkupState* innermost(Element element) const;
+
+private:
+    MarkupSettingsPtr m_settings;
+    Element m_element = Element::none;
+    mutable MarkupStatePtr m_outer; // emptied only by the destructor
+    std::array<const MarkupState*, static_cast<std::size_t>(Element::count)> m_enclosing{};
+    Resumption m_resumption;
+};
+
+/// What a tag does to the text behind it.
+struct TagEffect {
+    MarkupStatePtr state;
+    std::variant<std::monostate, Silence, Bookmark, PronunciationPtr> item; // spoken in its place
+};
+
+/// A tag as found in the text.
+struct FoundTag {
+    const Markup& tag;
+    std::span<const MarkupAttribute> attributes;
+    std::uint32_t source_begin = 0;
+};
+
+/// Never fails: what is not understood has no effect.
+TagEffect effect_of(const FoundTag& tag, const MarkupStatePtr& state, const VoiceChooser& voices);
+
+/// The style as an utterance carries it: pitch is clamped to -10..10.
+SpeechStyle finished_style(const MarkupSettings& settings, bool speak_punctuation);
+
+} // namespace tessavox::voice

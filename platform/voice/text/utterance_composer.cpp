@@ -1,0 +1,229 @@
+#include "platform/voice/text/utterance_composer.h"
+
+#include "platform/voice/text/reading_character.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tessavox::voice {
+
+namespace {
+
+constexpr std::uint32_t longest_word = 100; // engines lose the tail of longer ones
+constexpr std::size_t longest_utterance = 800;
+// A sentence longer than the first is cut at the first clause that ends behind the second.
+constexpr std::size_t long_sentence = 300;
+constexpr std::size_t shortest_first_cut = 200;
+
+bool is_clause_mark(char16_t c)
+{
+    constexpr std::u16string_view marks = u",;:\u2013\u2014\u060C\u061B";
+    return marks.find(c) != std::u16string_view::npos;
+}
+
+bool is_wide_clause_mark(char16_t c)
+{
+    return c == 0x3001 || c == 0xFF0C || c == 0xFF1A || c == 0xFF1B;
+}
+
+/// Whether a clause ends behind the character at `at`.
+bool clause_ends(std::u16string_view text, std::size_t at)
+{
+    return is_wide_clause_mark(text[at])
+        || (is_clause_mark(text[at]) && at + 1 < text.size() && text[at + 1] == u' ');
+}
+
+std::size_t last_token_edge(const std::vector<Token>& tokens, std::size_t from, std::size_t end)
+{
+    const auto behind = std::upper_bound(tokens.begin(), tokens.end(), end,
+        [](std::size_t place, const Token& token) { return place < token.begin; });
+    if (behind == tokens.begin())
+        return end;
+    const Token& last = *std::prev(behind);
+    if (last.begin + last.length <= end)
+        return end;
+    return last.begin > from ? last.begin : end;
+}
+
+/// Where the utterance that begins at `from` is cut.
+std::size_t cut_behind(const Utterance& run, std::size_t from, bool first)
+{
+    const std::u16string_view text = run.text;
+    const std::size_t rest = text.size() - from;
+    const std::size_t limit = std::min(text.size(), from + longest_utterance);
+    if (first && rest > long_sentence) {
+        for (std::size_t at = from + shortest_first_cut; at + 1 < limit; ++at) {
+            if (clause_ends(text, at))
+                return at + 1;
+        }
+    }
+    if (rest <= longest_utterance)
+        return text.size();
+    for (std::size_t at = limit - 1; at > from + longest_utterance / 2; --at) {
+        if (clause_ends(text, at))
+            return at + 1;
+    }
+    for (std::size_t at = limit; at > from + 1; --at) {
+        if (text[at - 1] == u' ')
+            return at;
+    }
+    const std::size_t edge = last_token_edge(run.tokens, from, limit);
+    return is_low_surrogate(text[edge]) && edge > from + 1 ? edge - 1 : edge;
+}
+
+/// The part of `run` from `begin` to `end`, without blanks round it.
+Utterance cut_out(const Utterance& run, std::size_t begin, std::size_t end)
+{
+    while (begin < end && run.text[begin] == u' ')
+        ++begin;
+    while (end > begin && run.text[end - 1] == u' ')
+        --end;
+    Utterance part;
+    part.text = run.text.substr(begin, end - begin);
+    const auto by_begin = [](const Token& token, std::size_t place) { return token.begin < place; };
+    const auto first = std::lower_bound(run.tokens.begin(), run.tokens.end(), begin, by_begin);
+    const auto last = std::lower_bound(first, run.tokens.end(), end, by_begin);
+    part.tokens.assign(first, last);
+    for (Token& token : part.tokens)
+        token.begin -= static_cast<std::uint32_t>(begin);
+    part.style = run.style;
+    return part;
+}
+
+bool spoken_alike(const MarkupSettings& left, const MarkupSettings& right)
+{
+    // What stands in place of its whole text is not divided by markup inside it.
+    return &left == &right || left == right
+        || (left.pronunciation && left.pronunciation == right.pronunciation);
+}
+
+} // namespace
+
+void UtteranceComposer::compose(const Sentence& sentence, std::vector<PlacedItem>& items)
+{
+    m_sentence = &sentence;
+    m_items = &items;
+    m_first_item = items.size();
+    m_settings = sentence.settings;
+    std::uint32_t at = 0;
+    for (const SentenceMark& mark : sentence.marks) {
+        add_stretch(at, mark.at);
+        at = mark.at;
+        if (std::holds_alternative<std::monostate>(mark.what))
+            continue;
+        if (const auto* settings = std::get_if<MarkupSettingsPtr>(&mark.what)) {
+            m_settings = *settings;
+            continue;
+        }
+        flush();
+        add_item(mark.what, at == 0 ? sentence.extent.source_begin : sentence.map.end_of(at - 1));
+    }
+    add_stretch(at, static_cast<std::uint32_t>(sentence.text.size()));
+    flush();
+    finish_sentence();
+}
+
+void UtteranceComposer::add_stretch(std::uint32_t begin, std::uint32_t end)
+{
+    if (begin == end)
+        return;
+    const std::u16string_view text
+        = std::u16string_view(m_sentence->text).substr(begin, end - begin);
+    const bool white = std::all_of(text.begin(), text.end(), is_white);
+    if (m_run_begun && !white && !spoken_alike(*m_run_settings, *m_settings))
+        flush();
+    const SpeechStyle& style = m_settings->style;
+    const WordRule rule = style.spell ? WordRule::characters
+        : m_speak_punctuation         ? WordRule::words_and_punctuation
+                                      : WordRule::words;
+    m_found.clear();
+    m_finder.find(text, rule, m_found);
+    if (!m_run_begun) {
+        if (white)
+            return;
+        m_run_begun = true;
+        m_run_settings = m_settings;
+        m_run_source = m_sentence->map.begin_of(begin);
+    }
+    std::uint32_t copied = 0;
+    const auto copy_to = [&](std::uint32_t place) {
+        m_run.text.append(text.substr(copied, place - copied));
+        copied = place;
+    };
+    for (const FoundWord& word : m_found) {
+        for (std::uint32_t from = word.begin; from < word.end;) {
+            std::uint32_t to = std::min(word.end, from + longest_word);
+            if (to < word.end && is_low_surrogate(text[to]))
+                --to;
+            copy_to(from);
+            if (from > word.begin)
+                m_run.text.push_back(u' ');
+            const std::uint32_t source = m_sentence->map.begin_of(begin + from);
+            m_run.tokens.push_back({ static_cast<std::uint32_t>(m_run.text.size()), to - from,
+                source, m_sentence->map.end_of(begin + to - 1) - source });
+            from = to;
+        }
+    }
+    copy_to(static_cast<std::uint32_t>(text.size()));
+}
+
+/// Ends the run that is spoken in one style.
+void UtteranceComposer::flush()
+{
+    Utterance run = std::exchange(m_run, {});
+    const bool begun = std::exchange(m_run_begun, false);
+    if (!begun)
+        return;
+    run.style = finished_style(*m_run_settings, m_speak_punctuation);
+    for (std::size_t from = 0; from < run.text.size();) {
+        const bool first = m_items->size() == m_first_item;
+        const std::size_t end = cut_behind(run, from, first);
+        Utterance part = cut_out(run, from, end);
+        if (from == 0 && m_run_settings->pronunciation)
+            part.pronunciation = m_run_settings->pronunciation->phonemes;
+        from = end;
+        if (part.text.empty())
+            continue;
+        const std::uint32_t source
+            = part.tokens.empty() ? m_run_source : part.tokens.front().source_begin;
+        m_items->push_back({ std::move(part), source });
+    }
+}
+
+void UtteranceComposer::add_pronunciation(const Pronunciation& pronunciation)
+{
+    Utterance utterance;
+    utterance.pronunciation = pronunciation.phonemes;
+    utterance.tokens.push_back({ 0, 0, pronunciation.source_begin,
+        pronunciation.source_end - pronunciation.source_begin });
+    utterance.style = finished_style(*m_settings, m_speak_punctuation);
+    m_items->push_back({ std::move(utterance), pronunciation.source_begin });
+}
+
+void UtteranceComposer::add_item(
+    const decltype(SentenceMark::what)& what, std::uint32_t source_begin)
+{
+    if (const auto* silence = std::get_if<Silence>(&what))
+        m_items->push_back({ *silence, source_begin });
+    else if (const auto* bookmark = std::get_if<Bookmark>(&what))
+        m_items->push_back({ *bookmark, source_begin });
+    else if (const auto* pronunciation = std::get_if<PronunciationPtr>(&what))
+        add_pronunciation(**pronunciation);
+}
+
+void UtteranceComposer::finish_sentence()
+{
+    Utterance* last = nullptr;
+    for (std::size_t at = m_first_item; at < m_items->size(); ++at) {
+        auto* utterance = std::get_if<Utterance>(&(*m_items)[at].item);
+        if (!utterance)
+            continue;
+        if (!last)
+            utterance->sentence = m_sentence->extent;
+        last = utterance;
+    }
+    if (last)
+        last->ends_sentence = true;
+}
+
+} // namespace tessavox::voice
