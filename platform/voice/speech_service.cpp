@@ -1,0 +1,50 @@
+#include "platform/voice/speech_service.h"
+
+#include "platform/voice/engines/voice_catalog.h"
+#include "platform/voice/system_voice.h"
+
+#include <utility>
+
+namespace tessavox::voice {
+
+namespace {
+
+class SystemSpeechService : public SpeechService {
+public:
+    explicit SystemSpeechService(VoiceParts parts)
+        : m_parts(std::move(parts))
+    {
+    }
+    std::unique_ptr<SpeechVoice> create_voice(SpeechVoiceEvents& events) override
+    {
+        return std::make_unique<SystemVoice>(m_parts, events);
+    }
+    std::shared_ptr<SpeechFileStream> create_file_stream() override
+    {
+        return std::make_shared<SystemFileStream>();
+    }
+
+private:
+    const VoiceParts m_parts;
+};
+
+} // namespace
+
+std::unique_ptr<SpeechService> make_speech_service(SpeechServiceOptions options)
+{
+    std::unique_ptr<SoundServer> server = make_pulse_server(options.application_name);
+    return make_speech_service(std::move(options), make_installed_catalog(), std::move(server));
+}
+
+std::unique_ptr<SpeechService> make_speech_service(SpeechServiceOptions options,
+    std::unique_ptr<VoiceCatalog> catalog, std::unique_ptr<SoundServer> server)
+{
+    VoiceParts parts;
+    parts.catalog = std::move(catalog);
+    parts.server = std::move(server);
+    parts.helpers = { std::move(options.helper_path), options.helpers };
+    parts.post = std::move(options.post);
+    return std::make_unique<SystemSpeechService>(std::move(parts));
+}
+
+} // namespace tessavox::voice
