@@ -1,0 +1,145 @@
+#include "platform/voice/event_queue.h"
+
+#include "platform/voice/file_stream.h"
+#include "tests/platform/voice/core/voice_bed.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tessavox::voice::test {
+namespace {
+
+using testing::ElementsAre;
+
+class EventQueueTest : public testing::Test {
+protected:
+    EventQueueTest()
+    {
+        file_job.stream = job.stream = 1;
+        file_job.file = std::make_shared<FileTarget>(nullptr, PcmFormat());
+    }
+    void add(const Job& to, Happening happening, std::uint64_t frame = 0)
+    {
+        queue->append(to, { { frame, 0, std::move(happening) } });
+    }
+
+    MessageLoop loop;
+    Listener listener;
+    int posts = 0;
+    std::shared_ptr<EventQueue> queue = std::make_shared<EventQueue>(
+        listener, std::make_shared<VoiceCatalog>(std::vector<std::unique_ptr<Engine>>()),
+        [this](std::function<void()> call) {
+            ++posts;
+            loop.post(std::move(call));
+        },
+        std::make_shared<Wakeup>());
+    Job job;
+    Job file_job;
+};
+
+TEST_F(EventQueueTest, OnePostedCallBringsAllThatWait)
+{
+    add(job, StreamStarted());
+    add(job, WordStarted{ 0, 3 }, 10);
+    add(job, BookmarkReached{ "12 monkeys" }, 20);
+    EXPECT_EQ(posts, 1);
+    loop.run_posted();
+    EXPECT_THAT(listener.told(""), ElementsAre("StartStream", "Word 0+3", "Bookmark 12 monkeys"));
+    EXPECT_EQ(listener.heard[1].position, 40) << "48 kHz, 16 bit, stereo";
+    EXPECT_EQ(listener.heard[2].second, 12);
+    add(job, StreamEnded());
+    EXPECT_EQ(posts, 2);
+}
+
+TEST_F(EventQueueTest, ABookmarksNumberIsTheOneThatItsNameBeginsWith)
+{
+    const std::pair<const char*, int> names[]
+        = { { "7", 7 }, { "-3b", -3 }, { "b3", 0 }, { "", 0 }, { "99999999999", 0 } };
+    for (const auto& [name, number] : names) {
+        add(job, BookmarkReached{ name });
+        loop.run_posted();
+        EXPECT_EQ(listener.heard.back().second, number) << name;
+    }
+}
+
+TEST_F(EventQueueTest, OfAFileOnlyTheFirstAndTheLatestOfEachKindWait)
+{
+    add(file_job, StreamStarted());
+    for (int i = 0; i < 1000; ++i) {
+        add(file_job, WordStarted{ i, 1 });
+        if (i % 100 == 0)
+            add(file_job, SentenceStarted{ i, 100 });
+        if (i % 400 == 0)
+            add(file_job, BookmarkReached{ std::to_string(i) });
+    }
+    add(file_job, StreamEnded());
+    loop.run_posted();
+    EXPECT_THAT(listener.told(""),
+        ElementsAre("StartStream", "Word 0+1", "Sentence 0+100", "Bookmark 0", "Bookmark 400",
+            "Bookmark 800", "Sentence 900+100", "Word 999+1", "EndStream"));
+}
+
+TEST_F(EventQueueTest, WhatADeviceStreamHasSaidIsNeverDropped)
+{
+    for (int i = 0; i < 100; ++i)
+        add(job, WordStarted{ i, 1 });
+    loop.run_posted();
+    EXPECT_EQ(listener.count("Word"), 100);
+}
+
+TEST_F(EventQueueTest, EventsOfAFileThatAreDeliveredInBetweenAreNotTouchedAgain)
+{
+    add(file_job, StreamStarted());
+    for (int i = 0; i < 5; ++i)
+        add(file_job, WordStarted{ i, 1 });
+    loop.run_posted();
+    for (int i = 5; i < 9; ++i)
+        add(file_job, WordStarted{ i, 1 });
+    loop.run_posted();
+    EXPECT_THAT(listener.told("Word"), ElementsAre("Word 0+1", "Word 4+1", "Word 8+1"));
+}
+
+TEST_F(EventQueueTest, AnEarlierGenerationIsDropped)
+{
+    add(job, WordStarted{ 0, 1 });
+    queue->start_generation(1);
+    add(job, WordStarted{ 1, 1 });
+    job.generation = 1;
+    add(job, WordStarted{ 2, 1 });
+    loop.run_posted();
+    EXPECT_THAT(listener.told(""), ElementsAre("Word 2+1"));
+}
+
+TEST_F(EventQueueTest, OnlyWhatIsOfInterestComes)
+{
+    add(job, LevelMeasured{ 50 });
+    queue->set_interests(SVEWordBoundary | SVEAudioLevel);
+    add(job, LevelMeasured{ 51 });
+    add(job, SentenceStarted{ 0, 1 });
+    loop.run_posted();
+    EXPECT_THAT(listener.told(""), ElementsAre("AudioLevel"));
+    EXPECT_EQ(listener.heard[0].first, 51);
+}
+
+TEST_F(EventQueueTest, AHandlerMayEndTheQueue)
+{
+    add(job, WordStarted{ 0, 1 });
+    add(job, WordStarted{ 1, 1 });
+    listener.on_event = [&](const Heard&) {
+        queue->close();
+        queue.reset();
+    };
+    loop.run_posted();
+    EXPECT_EQ(listener.heard.size(), 1U);
+}
+
+TEST_F(EventQueueTest, ACallThatComesTooLateDoesNothing)
+{
+    add(job, WordStarted{ 0, 1 });
+    queue.reset();
+    loop.run_posted();
+    EXPECT_TRUE(listener.heard.empty());
+}
+
+} // namespace
+} // namespace tessavox::voice::test
