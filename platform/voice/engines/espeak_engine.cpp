@@ -72,7 +72,7 @@ public:
     {
         for (const EspeakPiece& piece : pieces) {
             const bool last = &piece == &pieces.back();
-            if (const auto* words = std::get_if<PlainPiece>(&piece))
+            if (const auto* words = std::get_if<SpokenText>(&piece))
                 speak_words(*words, last && m_utterance.ends_sentence);
             else
                 speak_names(std::get<NamedPiece>(piece));
@@ -82,7 +82,7 @@ public:
     std::vector<HeardToken> take_heard() { return std::move(m_heard); }
 
 private:
-    void speak_words(const PlainPiece& piece, bool pause_behind)
+    void speak_words(const SpokenText& piece, bool pause_behind)
     {
         const std::size_t first = m_sound.words.size();
         m_library.say(piece.utf8, pause_behind);

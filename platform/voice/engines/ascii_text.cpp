@@ -1,0 +1,160 @@
+#include "platform/voice/engines/ascii_text.h"
+
+#include <unicode/translit.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <mutex>
+
+namespace tessavox::voice {
+
+namespace {
+
+struct MarkRow {
+    char mark;
+    std::string_view name;
+};
+
+constexpr MarkRow marks[] = {
+    { '!', "exclamation mark" },
+    { '"', "quote" },
+    { '#', "number sign" },
+    { '$', "dollar" },
+    { '%', "percent" },
+    { '&', "and" },
+    { '\'', "apostrophe" },
+    { '(', "left parenthesis" },
+    { ')', "right parenthesis" },
+    { '*', "asterisk" },
+    { '+', "plus" },
+    { ',', "comma" },
+    { '-', "dash" },
+    { '.', "period" },
+    { '/', "slash" },
+    { ':', "colon" },
+    { ';', "semicolon" },
+    { '<', "less than" },
+    { '=', "equals" },
+    { '>', "greater than" },
+    { '?', "question mark" },
+    { '@', "at" },
+    { '[', "left bracket" },
+    { '\\', "backslash" },
+    { ']', "right bracket" },
+    { '^', "caret" },
+    { '_', "underscore" },
+    { '`', "backquote" },
+    { '{', "left brace" },
+    { '|', "vertical bar" },
+    { '}', "right brace" },
+    { '~', "tilde" },
+};
+
+// Rules from ICU, made at the first text that needs them because they cost some milliseconds.
+class Romanizer {
+public:
+    std::string romanize(char32_t character)
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_tried) {
+            m_tried = true;
+            UErrorCode status = U_ZERO_ERROR;
+            m_rules.reset(icu::Transliterator::createInstance(
+                "Any-Latin; NFKD; Latin-ASCII; [^\\u0020-\\u007E] Remove", UTRANS_FORWARD, status));
+        }
+        icu::UnicodeString text(static_cast<UChar32>(character));
+        if (m_rules)
+            m_rules->transliterate(text);
+        std::string ascii;
+        text.toUTF8String(ascii);
+        return std::ranges::all_of(ascii, [](char letter) { return letter >= 0x20; })
+            ? ascii
+            : std::string();
+    }
+
+private:
+    std::mutex m_mutex;
+    bool m_tried = false;
+    std::unique_ptr<icu::Transliterator> m_rules;
+};
+
+// "GRINNING FACE" as "grinning face".
+std::string name_of_sign(char32_t character)
+{
+    std::array<char, 128> name{};
+    UErrorCode status = U_ZERO_ERROR;
+    u_charName(static_cast<UChar32>(character), U_UNICODE_CHAR_NAME, name.data(),
+        static_cast<std::int32_t>(name.size()) - 1, &status);
+    std::string words(U_SUCCESS(status) ? name.data() : "");
+    for (char& letter : words)
+        letter = letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32)
+            : letter == '-'                     ? ' '
+                                                : letter;
+    return words;
+}
+
+std::string ascii_of(char32_t character)
+{
+    static Romanizer romanizer;
+    if (character < 0x7F)
+        return std::string(1, static_cast<char>(character));
+    const auto category = u_charType(static_cast<UChar32>(character));
+    if (category == U_OTHER_SYMBOL || category == U_MATH_SYMBOL || category == U_CURRENCY_SYMBOL)
+        return " " + name_of_sign(character) + " ";
+    if (u_isUWhiteSpace(static_cast<UChar32>(character)))
+        return " ";
+    return romanizer.romanize(character);
+}
+
+// A character by its name, as a word of its own. Capitals, because the engine takes a small "a" for
+// the article.
+std::string spelled(char32_t character)
+{
+    std::string ascii = ascii_of(character);
+    std::string words;
+    for (const char letter : ascii) {
+        const std::string_view name = name_of_mark(letter);
+        words += ' ';
+        if (!name.empty())
+            words += name;
+        else
+            words += letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 32) : letter;
+    }
+    return ascii.size() > 2 ? ascii : words;
+}
+
+} // namespace
+
+std::string_view name_of_mark(char mark)
+{
+    const auto* row = std::ranges::find(marks, mark, &MarkRow::mark);
+    return row == std::end(marks) ? std::string_view() : row->name;
+}
+
+SpokenText ascii_text(const Utterance& utterance)
+{
+    const std::u16string_view text = utterance.text;
+    const SpeechStyle& style = utterance.style;
+    SpokenText result;
+    std::uint32_t token = 0;
+    std::uint32_t named = static_cast<std::uint32_t>(-1); // the token that is being named
+    for (std::size_t at = 0; at < text.size();) {
+        while (token + 1 < utterance.tokens.size() && token_end(utterance, token) <= at)
+            ++token;
+        const bool inside = token < utterance.tokens.size() && utterance.tokens[token].begin <= at
+            && at < token_end(utterance, token);
+        const bool by_name = inside
+            && (style.spell || (style.speak_punctuation && is_mark(token_text(utterance, token))));
+        const char32_t character = next_character(text, at);
+        if (named != static_cast<std::uint32_t>(-1) && (!by_name || named != token))
+            result.append(" ", named);
+        named = by_name ? token : static_cast<std::uint32_t>(-1);
+        result.append(by_name ? spelled(character) : ascii_of(character), token);
+    }
+    return result;
+}
+
+} // namespace tessavox::voice

@@ -1,0 +1,18 @@
+// Text for an engine that reads nothing but English in ASCII.
+#pragma once
+
+#include "platform/voice/engines/spoken_text.h"
+
+#include <string>
+
+namespace tessavox::voice {
+
+/// The utterance's text in ASCII: letters without their accents and in Latin script, signs by their
+/// English names. Spelled characters and spoken punctuation marks stand as words of their own.
+/// `tokens` tells for each byte which token it belongs to.
+SpokenText ascii_text(const Utterance& utterance);
+
+/// The English name of an ASCII punctuation mark, or nothing.
+std::string_view name_of_mark(char mark);
+
+} // namespace tessavox::voice

@@ -1,0 +1,14 @@
+// The one place that knows which engines there are.
+#include "platform/voice/engines/voice_catalog.h"
+
+namespace tessavox::voice {
+
+std::unique_ptr<VoiceCatalog> make_installed_catalog()
+{
+    std::vector<std::unique_ptr<Engine>> engines;
+    engines.push_back(make_espeak_engine());
+    engines.push_back(make_flite_engine());
+    return std::make_unique<VoiceCatalog>(std::move(engines));
+}
+
+} // namespace tessavox::voice
