@@ -1,0 +1,178 @@
+// What holds for the reading of any text whatsoever. The fuzz target checks the same.
+#pragma once
+
+#include "platform/voice/text/markup_scanner.h"
+#include "tests/platform/voice/text/reading.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace tessavox::voice {
+
+class ReadingCheck {
+public:
+    ReadingCheck(std::u16string text, ReaderOptions options)
+        : m_slice(std::move(text))
+        , m_text(m_slice.view())
+        , m_options(options)
+    {
+    }
+
+    /// The first property that is broken, or an empty text.
+    std::string broken()
+    {
+        TextReader reader(m_slice, m_options, two_voices);
+        for (;;) {
+            m_places.push_back(reader.place());
+            auto item = reader.next();
+            if (!item)
+                break;
+            if (const auto* utterance = std::get_if<Utterance>(&*item))
+                check(*utterance);
+            m_items.push_back(std::move(*item));
+        }
+        if (!m_ended)
+            complain("the last sentence does not end");
+        check_coverage();
+        check_places();
+        return m_broken;
+    }
+
+private:
+    void complain(const std::string& what)
+    {
+        if (m_broken.empty())
+            m_broken = what + " in: " + to_utf8(m_text.substr(0, 400));
+    }
+
+    void check(const Utterance& utterance)
+    {
+        if (utterance.text.size() > 800)
+            complain("an utterance is too long");
+        if (utterance.text.empty() && utterance.pronunciation.empty())
+            complain("an utterance is empty");
+        if (to_utf16(to_utf8(utterance.text)) != utterance.text)
+            complain("an engine sees a lone surrogate");
+        for (const char16_t c : utterance.text) {
+            if (c < 0x20 || (c >= 0x7F && c < 0xA0))
+                complain("an engine sees a control character");
+        }
+        if (utterance.sentence.has_value() != m_ended)
+            complain("sentences do not begin where they should");
+        if (utterance.sentence) {
+            const SentenceExtent& extent = *utterance.sentence;
+            if (extent.source_begin < m_sentence_end || extent.source_length == 0
+                || extent.source_begin + extent.source_length > m_text.size())
+                complain("a sentence's extent is wrong");
+            m_sentence_end = extent.source_begin + extent.source_length;
+            m_source_end = std::max(m_source_end, extent.source_begin);
+        }
+        m_ended = utterance.ends_sentence;
+        std::uint32_t text_end = 0;
+        for (const Token& token : utterance.tokens) {
+            check(utterance, token, text_end);
+            text_end = token.begin + token.length;
+        }
+    }
+
+    void check(const Utterance& utterance, const Token& token, std::uint32_t text_end)
+    {
+        const std::uint32_t source_end = token.source_begin + token.source_length;
+        if (token.begin < text_end || token.begin + token.length > utterance.text.size())
+            complain("a word lies outside its utterance or overlaps another");
+        if (token.length > 100)
+            complain("a word is too long");
+        if (token.source_begin < m_source_end || token.source_length == 0
+            || source_end > m_sentence_end)
+            complain("a word lies outside its sentence or overlaps another");
+        m_source_end = source_end;
+        m_extents.push_back(token);
+        if (token.length == 0)
+            return;
+        const auto source = m_text.substr(token.source_begin, token.source_length);
+        const auto spoken = std::u16string_view(utterance.text).substr(token.begin, token.length);
+        const bool decoded = m_options.markup && source.find(u'&') != source.npos;
+        if (!decoded && to_utf8(source) != to_utf8(spoken))
+            complain("a word is not what its source says");
+    }
+
+    /// Every letter and digit that is no part of markup lies in a word.
+    void check_coverage()
+    {
+        MarkupScanner scanner(m_text);
+        auto token = m_extents.begin();
+        std::size_t cdata_end = 0;
+        for (std::size_t at = 0; at < m_text.size();) {
+            while (token != m_extents.end() && token->source_begin < at)
+                ++token;
+            if (token != m_extents.end() && token->source_begin == at) {
+                at += token->source_length;
+                continue;
+            }
+            const char16_t c = m_text[at];
+            if (m_options.markup && at >= cdata_end && (c == u'<' || c == u'&')) {
+                const Markup markup = scanner.scan(at);
+                cdata_end = std::max(cdata_end, markup.content_end);
+                at = markup.kind == Markup::Kind::none ? at + 1 : markup.end;
+                continue;
+            }
+            const bool word = (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'z')
+                || (c >= u'A' && c <= u'Z') || (c >= 0xC0 && c < 0x180 && c != 0xD7 && c != 0xF7)
+                || (c >= 0x4E00 && c < 0x9FFF);
+            if (word)
+                complain("the word at " + std::to_string(at) + " was skipped");
+            ++at;
+        }
+    }
+
+    void check_places()
+    {
+        const std::size_t step = std::max<std::size_t>(1, m_places.size() / 8);
+        for (std::size_t from = 0; from < m_places.size(); from += step) {
+            TextReader reader(m_slice, m_options, two_voices, m_places[from]);
+            const std::size_t end = std::min(from + 2 * step + 4, m_items.size());
+            for (std::size_t at = from; at < end; ++at) {
+                const ReadingPlace place = reader.place();
+                const auto item = reader.next();
+                if (!item || dump(*item) != dump(m_items[at]))
+                    return complain("item " + std::to_string(at) + " differs when read from place "
+                        + std::to_string(from));
+                if (place.offset > m_text.size())
+                    complain("a place lies outside the text");
+            }
+            if (end == m_items.size() && reader.next())
+                complain("more items come when reading from place " + std::to_string(from));
+        }
+    }
+
+    static std::string dump(const SpeechItem& item)
+    {
+        std::string all = told({ item });
+        if (const auto* utterance = std::get_if<Utterance>(&item)) {
+            for (const Token& token : utterance->tokens) {
+                for (const std::uint32_t number :
+                    { token.begin, token.length, token.source_begin, token.source_length })
+                    all += " " + std::to_string(number);
+            }
+            if (utterance->sentence)
+                all += " sentence " + std::to_string(utterance->sentence->source_begin) + " "
+                    + std::to_string(utterance->sentence->source_length);
+            all += utterance->ends_sentence ? " ends" : "";
+        }
+        return all;
+    }
+
+    TextSlice m_slice;
+    std::u16string_view m_text;
+    ReaderOptions m_options;
+    std::vector<SpeechItem> m_items;
+    std::vector<ReadingPlace> m_places;
+    std::vector<Token> m_extents;
+    std::uint32_t m_source_end = 0; // of the last word
+    std::uint32_t m_sentence_end = 0;
+    bool m_ended = true;
+    std::string m_broken;
+};
+
+} // namespace tessavox::voice
