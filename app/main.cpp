@@ -1,0 +1,99 @@
+// Puts the program together: the one file that knows its logic, its windows and its voice.
+#include "app/tessavox.h"
+#include "platform/qt/desktop_services.h"
+#include "platform/qt/end_signals.h"
+#include "platform/qt/file_store.h"
+#include "platform/qt/form_windows.h"
+#include "platform/qt/program_folders.h"
+#include "platform/qt/text_conversion.h"
+#include "platform/voice/speech_service.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QIcon>
+#include <QStandardPaths>
+
+#include <csignal>
+
+namespace {
+
+using namespace tessavox;
+
+/// How many processes render a long text that goes into a file.
+constexpr int render_helpers = 2;
+
+void set_up(QApplication& application)
+{
+    application.setApplicationName("Tessavox");
+    application.setDesktopFileName("tessavox");
+    application.setQuitOnLastWindowClosed(false); // the logic knows when all has been unloaded
+    QFont::insertSubstitution("Comic Sans MS", "Comic Neue");
+}
+
+void post(std::function<void()> call)
+{
+    QMetaObject::invokeMethod(
+        qApp, [call = std::move(call)] { attempt(call); }, Qt::QueuedConnection);
+}
+
+void quit()
+{
+    QCoreApplication::exit(); // not quit(), which would ask every window once more
+}
+
+std::unique_ptr<SpeechService> make_speech()
+{
+    voice::SpeechServiceOptions options;
+    options.post = post;
+    options.helper_path
+        = from_qt(QCoreApplication::applicationDirPath() + "/tessavox-voice-helper");
+    options.helpers = render_helpers;
+    return voice::make_speech_service(std::move(options));
+}
+
+int run()
+{
+    const std::string app_folder = find_app_folder(from_qt(QCoreApplication::applicationDirPath()),
+        TESSAVOX_BUILD_FOLDER, TESSAVOX_SOURCE_SHARE);
+    const std::string config_home
+        = from_qt(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+    QApplication::setWindowIcon(QIcon(to_qt(app_folder + "/tessavox.png")));
+
+    QtFormWindows windows;
+    DiskFileStore files;
+    QtClipboard clipboard;
+    QtMessageBoxes message_boxes;
+    QtFileDialogs dialogs;
+    QtScreen screen;
+    QtRichTextPanes panes;
+    const std::unique_ptr<SpeechService> speech = make_speech();
+    Platform platform{ windows, post, quit, files, clipboard, message_boxes, dialogs, screen, panes,
+        *speech, prepare_config_folder(config_home, app_folder + "/conf"), app_folder,
+        from_qt(QCoreApplication::arguments().mid(1).join(' ')) };
+
+    Tessavox tessavox(platform);
+    const EndSignals end_signals([&tessavox] {
+        if (!tessavox.main_window().is_loaded())
+            quit();
+        else
+            attempt([&] { tessavox.main_window().Unload(); });
+    });
+    tessavox.Main();
+    const int result = QCoreApplication::exec();
+    // Calls that were still waiting hold forms, which must not outlive all this.
+    QCoreApplication::sendPostedEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return result;
+}
+
+} // namespace
+
+int main(int count, char** arguments)
+{
+    // A limit on file sizes then fails the write, as a full disk does.
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
+    QApplication application(count, arguments);
+    set_up(application);
+    return run();
+}

@@ -1,0 +1,132 @@
+#include "platform/qt/child_window.h"
+
+#include "platform/failure.h"
+#include "platform/qt/child_widget.h"
+#include "platform/qt/main_window.h"
+#include "platform/qt/twips.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QScrollArea>
+
+namespace tessavox {
+
+/// Where the screen is too small for the controls of fixed size, the client area scrolls.
+class ChildWindow::SubWindow : public QMdiSubWindow {
+public:
+    SubWindow()
+        : scroll(make_child<QScrollArea>(this))
+        , canvas(make_child<ClientArea>())
+    {
+        scroll.setFrameShape(QFrame::NoFrame);
+        scroll.setFocusPolicy(Qt::NoFocus);
+        scroll.setWidgetResizable(true);
+        scroll.setWidget(&canvas);
+        setWidget(&scroll);
+        setAttribute(Qt::WA_DeleteOnClose, false);
+        connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+            if (now && canvas.isAncestorOf(now))
+                scroll.ensureWidgetVisible(now, 2, 2);
+        });
+    }
+
+    QScrollArea& scroll;
+    ClientArea& canvas;
+    ChildWindow* owner = nullptr;
+
+protected:
+    void closeEvent(QCloseEvent* event) override
+    {
+        event->setAccepted(!owner || owner->user_closes());
+    }
+
+    void changeEvent(QEvent* event) override
+    {
+        QMdiSubWindow::changeEvent(event);
+        if (owner && event->type() == QEvent::WindowStateChange)
+            owner->user_changes_state();
+    }
+};
+
+ChildWindow::ChildWindow(Form& form, MainWindow& parent)
+    : ChildWindow(form, parent, std::make_unique<SubWindow>())
+{
+}
+
+ChildWindow::ChildWindow(Form& form, MainWindow& parent, std::unique_ptr<SubWindow> window)
+    : QtFormWindow(form, *window, window->canvas)
+    , m_parent(&parent)
+    , m_window(*window.release())
+{
+    m_window.owner = this;
+    m_window.canvas.sized = [this] { client_sized(); };
+    parent.add(*this);
+    m_window.hide(); // until the form is loaded
+    resize_to({ to_pixels(form.Width), to_pixels(form.Height) });
+}
+
+ChildWindow::~ChildWindow()
+{
+    if (m_parent)
+        m_parent->remove(*this);
+}
+
+QMdiSubWindow& ChildWindow::sub_window() const
+{
+    return m_window;
+}
+
+void ChildWindow::detach()
+{
+    m_window.owner = nullptr;
+    m_window.canvas.sized = nullptr;
+    if (m_parent)
+        m_parent->remove(*this);
+    m_parent = nullptr;
+    QtFormWindow::detach();
+}
+
+void ChildWindow::bring_forward()
+{
+    if (!m_parent)
+        return;
+    m_parent->area().setActiveSubWindow(&m_window);
+}
+
+void ChildWindow::user_activates()
+{
+    if (Form* activated = form())
+        attempt([activated] { activated->user_activated(); });
+}
+
+void ChildWindow::resize_to(const QSize& pixels)
+{
+    const QSize room = m_parent->area().viewport()->size();
+    m_window.resize(pixels.boundedTo(room));
+}
+
+void ChildWindow::show_first()
+{
+    // The first document fills the main window, and others do as the one before them does.
+    const QMdiSubWindow* before = m_parent->area().activeSubWindow();
+    if (!before || before->isMaximized())
+        m_window.showMaximized();
+    else
+        m_window.show();
+}
+
+void ChildWindow::client_sized()
+{
+    if (!m_parent)
+        return;
+    m_parent->report_area();
+    report_client_size(m_window.canvas.size());
+    if (m_extent_is_known || !form())
+        return;
+    m_extent_is_known = true;
+    m_window.canvas.setMinimumSize(views().fixed_extent());
+}
+
+} // namespace tessavox

@@ -1,0 +1,107 @@
+#include "platform/qt/control_view.h"
+
+#include "platform/controls/bars.h"
+#include "platform/controls/buttons.h"
+#include "platform/controls/combo_box.h"
+#include "platform/controls/rich_text_box.h"
+#include "platform/controls/scroll_bar.h"
+#include "platform/qt/text_conversion.h"
+#include "platform/qt/twips.h"
+#include "platform/qt/view_makers.h"
+
+#include <QSignalBlocker>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace tessavox {
+namespace {
+
+/// Where a control is drawn. One that sticks out of its container ends at the container's edge,
+/// so that its text is fitted to what can be seen of it.
+QRect place_of(const Control& control)
+{
+    double width = control.Width();
+    if (const Control* container = control.container()) {
+        const double room = container->Width() - control.Left();
+        if (room > 0)
+            width = std::min(width, room);
+    }
+    return to_pixels(control.Left(), control.Top(), width, control.Height());
+}
+
+using Maker = std::unique_ptr<WidgetView> (*)(Control&, QWidget&);
+
+template <class Kind, std::unique_ptr<WidgetView> (*make)(Kind&, QWidget&)>
+std::unique_ptr<WidgetView> make_if(Control& control, QWidget& parent)
+{
+    auto* of_kind = dynamic_cast<Kind*>(&control);
+    return of_kind ? make(*of_kind, parent) : nullptr;
+}
+
+constexpr Maker makers[] = {
+    make_if<CommandButton, view_command_button>,
+    make_if<CheckBox, view_check_box>,
+    make_if<Label, view_label>,
+    make_if<Frame, view_frame>,
+    make_if<ComboBox, view_combo_box>,
+    make_if<ScrollBar, view_scroll_bar>,
+    make_if<TextBox, view_text_box>,
+    make_if<TabStrip, view_tab_strip>,
+    make_if<RichTextBox, view_rich_text_box>,
+};
+
+} // namespace
+
+WidgetView::WidgetView(Control& control, QWidget& widget)
+    : m_control(&control)
+    , m_widget(widget)
+{
+    widget.setObjectName(to_qt(control.name()));
+    control.set_view(this);
+}
+
+WidgetView::~WidgetView() = default;
+
+void WidgetView::detach()
+{
+    m_control = nullptr;
+}
+
+void WidgetView::control_changed()
+{
+    if (!m_control)
+        return;
+    const QSignalBlocker quiet(m_widget);
+    const QRect place = place_of(*m_control);
+    if (m_widget.geometry() != place)
+        m_widget.setGeometry(place);
+    m_widget.setEnabled(m_control->Enabled);
+    m_widget.setVisible(m_control->Visible);
+    m_widget.setToolTip(to_qt(m_control->ToolTipText));
+    redraw();
+}
+
+void WidgetView::name_for_assistance(const QString& label)
+{
+    if (!m_control)
+        return;
+    QString name = to_qt(m_control->Caption).remove('&').trimmed();
+    if (name.isEmpty())
+        name = label;
+    if (name.isEmpty())
+        name = to_qt(m_control->ToolTipText).trimmed();
+    focus_widget().setAccessibleName(name);
+}
+
+std::unique_ptr<WidgetView> make_widget_view(Control& control, QWidget& parent)
+{
+    for (const Maker make : makers) {
+        if (auto view = make(control, parent))
+            return view;
+    }
+    auto* area = std::make_unique<QWidget>(&parent).release(); // the parent owns it
+    return std::make_unique<WidgetView>(control, *area);
+}
+
+} // namespace tessavox

@@ -1,0 +1,56 @@
+// A control of a form, drawn by a widget: what all kinds have in common, and the maker of the right
+// kind.
+#pragma once
+
+#include "platform/controls/control.h"
+#include "platform/failure.h"
+
+#include <QObject>
+
+#include <memory>
+
+class QWidget;
+
+namespace tessavox {
+
+/// Redraws its widget from the control, never the other way round, with the widget's signals
+/// blocked; so whatever the widget does signal comes from the user and is passed on. The widget
+/// belongs to its parent widget. The view outlives its control once it is detached.
+class WidgetView : public QObject, public ControlView {
+public:
+    WidgetView(Control& control, QWidget& widget);
+    ~WidgetView() override;
+
+    void control_changed() final;
+    /// The form is gone, or about to be: neither the control nor its pane is touched any more.
+    virtual void detach();
+
+    QWidget& widget() const { return m_widget; }
+    /// The one that takes the keyboard; the same unless the widget is only a wrapper.
+    virtual QWidget& focus_widget() const { return m_widget; }
+    /// What assistive technologies call the control: its caption, or `label` where it has none.
+    void name_for_assistance(const QString& label);
+
+protected:
+    /// Caption, value and the like; geometry and state are done.
+    virtual void redraw() { }
+    /// Reports something to the control. Afterwards the widget shows what the control made of it.
+    template <class Report> void user_did(Report&& report)
+    {
+        if (!m_control)
+            return;
+        attempt(std::forward<Report>(report));
+        control_changed();
+    }
+    bool attached() const { return m_control != nullptr; }
+
+private:
+    Control* m_control;
+    QWidget& m_widget;
+};
+
+/// The widget of a control on `parent`, and its view. Kinds without a look of their own get an
+/// empty area.
+std::unique_ptr<WidgetView> make_widget_view(Control& control, QWidget& parent);
+
+} // namespace tessavox

@@ -1,0 +1,174 @@
+#include "platform/qt/desktop_services.h"
+
+#include "platform/qt/clipboard_owner.h"
+#include "platform/qt/rich_text_pane.h"
+#include "platform/qt/text_conversion.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QRegularExpression>
+
+namespace tessavox {
+
+// Clipboard --------------------------------------------------------------------------------------
+
+QtClipboard::QtClipboard()
+{
+    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
+        m_is_current = false;
+        m_text = {};
+    });
+}
+
+TextSlice QtClipboard::GetText()
+{
+    if (m_is_current)
+        return m_text;
+    m_is_current = true;
+    const QClipboard& clipboard = *QApplication::clipboard();
+    const bool reachable = clipboard.ownsClipboard() || clipboard_owner_answers();
+    const QString text = reachable ? clipboard.text() : QString();
+    m_text = std::u16string(
+        reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size()));
+    return m_text;
+}
+
+// Message boxes ----------------------------------------------------------------------------------
+
+MessageAnswer QtMessageBoxes::show(
+    const std::string& text, const std::string& title, MessageButtons buttons, MessageIcon icon)
+{
+    QMessageBox box(QApplication::activeWindow());
+    box.setObjectName("message");
+    box.setTextFormat(Qt::PlainText);
+    box.setText(to_qt(text));
+    box.setWindowTitle(to_qt(title));
+    box.setIcon(icon == MessageIcon::question ? QMessageBox::Question : QMessageBox::NoIcon);
+    if (buttons == MessageButtons::yes_no_cancel) {
+        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+        box.setDefaultButton(QMessageBox::Yes);
+        box.setEscapeButton(QMessageBox::Cancel);
+    } else {
+        box.setStandardButtons(QMessageBox::Ok);
+    }
+    switch (box.exec()) {
+    case QMessageBox::Yes:
+        return MessageAnswer::yes;
+    case QMessageBox::No:
+        return MessageAnswer::no;
+    default:
+        return buttons == MessageButtons::ok ? MessageAnswer::ok : MessageAnswer::cancel;
+    }
+}
+
+// File dialogs -----------------------------------------------------------------------------------
+
+QStringList name_filters(const std::string& filter)
+{
+    const QStringList parts = to_qt(filter).split('|');
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        static const QRegularExpression trailing_patterns("\\s*\\([^()]*\\)\\s*$");
+        QStringList patterns = parts[i + 1].split(';', Qt::SkipEmptyParts);
+        for (QString& pattern : patterns) {
+            pattern = pattern.trimmed();
+            if (pattern == "*.*")
+                pattern = "*";
+        }
+        filters.append(
+            QString(parts[i]).remove(trailing_patterns) + " (" + patterns.join(' ') + ")");
+    }
+    return filters;
+}
+
+namespace {
+
+void begin_with(QFileDialog& dialog, const FileDialogRequest& request, const QString& folder)
+{
+    dialog.setObjectName("fileDialog");
+    if (!request.DialogTitle.empty())
+        dialog.setWindowTitle(to_qt(request.DialogTitle));
+    const QStringList filters = name_filters(request.Filter);
+    if (!filters.isEmpty()) {
+        dialog.setNameFilters(filters);
+        const qsizetype wanted = request.FilterIndex - 1;
+        dialog.selectNameFilter(filters.value(wanted, filters.front()));
+    }
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, !request.overwrite_prompt);
+    const QFileInfo file(to_qt(request.FileName));
+    if (!request.FileName.empty() && file.isAbsolute() && file.dir().exists())
+        dialog.setDirectory(file.dir());
+    else if (!folder.isEmpty())
+        dialog.setDirectory(folder);
+    if (!request.FileName.empty())
+        dialog.selectFile(file.fileName());
+}
+
+/// The path that the user settles on, in a folder that exists; nothing if the user gives up.
+QString chosen_path(QFileDialog& dialog)
+{
+    while (dialog.exec() == QDialog::Accepted) {
+        const QString path = dialog.selectedFiles().value(0);
+        if (QFileInfo(path).dir().exists() && !QFileInfo(path).isDir())
+            return path;
+    }
+    return {};
+}
+
+} // namespace
+
+std::optional<std::string> QtFileDialogs::ShowOpen(const FileDialogRequest& request)
+{
+    QFileDialog dialog(QApplication::activeWindow());
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    begin_with(dialog, request, m_folder);
+    const QString path = chosen_path(dialog);
+    if (path.isEmpty())
+        return std::nullopt;
+    m_folder = QFileInfo(path).absolutePath();
+    return from_qt(path);
+}
+
+std::optional<std::string> QtFileDialogs::ShowSave(const FileDialogRequest& request)
+{
+    QFileDialog dialog(QApplication::activeWindow());
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    begin_with(dialog, request, m_folder);
+    const QString path = chosen_path(dialog);
+    if (path.isEmpty())
+        return std::nullopt;
+    m_folder = QFileInfo(path).absolutePath();
+    return from_qt(path);
+}
+
+// Mouse pointer and panes ------------------------------------------------------------------------
+
+QtScreen::~QtScreen()
+{
+    set_MousePointer(MousePointer::normal);
+}
+
+void QtScreen::set_MousePointer(MousePointer pointer)
+{
+    const bool busy = pointer == MousePointer::hourglass;
+    if (busy == m_is_busy)
+        return;
+    m_is_busy = busy;
+    if (busy)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
+}
+
+std::unique_ptr<RichTextPane> QtRichTextPanes::create()
+{
+    return std::make_unique<QtRichTextPane>();
+}
+
+} // namespace tessavox

@@ -1,0 +1,25 @@
+// A window of fixed size by itself.
+#pragma once
+
+#include "platform/qt/form_windows.h"
+
+namespace tessavox {
+
+class DialogWindow : public QtFormWindow {
+public:
+    explicit DialogWindow(Form& form);
+    ~DialogWindow() override;
+
+    void bring_forward() override;
+    void detach() override;
+
+private:
+    class Dialog;
+    DialogWindow(Form& form, std::unique_ptr<Dialog> dialog);
+    void show_first() override;
+    void resize_to(const QSize& pixels) override;
+
+    Dialog& m_dialog;
+};
+
+} // namespace tessavox

@@ -1,0 +1,237 @@
+#include "platform/qt/file_store.h"
+
+#include "platform/failure.h"
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tessavox {
+namespace {
+
+constexpr std::size_t largest_file_bytes = std::size_t(64) << 20;
+
+[[noreturn]] void fail(const std::string& path, const char* what)
+{
+    throw Failure(path + " can't be " + what + ": " + std::strerror(errno));
+}
+
+[[noreturn]] void refuse(const std::string& path, const char* why)
+{
+    throw Failure(path + " " + why);
+}
+
+class OpenFile {
+public:
+    OpenFile(const std::string& path, int flags, mode_t mode = 0)
+        : m_descriptor(::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, mode))
+    {
+    }
+    ~OpenFile()
+    {
+        if (is_open())
+            ::close(m_descriptor);
+    }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+
+    bool is_open() const { return m_descriptor >= 0; }
+    operator int() const { return m_descriptor; }
+    /// Returns whether all went well; closing is where some file systems report a full disk.
+    bool close()
+    {
+        const int descriptor = m_descriptor;
+        m_descriptor = -1;
+        return ::close(descriptor) == 0;
+    }
+
+private:
+    int m_descriptor;
+};
+
+struct stat status_of(const OpenFile& file, const std::string& path)
+{
+    struct stat status { };
+    if (::fstat(file, &status) != 0)
+        fail(path, "examined");
+    if (!S_ISREG(status.st_mode))
+        refuse(path, "is no regular file");
+    return status;
+}
+
+bool write_at(int file, const std::string& bytes, off_t offset)
+{
+    for (std::size_t done = 0; done < bytes.size();) {
+        const auto written = ::pwrite(
+            file, bytes.data() + done, bytes.size() - done, offset + static_cast<off_t>(done));
+        if (written < 0 && errno != EINTR)
+            return false;
+        done += written > 0 ? static_cast<std::size_t>(written) : 0;
+    }
+    return true;
+}
+
+std::string read_all(const OpenFile& file, const std::string& path)
+{
+    const struct stat status = status_of(file, path);
+    if (static_cast<std::uintmax_t>(status.st_size) > largest_file_bytes)
+        refuse(path, "is too large");
+    std::string bytes;
+    bytes.reserve(static_cast<std::size_t>(status.st_size));
+    std::array<char, 65536> piece;
+    for (;;) {
+        const auto count = ::read(file, piece.data(), piece.size());
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            fail(path, "read");
+        if (count == 0)
+            return bytes;
+        bytes.append(piece.data(), static_cast<std::size_t>(count));
+        if (bytes.size() > largest_file_bytes)
+            refuse(path, "is too large");
+    }
+}
+
+/// The file that a path means once all links are followed; the last one may lead to a file that
+/// doesn't exist yet.
+std::string followed(std::string path)
+{
+    constexpr int most_links = 40; // as many as the system itself follows
+    for (int i = 0; i < most_links; ++i) {
+        std::array<char, PATH_MAX> target;
+        const auto size = ::readlink(path.c_str(), target.data(), target.size());
+        if (size < 0)
+            return path;
+        std::string next(target.data(), static_cast<std::size_t>(size));
+        if (next.empty() || next.front() != '/')
+            next.insert(0, path.substr(0, path.rfind('/') + 1));
+        path = std::move(next);
+    }
+    refuse(path, "is a ring of links");
+}
+
+/// A new file beside the wanted one; it goes away again unless it takes that one's place.
+class NewFile {
+public:
+    NewFile(const std::string& path, mode_t mode)
+        : m_name(path + ".new-" + std::to_string(::getpid()))
+    {
+        ::unlink(m_name.c_str()); // left by a process that ended badly and had our number
+        m_file.emplace(m_name, O_WRONLY | O_CREAT | O_EXCL, mode);
+    }
+    ~NewFile()
+    {
+        if (m_file->is_open() || m_is_complete)
+            ::unlink(m_name.c_str());
+    }
+
+    bool is_open() const { return m_file->is_open(); }
+    OpenFile& file() { return *m_file; }
+    /// Brings the bytes to the disk itself, so that no sudden end of the system loses both files.
+    bool complete(const std::string& bytes)
+    {
+        m_is_complete = write_at(*m_file, bytes, 0) && ::fdatasync(*m_file) == 0 && m_file->close();
+        return m_is_complete;
+    }
+    bool take_place_of(const std::string& path)
+    {
+        const bool taken = ::rename(m_name.c_str(), path.c_str()) == 0;
+        if (taken)
+            m_is_complete = false;
+        return taken;
+    }
+
+private:
+    std::string m_name;
+    std::optional<OpenFile> m_file;
+    bool m_is_complete = false;
+};
+
+/// Whether the system reserved room for so many bytes, so that writing them can't fail for lack of
+/// it. The file may have grown afterwards, also on failure.
+bool reserve(int file, std::size_t size)
+{
+    if (size == 0)
+        return true;
+    errno = ::posix_fallocate(file, 0, static_cast<off_t>(size));
+    return errno == 0;
+}
+
+/// Overwrites a file that has to keep its identity. While that goes on a copy of the old bytes lies
+/// beside it, if the folder takes one.
+void write_in_place(const std::string& path, const std::string& bytes)
+{
+    OpenFile file(path, O_RDWR);
+    if (!file.is_open())
+        fail(path, "written");
+    const std::string before = read_all(file, path);
+    NewFile copy(path, 0600);
+    if (copy.is_open() && !copy.complete(before))
+        fail(path, "copied before it is written");
+
+    const auto old_size = static_cast<off_t>(before.size());
+    if (!reserve(file, bytes.size())) {
+        const int reason = errno;
+        if (::ftruncate(file, old_size) == 0)
+            errno = reason;
+        fail(path, "written");
+    }
+    const bool written = write_at(file, bytes, 0)
+        && ::ftruncate(file, static_cast<off_t>(bytes.size())) == 0 && ::fdatasync(file) == 0;
+    if (written)
+        return;
+    const int reason = errno;
+    const bool restored = write_at(file, before, 0) && ::ftruncate(file, old_size) == 0;
+    errno = restored ? reason : errno;
+    fail(path, restored ? "written" : "restored");
+}
+
+bool must_keep_its_identity(const struct stat& status)
+{
+    return status.st_nlink > 1 || status.st_uid != ::geteuid();
+}
+
+} // namespace
+
+std::string DiskFileStore::read(const std::string& path)
+{
+    const OpenFile file(path, O_RDONLY);
+    if (!file.is_open())
+        fail(path, "opened");
+    return read_all(file, path);
+}
+
+void DiskFileStore::write(const std::string& path, const std::string& bytes)
+{
+    const std::string target = followed(path);
+    struct stat status { };
+    const bool exists = ::stat(target.c_str(), &status) == 0;
+    if (!exists && errno != ENOENT)
+        fail(path, "examined");
+    if (exists && !S_ISREG(status.st_mode))
+        refuse(path, "is no regular file");
+    if (exists && ::access(target.c_str(), W_OK) != 0)
+        fail(path, "written"); // the folder's permission alone must not replace it
+    if (exists && must_keep_its_identity(status))
+        return write_in_place(target, bytes);
+
+    constexpr mode_t readable_and_writable = 0666; // less what the user's mask takes away
+    NewFile file(target, readable_and_writable);
+    if (!file.is_open() && exists)
+        return write_in_place(target, bytes);
+    if (!file.is_open())
+        fail(path, "created");
+    if (exists && ::fchmod(file.file(), status.st_mode & 07777) != 0)
+        fail(path, "given its permissions");
+    if (!file.complete(bytes) || !file.take_place_of(target))
+        fail(path, "written");
+}
+
+} // namespace tessavox

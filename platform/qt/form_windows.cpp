@@ -1,0 +1,168 @@
+#include "platform/qt/form_windows.h"
+
+#include "platform/failure.h"
+#include "platform/qt/child_window.h"
+#include "platform/qt/dialog_window.h"
+#include "platform/qt/main_window.h"
+#include "platform/qt/text_conversion.h"
+#include "platform/qt/twips.h"
+
+namespace tessavox {
+namespace {
+
+/// Qt takes "[*]" in a title for a mark of its own; a file may be called so.
+QString as_title(const std::string& caption)
+{
+    return to_qt(caption).replace("[*]", "[*][*]");
+}
+
+Qt::WindowStates with_state(Qt::WindowStates states, WindowState state)
+{
+    states.setFlag(Qt::WindowMinimized, state == WindowState::minimised);
+    states.setFlag(Qt::WindowMaximized, state == WindowState::maximised);
+    return states;
+}
+
+/// Keeps a closed window until control is back in the event loop that the closing came from.
+class ClosedWindow : public QObject {
+public:
+    ClosedWindow(std::unique_ptr<FormWindow> window, QObject* parent)
+        : QObject(parent)
+        , m_window(std::move(window))
+    {
+        deleteLater();
+    }
+
+private:
+    std::unique_ptr<FormWindow> m_window;
+};
+
+} // namespace
+
+QtFormWindow::QtFormWindow(Form& form, QWidget& top, QWidget& canvas)
+    : m_form(&form)
+    , m_top(&top)
+    , m_views(form, canvas)
+    , m_width(form.Width)
+    , m_height(form.Height)
+{
+    top.setObjectName(to_qt(form.name()));
+    form.set_view(this);
+}
+
+QtFormWindow::~QtFormWindow()
+{
+    m_views.detach();
+    delete m_top.data(); // unless its own parent went first
+}
+
+void QtFormWindow::detach()
+{
+    m_form = nullptr;
+    m_views.detach();
+    if (m_top)
+        m_top->hide();
+}
+
+void QtFormWindow::focus(Control& control)
+{
+    WidgetView* view = m_views.view_of(control);
+    if (!view || !view->focus_widget().isVisible())
+        throw Failure(control.name() + " can't take the focus: its window isn't shown");
+    view->focus_widget().setFocus(Qt::OtherFocusReason);
+}
+
+void QtFormWindow::control_changed()
+{
+    if (!m_form || !m_top)
+        return;
+    m_top->setWindowTitle(as_title(m_form->Caption));
+    if (m_width != m_form->Width || m_height != m_form->Height) {
+        m_width = m_form->Width;
+        m_height = m_form->Height;
+        resize_to({ to_pixels(m_width), to_pixels(m_height) });
+    }
+    const bool first = m_form->Visible && !m_was_shown;
+    if (first) {
+        m_was_shown = true;
+        m_views.redraw_all();
+        m_views.name_all();
+        show_first();
+    }
+    if (m_form && (m_state != m_form->window_state)) {
+        m_state = m_form->window_state;
+        m_top->setWindowState(with_state(m_top->windowState(), m_state));
+    }
+    if (m_form && !first)
+        m_top->setVisible(m_form->Visible);
+}
+
+void QtFormWindow::report_client_size(const QSize& pixels)
+{
+    if (!m_form || pixels == m_reported)
+        return;
+    m_reported = pixels;
+    m_form->client_resized(to_twips(pixels.width()), to_twips(pixels.height()));
+}
+
+bool QtFormWindow::user_closes()
+{
+    bool gone = true;
+    if (Form* form = m_form)
+        attempt([&] { gone = form->user_closed(); });
+    return gone;
+}
+
+void QtFormWindow::user_changes_state()
+{
+    if (!m_form || !m_was_shown)
+        return;
+    const Qt::WindowStates states = m_top->windowState();
+    m_state = states.testFlag(Qt::WindowMinimized) ? WindowState::minimised
+        : states.testFlag(Qt::WindowMaximized)     ? WindowState::maximised
+                                                   : WindowState::normal;
+    attempt([this] { m_form->user_changed_state(m_state); });
+}
+
+std::unique_ptr<FormWindow> QtFormWindows::open(Form& form)
+{
+    switch (form.kind()) {
+    case FormKind::mdi_parent: {
+        auto window = std::make_unique<MainWindow>(form);
+        m_main = window.get();
+        return window;
+    }
+    case FormKind::mdi_child:
+        if (!m_main)
+            throw Failure(form.name() + " has no window to lie in");
+        return std::make_unique<ChildWindow>(form, *m_main);
+    case FormKind::dialog:
+        return std::make_unique<DialogWindow>(form);
+    }
+    throw Failure(form.name() + " is of no known kind");
+}
+
+void QtFormWindows::close(std::unique_ptr<FormWindow> window)
+{
+    if (window.get() == m_main)
+        m_main = nullptr;
+    if (auto* ours = dynamic_cast<QtFormWindow*>(window.get()))
+        ours->detach();
+    std::make_unique<ClosedWindow>(std::move(window), &m_closed).release(); // deletes itself
+}
+
+void ClientArea::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    if (sized)
+        sized();
+}
+
+void ClientArea::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    if (isVisible() && sized)
+        sized();
+}
+
+} // namespace tessavox

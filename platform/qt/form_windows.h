@@ -1,0 +1,78 @@
+// The windows of the program's forms.
+#pragma once
+
+#include "platform/controls/form.h"
+#include "platform/form_window.h"
+#include "platform/qt/form_views.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+
+namespace tessavox {
+
+class MainWindow;
+
+/// What the three kinds of windows share.
+class QtFormWindow : public FormWindow, public ControlView {
+public:
+    ~QtFormWindow() override;
+
+    void focus(Control& control) override;
+    void control_changed() override;
+    /// Forgets the form and everything of it, and hides; the widgets go later.
+    virtual void detach();
+
+protected:
+    /// `top` is shown and closed as a whole and belongs to the window; the controls are drawn on
+    /// `canvas`, which lies in it.
+    QtFormWindow(Form& form, QWidget& top, QWidget& canvas);
+
+    Form* form() const { return m_form; }
+    QWidget& top() const { return *m_top; }
+    FormViews& views() { return m_views; }
+    /// Tells the form how large its client area is, unless it knows.
+    void report_client_size(const QSize& pixels);
+    /// The user closes it. Returns whether the form has gone.
+    bool user_closes();
+    void user_changes_state();
+
+private:
+    virtual void show_first() = 0;
+    virtual void resize_to(const QSize& pixels) = 0;
+
+    Form* m_form;
+    QPointer<QWidget> m_top;
+    FormViews m_views;
+    bool m_was_shown = false;
+    WindowState m_state = WindowState::normal;
+    double m_width;
+    double m_height;
+    QSize m_reported;
+};
+
+class QtFormWindows : public FormWindows {
+public:
+    std::unique_ptr<FormWindow> open(Form& form) override;
+    void close(std::unique_ptr<FormWindow> window) override;
+
+private:
+    MainWindow* m_main = nullptr;
+    QObject m_closed; // owns closed windows until the handlers that closed them have returned
+};
+
+/// A plain area that says when it is shown and resized.
+class ClientArea : public QWidget {
+public:
+    using QWidget::QWidget;
+    std::function<void()> sized;
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+};
+
+} // namespace tessavox

@@ -1,0 +1,250 @@
+#include "platform/qt/frame_views.h"
+
+#include "platform/controls/bars.h"
+#include "platform/controls/buttons.h"
+#include "platform/controls/form.h"
+#include "platform/failure.h"
+#include "platform/qt/child_widget.h"
+#include "platform/qt/text_conversion.h"
+
+#include <QAction>
+#include <QDateTime>
+#include <QEvent>
+#include <QLabel>
+#include <QLocale>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPainter>
+#include <QStatusBar>
+#include <QToolBar>
+
+#include <algorithm>
+
+namespace tessavox {
+namespace {
+
+/// A label that gives way: it shows what there is room for, and its tool tip the rest.
+class ElidedLabel : public QLabel {
+public:
+    explicit ElidedLabel(QWidget* parent)
+        : QLabel(parent)
+    {
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        setTextFormat(Qt::PlainText);
+        setIndent(0);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        painter.drawText(contentsRect(), Qt::AlignVCenter | Qt::AlignLeft,
+            fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()));
+    }
+};
+
+} // namespace
+
+// Menus ------------------------------------------------------------------------------------------
+
+MenuViews::MenuViews(Form& form, QMainWindow& window)
+    : m_form(form)
+{
+    for (Control* control : form.controls()) {
+        if (auto* item = dynamic_cast<MenuItem*>(control))
+            add(*item, window);
+    }
+    control_changed();
+}
+
+void MenuViews::add(MenuItem& item, QMainWindow& window)
+{
+    const auto above = m_menu_of.find(item.container());
+    QMenu* parent = above == m_menu_of.end() ? nullptr : above->second;
+    Entry entry{ &item, nullptr, nullptr, {}, {} };
+    if (has_items(item) || !item.container()) {
+        entry.menu = parent ? parent->addMenu(QString()) : window.menuBar()->addMenu(QString());
+        entry.menu->setObjectName(to_qt(item.name()));
+        entry.action = entry.menu->menuAction();
+        m_menu_of[&item] = entry.menu;
+    } else if (parent) {
+        entry.action = parent->addAction(QString());
+        connect(entry.action, &QAction::triggered, this, [this, &item] {
+            if (!m_entries.empty())
+                attempt([&] { item.user_choose(); });
+        });
+    } else {
+        return;
+    }
+    entry.action->setObjectName(to_qt(item.name()));
+    item.set_view(this);
+    m_entries.push_back(entry);
+}
+
+bool MenuViews::has_items(const MenuItem& item) const
+{
+    const auto controls = m_form.controls();
+    return std::any_of(controls.begin(), controls.end(),
+        [&](const Control* control) { return control->container() == &item; });
+}
+
+bool MenuViews::has_something_to_offer(const MenuItem& item) const
+{
+    if (item.Click)
+        return true;
+    return std::any_of(m_entries.begin(), m_entries.end(), [&](const Entry& entry) {
+        return entry.item->container() == &item && entry.item->Visible
+            && has_something_to_offer(*entry.item);
+    });
+}
+
+void MenuViews::draw(Entry& entry)
+{
+    const MenuItem& item = *entry.item;
+    const bool separator = item.Caption.get() == "-";
+    if (entry.caption != item.Caption.get()) {
+        entry.caption = item.Caption;
+        entry.action->setSeparator(separator);
+        entry.action->setText(to_qt(item.Caption).trimmed());
+    }
+    if (!entry.menu && entry.shortcut != item.Shortcut) {
+        entry.shortcut = item.Shortcut;
+        entry.action->setShortcut(QKeySequence::fromString(to_qt(item.Shortcut)));
+    }
+    entry.action->setEnabled(item.Enabled);
+    entry.action->setVisible(item.Visible && (separator || has_something_to_offer(item)));
+}
+
+void MenuViews::control_changed()
+{
+    // One change of state touches a dozen items; they are drawn together, once.
+    if (m_update_is_due)
+        return;
+    m_update_is_due = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_update_is_due = false;
+            for (Entry& entry : m_entries)
+                draw(entry);
+        },
+        Qt::QueuedConnection);
+}
+
+QMenu* MenuViews::menu_of(const std::string& name) const
+{
+    for (const Entry& entry : m_entries) {
+        if (entry.item->name() == name)
+            return entry.menu;
+    }
+    return nullptr;
+}
+
+// Tool bars --------------------------------------------------------------------------------------
+
+ToolBarView::ToolBarView(ToolBar& control, QMainWindow& window)
+    : m_control(&control)
+    , m_bar(*window.addToolBar(to_qt(control.name())))
+{
+    m_bar.setObjectName(to_qt(control.name()));
+    m_bar.setMovable(false);
+    for (std::size_t i = 0; i < control.buttons().size(); ++i) {
+        const ToolBar::Button& button = control.buttons()[i];
+        if (button.Key.empty()) {
+            m_actions.push_back(m_bar.addSeparator());
+            continue;
+        }
+        m_actions.push_back(
+            m_bar.addAction(to_qt(button.caption.empty() ? button.Key : button.caption)));
+        connect(m_actions.back(), &QAction::triggered, this, [this, index = int(i) + 1] {
+            if (m_control)
+                attempt([&] { m_control->user_press(index); });
+        });
+    }
+    control.set_view(this);
+    control_changed();
+}
+
+void ToolBarView::control_changed()
+{
+    if (!m_control)
+        return;
+    m_bar.setVisible(m_control->Visible && !m_actions.empty());
+    m_bar.setEnabled(m_control->Enabled);
+    for (std::size_t i = 0; i < m_actions.size(); ++i) {
+        m_actions[i]->setEnabled(m_control->buttons()[i].Enabled);
+        m_actions[i]->setToolTip(to_qt(m_control->buttons()[i].ToolTipText));
+    }
+}
+
+// Status bar -------------------------------------------------------------------------------------
+
+StatusBarView::StatusBarView(StatusBar& control, QMainWindow& window)
+    : m_control(&control)
+    , m_bar(*window.statusBar())
+{
+    m_bar.setObjectName(to_qt(control.name()));
+    m_bar.setAccessibleName("Status");
+    for (const StatusBar::Panel& panel : control.panels()) {
+        m_panels.push_back(&make_child<ElidedLabel>(&m_bar));
+        m_panels.back()->setObjectName(to_qt(control.name() + "." + panel.key));
+        m_bar.addWidget(m_panels.back(), static_cast<int>(panel.width));
+    }
+    m_minute.setSingleShot(true);
+    m_minute.setTimerType(Qt::PreciseTimer);
+    connect(&m_minute, &QTimer::timeout, this, [this] { show_clock(); });
+    m_bar.installEventFilter(this);
+    control.set_view(this);
+    control_changed();
+}
+
+void StatusBarView::detach()
+{
+    m_control = nullptr;
+    m_minute.stop();
+}
+
+void StatusBarView::control_changed()
+{
+    if (!m_control)
+        return;
+    m_bar.setVisible(m_control->Visible);
+    m_bar.setEnabled(m_control->Enabled);
+    for (std::size_t i = 0; i < m_panels.size(); ++i) {
+        if (m_control->panels()[i].kind != StatusBar::PanelKind::text)
+            continue;
+        const QString text = to_qt(m_control->PanelText(static_cast<int>(i) + 1));
+        if (m_panels[i]->text() == text)
+            continue;
+        m_panels[i]->setText(text);
+        m_panels[i]->setToolTip(text);
+    }
+}
+
+void StatusBarView::show_clock()
+{
+    if (!m_control)
+        return;
+    const QDateTime now = QDateTime::currentDateTime();
+    for (std::size_t i = 0; i < m_panels.size(); ++i) {
+        const StatusBar::PanelKind kind = m_control->panels()[i].kind;
+        if (kind == StatusBar::PanelKind::date)
+            m_panels[i]->setText(QLocale().toString(now.date(), QLocale::ShortFormat));
+        else if (kind == StatusBar::PanelKind::time)
+            m_panels[i]->setText(QLocale().toString(now.time(), QLocale::ShortFormat));
+    }
+    constexpr int minute_ms = 60'000;
+    m_minute.start(minute_ms - now.time().msecsSinceStartOfDay() % minute_ms + 1);
+}
+
+bool StatusBarView::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == &m_bar && event->type() == QEvent::Show)
+        show_clock();
+    else if (watched == &m_bar && event->type() == QEvent::Hide)
+        m_minute.stop();
+    return QObject::eventFilter(watched, event);
+}
+
+} // namespace tessavox

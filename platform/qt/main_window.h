@@ -1,0 +1,47 @@
+// The window that holds the documents.
+#pragma once
+
+#include "platform/qt/form_windows.h"
+#include "platform/qt/frame_views.h"
+
+class QMainWindow;
+class QMdiArea;
+class QMdiSubWindow;
+
+namespace tessavox {
+
+class ChildWindow;
+
+class MainWindow : public QtFormWindow {
+public:
+    explicit MainWindow(Form& form);
+    ~MainWindow() override;
+
+    void bring_forward() override;
+    void detach() override;
+
+    QMdiArea& area() const { return m_area; }
+    void add(ChildWindow& child);
+    void remove(ChildWindow& child);
+    /// The documents lie in an area whose size their forms ask for, so it is reported before
+    /// theirs.
+    void report_area();
+
+private:
+    class Frame;
+    MainWindow(Form& form, std::unique_ptr<Frame> frame);
+    void show_first() override;
+    void resize_to(const QSize& pixels) override;
+    void user_activates(QMdiSubWindow* window);
+    void list_documents();
+
+    Frame& m_frame;
+    QMdiArea& m_area;
+    std::vector<ChildWindow*> m_children;
+    std::unique_ptr<MenuViews> m_menus;
+    std::vector<std::unique_ptr<ToolBarView>> m_tool_bars;
+    std::vector<std::unique_ptr<StatusBarView>> m_status_bars;
+    std::vector<QAction*> m_listed;
+};
+
+} // namespace tessavox

@@ -1,0 +1,12 @@
+// What a text pane can hold, and how other text is made to fit.
+#pragma once
+
+#include <string>
+
+namespace tessavox {
+
+/// CRLF and CR become LF, NUL a blank, and the code units with which the pane marks frames and
+/// objects (U+FDD0, U+FDD1, U+FFFC) U+FFFD. Everything else stays as it is.
+std::u16string fit_for_pane(std::u16string text);
+
+} // namespace tessavox

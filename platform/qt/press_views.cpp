@@ -1,0 +1,173 @@
+// Buttons, check boxes and the plain kinds beside them.
+#include "platform/controls/buttons.h"
+#include "platform/qt/child_widget.h"
+#include "platform/qt/fitted_text.h"
+#include "platform/qt/text_conversion.h"
+#include "platform/qt/transport_icons.h"
+#include "platform/qt/view_makers.h"
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPalette>
+#include <QPushButton>
+#include <QStyle>
+
+#include <optional>
+
+namespace tessavox {
+namespace {
+
+/// From this height (pixels) on a button is one of the big ones: larger text, and a sign.
+constexpr int big_button_height = 40;
+constexpr double big_button_text_scale = 1.3;
+constexpr int sign_side = 24;
+constexpr int text_margin = 6;
+
+struct SignRow {
+    const char* name;
+    TransportSign sign;
+};
+
+constexpr SignRow button_signs[] = {
+    { "SpeakBtn", TransportSign::play },
+    { "StopBtn", TransportSign::stop },
+    { "PauseBtn", TransportSign::pause },
+    { "ResumeBtn", TransportSign::resume },
+};
+
+std::optional<TransportSign> sign_of(const Control& control)
+{
+    for (const SignRow& row : button_signs) {
+        if (control.name() == row.name)
+            return row.sign;
+    }
+    return std::nullopt;
+}
+
+QString shown_caption(const Control& control)
+{
+    return to_qt(control.Caption).trimmed();
+}
+
+class CommandButtonView : public WidgetView {
+public:
+    CommandButtonView(CommandButton& control, QPushButton& button)
+        : WidgetView(control, button)
+        , m_control(control)
+        , m_button(button)
+        , m_sign(sign_of(control))
+    {
+        button.setAutoDefault(true); // so that Return presses it, as the blank does
+        button.setFocusPolicy(Qt::StrongFocus);
+        connect(&button, &QPushButton::clicked, this,
+            [this] { user_did([this] { m_control.user_press(); }); });
+    }
+
+private:
+    void redraw() override
+    {
+        QSize room = m_button.size() - QSize(2 * text_margin, 4);
+        const bool big = m_button.height() >= big_button_height;
+        if (m_sign && big) {
+            const QPalette& colours = m_button.palette();
+            m_button.setIconSize({ sign_side, sign_side });
+            m_button.setIcon(
+                transport_icon(*m_sign, colours.color(QPalette::Active, QPalette::ButtonText),
+                    colours.color(QPalette::Disabled, QPalette::ButtonText)));
+            room.rwidth() -= sign_side + text_margin;
+        }
+        m_button.setText(
+            fit_text(m_button, shown_caption(m_control), room, big ? big_button_text_scale : 1));
+    }
+
+    CommandButton& m_control;
+    QPushButton& m_button;
+    std::optional<TransportSign> m_sign;
+};
+
+class CheckBoxView : public WidgetView {
+public:
+    CheckBoxView(CheckBox& control, QCheckBox& box)
+        : WidgetView(control, box)
+        , m_control(control)
+        , m_box(box)
+    {
+        connect(&box, &QCheckBox::clicked, this,
+            [this] { user_did([this] { m_control.user_toggle(); }); });
+    }
+
+private:
+    void redraw() override
+    {
+        const int sign = m_box.style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, &m_box)
+            + m_box.style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing, nullptr, &m_box);
+        m_box.setText(fit_text(m_box, shown_caption(m_control), m_box.size() - QSize(sign + 2, 0)));
+        m_box.setTristate(m_control.Value == 2);
+        m_box.setCheckState(m_control.Value == 2 ? Qt::PartiallyChecked
+                : m_control.Value == 1           ? Qt::Checked
+                                                 : Qt::Unchecked);
+    }
+
+    CheckBox& m_control;
+    QCheckBox& m_box;
+};
+
+class LabelView : public WidgetView {
+public:
+    LabelView(Label& control, QLabel& label)
+        : WidgetView(control, label)
+        , m_control(control)
+        , m_label(label)
+    {
+    }
+
+private:
+    void redraw() override
+    {
+        m_label.setText(fit_text(m_label, shown_caption(m_control), m_label.size()));
+    }
+
+    Label& m_control;
+    QLabel& m_label;
+};
+
+class FrameView : public WidgetView {
+public:
+    FrameView(Frame& control, QGroupBox& box)
+        : WidgetView(control, box)
+        , m_control(control)
+        , m_box(box)
+    {
+    }
+
+private:
+    void redraw() override { m_box.setTitle(shown_caption(m_control)); }
+
+    Frame& m_control;
+    QGroupBox& m_box;
+};
+
+} // namespace
+
+std::unique_ptr<WidgetView> view_command_button(CommandButton& button, QWidget& parent)
+{
+    return std::make_unique<CommandButtonView>(button, make_child<QPushButton>(&parent));
+}
+
+std::unique_ptr<WidgetView> view_check_box(CheckBox& box, QWidget& parent)
+{
+    return std::make_unique<CheckBoxView>(box, make_child<QCheckBox>(&parent));
+}
+
+std::unique_ptr<WidgetView> view_label(Label& label, QWidget& parent)
+{
+    return std::make_unique<LabelView>(label, make_child<QLabel>(&parent));
+}
+
+std::unique_ptr<WidgetView> view_frame(Frame& frame, QWidget& parent)
+{
+    return std::make_unique<FrameView>(frame, make_child<QGroupBox>(&parent));
+}
+
+} // namespace tessavox

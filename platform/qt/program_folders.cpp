@@ -1,0 +1,43 @@
+#include "platform/qt/program_folders.h"
+
+#include <filesystem>
+#include <unistd.h>
+
+namespace tessavox {
+
+namespace fs = std::filesystem;
+
+std::string find_app_folder(const std::string& program_folder, const std::string& build_folder,
+    const std::string& source_share)
+{
+    std::error_code ignored;
+    if (fs::equivalent(program_folder, build_folder, ignored) && fs::is_directory(source_share))
+        return source_share;
+    return (fs::path(program_folder) / "../share/tessavox").lexically_normal().string();
+}
+
+std::string prepare_config_folder(const std::string& config_home, const std::string& defaults)
+{
+    const fs::path parent = fs::path(config_home) / "tessavox";
+    const fs::path folder = parent / "conf";
+    std::error_code failed;
+    if (fs::exists(fs::symlink_status(folder, failed)))
+        return folder.string();
+    // Filled under another name first, so that nobody meets half of it.
+    const fs::path filling = parent / ("conf.new-" + std::to_string(::getpid()));
+    fs::create_directories(parent, failed);
+    fs::remove_all(filling, failed);
+    if (fs::create_directory(filling, failed)) {
+        for (const fs::directory_entry& file : fs::directory_iterator(defaults, failed)) {
+            const fs::path copy = filling / file.path().filename();
+            fs::copy_file(file.path(), copy, failed);
+            fs::permissions(copy, fs::perms::owner_write, fs::perm_options::add, failed);
+        }
+    }
+    fs::rename(filling, folder, failed);
+    if (failed)
+        fs::remove_all(filling, failed);
+    return folder.string();
+}
+
+} // namespace tessavox

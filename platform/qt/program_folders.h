@@ -1,0 +1,18 @@
+// Where the program's files lie.
+#pragma once
+
+#include <string>
+
+namespace tessavox {
+
+/// The shipped data: `source_share` if the program runs from `build_folder`, where it was built,
+/// otherwise what was installed beside it.
+std::string find_app_folder(const std::string& program_folder, const std::string& build_folder,
+    const std::string& source_share);
+
+/// The folder of the settings, without a separator at its end. If it doesn't exist, the files of
+/// `defaults` are put there, all or none of them; what is missing from an existing one stays
+/// missing.
+std::string prepare_config_folder(const std::string& config_home, const std::string& defaults);
+
+} // namespace tessavox

@@ -1,0 +1,399 @@
+#include "platform/qt/rich_text_pane.h"
+
+#include "platform/failure.h"
+#include "platform/qt/child_widget.h"
+#include "platform/qt/pane_text.h"
+#include "platform/qt/text_conversion.h"
+#include "platform/qt/twips.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QScopedValueRollback>
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextEdit>
+#include <QTextLayout>
+
+#include <algorithm>
+
+namespace tessavox {
+namespace {
+
+std::u16string as_utf16(const QString& text)
+{
+    return { reinterpret_cast<const char16_t*>(text.utf16()),
+        static_cast<std::size_t>(text.size()) };
+}
+
+QString as_qstring(std::u16string_view text)
+{
+    return QString(
+        reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size()));
+}
+
+int button_number(Qt::MouseButton button)
+{
+    return button == Qt::LeftButton ? 1 : button == Qt::RightButton ? 2 : 0;
+}
+
+int shift_state(Qt::KeyboardModifiers keys)
+{
+    return (keys.testFlag(Qt::ShiftModifier) ? 1 : 0) + (keys.testFlag(Qt::ControlModifier) ? 2 : 0)
+        + (keys.testFlag(Qt::AltModifier) ? 4 : 0);
+}
+
+double checked_size(double points)
+{
+    if (!(points > 0))
+        throw Failure("a font can't have the size " + std::to_string(points));
+    return points;
+}
+
+bool is_laid_out(const QTextBlock& block)
+{
+    return block.layout()->lineCount() > 0;
+}
+
+} // namespace
+
+class QtRichTextPane::Editor : public QTextEdit {
+public:
+    explicit Editor(QtRichTextPane& pane)
+        : m_pane(pane)
+    {
+        setAcceptRichText(false);
+        setTabChangesFocus(false);
+        setContextMenuPolicy(Qt::PreventContextMenu); // it opens on release, or by its key
+        setAccessibleName("Text");
+        setAccessibleDescription("F6 or Shift+Tab leaves the text");
+        show_selection_always(true);
+    }
+
+    /// Without the focus the selection looks as it does with it, or else like ordinary text.
+    void show_selection_always(bool always)
+    {
+        m_shows_selection_always = always;
+        const QPalette colours = QApplication::palette(this);
+        QPalette own;
+        own.setColor(QPalette::Inactive, QPalette::Highlight,
+            colours.color(QPalette::Active, always ? QPalette::Highlight : QPalette::Base));
+        own.setColor(QPalette::Inactive, QPalette::HighlightedText,
+            colours.color(QPalette::Active, always ? QPalette::HighlightedText : QPalette::Text));
+        setPalette(own);
+    }
+
+protected:
+    bool event(QEvent* event) override
+    {
+        switch (event->type()) {
+        case QEvent::ShortcutOverride:
+        case QEvent::KeyPress:
+        case QEvent::InputMethod:
+        case QEvent::FocusIn:
+            m_pane.show_wide_selection();
+            break;
+        case QEvent::ApplicationPaletteChange:
+            show_selection_always(m_shows_selection_always);
+            break;
+        default:
+            break;
+        }
+        return QTextEdit::event(event);
+    }
+
+    bool viewportEvent(QEvent* event) override
+    {
+        if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::Drop)
+            m_pane.show_wide_selection();
+        return QTextEdit::viewportEvent(event);
+    }
+
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->key() == Qt::Key_F6 && !(event->modifiers() & ~Qt::ShiftModifier)) {
+            QAbstractScrollArea::focusNextPrevChild(!event->modifiers());
+        } else if (event->key() == Qt::Key_Menu) {
+            open_menu(viewport()->mapToGlobal(cursorRect().bottomLeft()));
+        } else {
+            QTextEdit::keyPressEvent(event);
+        }
+    }
+
+    bool focusNextPrevChild(bool next) override
+    {
+        return next ? QTextEdit::focusNextPrevChild(next)
+                    : QAbstractScrollArea::focusNextPrevChild(next);
+    }
+
+    void mouseReleaseEvent(QMouseEvent* event) override
+    {
+        QTextEdit::mouseReleaseEvent(event);
+        const int button = button_number(event->button());
+        const QPointer<Editor> here = this;
+        if (button && m_pane.MouseUp)
+            attempt([&] { m_pane.MouseUp(button, shift_state(event->modifiers())); });
+        if (here && event->button() == Qt::RightButton)
+            open_menu(event->globalPosition().toPoint());
+    }
+
+    bool canInsertFromMimeData(const QMimeData* source) const override { return source->hasText(); }
+
+    void insertFromMimeData(const QMimeData* source) override
+    {
+        textCursor().insertText(as_qstring(fit_for_pane(as_utf16(source->text()))));
+        ensureCursorVisible();
+    }
+
+private:
+    void open_menu(const QPoint& place)
+    {
+        QMenu* menu = createStandardContextMenu();
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        menu->popup(place);
+    }
+
+    QtRichTextPane& m_pane;
+    bool m_shows_selection_always = true;
+};
+
+QtRichTextPane::QtRichTextPane()
+    : m_editor(&make_child<Editor>(*this))
+{
+    watch(*m_editor->document());
+    QObject::connect(m_editor, &QTextEdit::textChanged, m_editor, [this] { report_change(); });
+    QObject::connect(
+        m_editor, &QTextEdit::selectionChanged, m_editor, [this] { report_selection(); });
+    QObject::connect(
+        m_editor, &QTextEdit::cursorPositionChanged, m_editor, [this] { report_selection(); });
+}
+
+QtRichTextPane::~QtRichTextPane()
+{
+    if (m_editor)
+        m_editor->disconnect();
+    delete m_editor.data();
+}
+
+QWidget& QtRichTextPane::widget() const
+{
+    return *m_editor;
+}
+
+void QtRichTextPane::watch(QTextDocument& document)
+{
+    QObject::connect(&document, &QTextDocument::contentsChange, m_editor,
+        [this](int position, int, int) { text_edited(position); });
+    QObject::connect(document.documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged,
+        m_editor, [this] { show_wide_selection_when_laid_out(); });
+}
+
+void QtRichTextPane::text_edited(int position)
+{
+    m_lines.changed_from(m_editor->document()->findBlock(position).blockNumber());
+    if (!m_text_stays) {
+        m_text.reset();
+        m_has_wide_selection = false;
+    }
+}
+
+void QtRichTextPane::report_change()
+{
+    if (!m_loading && !m_text_stays && Change)
+        attempt([this] { Change(); });
+}
+
+void QtRichTextPane::report_selection()
+{
+    if (m_loading)
+        return;
+    const Selection now = selection();
+    if (now == m_reported)
+        return;
+    m_reported = now;
+    if (SelChange)
+        attempt([this] { SelChange(); });
+}
+
+int QtRichTextPane::length() const
+{
+    return m_editor->document()->characterCount() - 1; // Qt counts the end of the last paragraph
+}
+
+TextSlice QtRichTextPane::Text() const
+{
+    if (!m_text) {
+        std::u16string text = as_utf16(m_editor->document()->toRawText());
+        for (char16_t& unit : text) {
+            if (unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator)
+                unit = u'\n';
+        }
+        m_text = std::make_shared<const std::u16string>(std::move(text));
+    }
+    return TextSlice(m_text, 0, m_text->size());
+}
+
+void QtRichTextPane::set_Text(std::u16string text)
+{
+    {
+        const QScopedValueRollback loading(m_loading, true);
+        // A document that nobody watches yet takes the text many times faster than the shown one.
+        QPointer<QTextDocument> before = m_editor->document();
+        auto& document = make_child<QTextDocument>(m_editor.data());
+        document.setDefaultFont(m_editor->font());
+        document.setUndoRedoEnabled(false);
+        document.setPlainText(as_qstring(fit_for_pane(std::move(text))));
+        document.setUndoRedoEnabled(true);
+        document.setModified(false);
+        m_editor->setDocument(&document);
+        delete before.data(); // the very first one is gone with this already
+        watch(document);
+        m_text.reset();
+        m_lines.changed();
+        m_has_wide_selection = false;
+    }
+    report_change();
+    report_selection();
+}
+
+QtRichTextPane::Selection QtRichTextPane::selection() const
+{
+    if (m_has_wide_selection)
+        return m_wide_selection;
+    const QTextCursor cursor = m_editor->textCursor();
+    return { cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart() };
+}
+
+std::int32_t QtRichTextPane::SelStart() const
+{
+    return selection().start;
+}
+
+std::int32_t QtRichTextPane::SelLength() const
+{
+    return selection().length;
+}
+
+TextSlice QtRichTextPane::SelText() const
+{
+    const Selection now = selection();
+    Text();
+    return TextSlice(
+        m_text, static_cast<std::size_t>(now.start), static_cast<std::size_t>(now.length));
+}
+
+void QtRichTextPane::set_SelStart(std::int32_t offset)
+{
+    if (offset < 0)
+        throw Failure("a selection can't start before the text");
+    m_has_wide_selection = false;
+    QTextCursor cursor = m_editor->textCursor();
+    cursor.setPosition(std::min(offset, length()));
+    m_editor->setTextCursor(cursor);
+    report_selection();
+}
+
+void QtRichTextPane::set_SelLength(std::int32_t length)
+{
+    if (length < 0)
+        throw Failure("a selection can't be shorter than nothing");
+    const int start = SelStart();
+    const int end = start + std::min(length, this->length() - start);
+    QTextCursor cursor = m_editor->textCursor();
+    if (!is_laid_out(m_editor->document()->findBlock(end))) {
+        m_has_wide_selection = true;
+        m_wide_selection = { start, end - start };
+    } else {
+        m_has_wide_selection = false;
+        // The caret stands at the start, so that this is the end which is brought into view.
+        cursor.setPosition(end);
+        cursor.setPosition(start, QTextCursor::KeepAnchor);
+        m_editor->setTextCursor(cursor);
+    }
+    report_selection();
+}
+
+void QtRichTextPane::show_wide_selection()
+{
+    if (!m_has_wide_selection)
+        return;
+    m_has_wide_selection = false;
+    QTextCursor cursor = m_editor->textCursor();
+    cursor.setPosition(m_wide_selection.start + m_wide_selection.length);
+    cursor.setPosition(m_wide_selection.start, QTextCursor::KeepAnchor);
+    m_editor->setTextCursor(cursor);
+}
+
+void QtRichTextPane::show_wide_selection_when_laid_out()
+{
+    if (m_has_wide_selection && is_laid_out(m_editor->document()->lastBlock()))
+        show_wide_selection();
+}
+
+std::int32_t QtRichTextPane::GetLineFromChar(std::int32_t offset) const
+{
+    return m_lines.line_of(*m_editor->document(), std::clamp(offset, 0, length()));
+}
+
+void QtRichTextPane::set_SelFontSize(double points)
+{
+    checked_size(points);
+    show_wide_selection();
+    const QScopedValueRollback formatting(m_text_stays, true);
+    QTextCharFormat format;
+    format.setFontPointSize(points);
+    m_editor->mergeCurrentCharFormat(format);
+}
+
+void QtRichTextPane::set_font(const QFont& font)
+{
+    const QScopedValueRollback formatting(m_text_stays, true);
+    m_editor->setFont(font);
+    m_lines.changed();
+}
+
+void QtRichTextPane::set_FontName(const std::string& name)
+{
+    if (name.empty())
+        throw Failure("a font has to have a name");
+    QFont font = m_editor->font();
+    font.setFamilies({ to_qt(name) });
+    set_font(font);
+}
+
+void QtRichTextPane::set_FontSize(double points)
+{
+    QFont font = m_editor->font();
+    font.setPointSizeF(checked_size(points));
+    set_font(font);
+}
+
+void QtRichTextPane::set_FontBold(bool bold)
+{
+    QFont font = m_editor->font();
+    font.setBold(bold);
+    set_font(font);
+}
+
+void QtRichTextPane::set_HideSelection(bool hide)
+{
+    m_editor->show_selection_always(!hide);
+}
+
+void QtRichTextPane::set_RightMargin(double twips)
+{
+    if (twips < 0)
+        throw Failure("text can't be wrapped at a negative width");
+    const int pixels = to_pixels(twips);
+    if (pixels == 0) {
+        m_editor->setLineWrapMode(QTextEdit::WidgetWidth);
+        return;
+    }
+    m_editor->setLineWrapMode(QTextEdit::FixedPixelWidth);
+    m_editor->setLineWrapColumnOrWidth(pixels);
+}
+
+} // namespace tessavox
