@@ -231,7 +231,8 @@ private:
 
     void append(std::span<const std::byte> bytes)
     {
-        if (!m_is_rf64 && plain_header - riff_head + m_data + bytes.size() + 1 > m_limit)
+        const std::uint64_t after = m_data + bytes.size();
+        if (!m_is_rf64 && plain_header - riff_head + after + after % 2 > m_limit)
             become_rf64();
         m_data -= m_data % align(); // a frame that was cut by a full disk
         std::uint64_t done = 0;

@@ -156,10 +156,10 @@ void SoundServerProcess::control(std::vector<std::string> arguments) const
 Recorder::Recorder(const SoundServerProcess& server)
     : m_file(server.folder() / "recorded")
 {
-    std::filesystem::remove(m_file);
-    m_recorder = ChildProcess({ "parec", "--raw", "-d", "nul.monitor", "--latency-msec=10",
-                                  "--rate=48000", "--channels=2", "--format=s16le" },
-        server.folder(), m_file);
+    const std::string pipe = (server.folder() / "pipe").string();
+    server.control({ "load-module", "module-pipe-sink", "sink_name=exact", "file=" + pipe,
+        "rate=48000", "channels=2", "format=s16le", "use_system_clock_for_timing=yes" });
+    m_recorder = ChildProcess({ "cat", pipe }, server.folder(), m_file);
     if (!eventually([this] { return !samples().empty(); }))
         throw std::runtime_error("nothing is recorded");
 }

@@ -46,11 +46,13 @@ public:
     const std::filesystem::path& folder() const { return m_folder; }
 
 private:
-    std::filesystem::path m_folder;
+    std::filesystem::path m_folder; // for its owner only, as the server asks
     ChildProcess m_server;
 };
 
-/// Records what the device plays, 48 kHz stereo, from its making on.
+/// A further device, "exact", 48 kHz stereo, and all that it plays. Unlike the monitor of a device,
+/// which may be some milliseconds off where a stream starts or pauses, it tells each sample just as
+/// a sound card would get it.
 class Recorder {
 public:
     explicit Recorder(const SoundServerProcess& server);

@@ -1,1 +1,379 @@
+#include "platform/failure.h"
+#include "platform/voice/sound/wave_file.h"
+
 #include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <limits>
+#include <vector>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tessavox::voice {
+namespace {
+
+namespace fs = std::filesystem;
+using Bytes = std::string;
+
+class WaveFile : public testing::Test {
+protected:
+    WaveFile()
+        : folder(make_folder(fs::temp_directory_path()))
+        , path((folder / "sound.wav").string())
+    {
+    }
+    ~WaveFile() override
+    {
+        std::error_code ignored;
+        fs::remove_all(folder, ignored);
+    }
+
+    static fs::path make_folder(const fs::path& parent)
+    {
+        std::string name = (parent / "tessavox-wave-XXXXXX").string();
+        return ::mkdtemp(name.data());
+    }
+
+    static Bytes content(const fs::path& file)
+    {
+        std::ifstream stream(file, std::ios::binary);
+        return { std::istreambuf_iterator<char>(stream), {} };
+    }
+
+    void put(const Bytes& bytes) const { std::ofstream(path, std::ios::binary) << bytes; }
+
+    fs::path folder;
+    std::string path;
+};
+
+template <class Number> Bytes little(Number number)
+{
+    Bytes bytes;
+    for (std::size_t i = 0; i < sizeof number; ++i)
+        bytes += static_cast<char>(number >> (8 * i) & 0xFF);
+    return bytes;
+}
+
+Bytes u32(std::uint32_t number)
+{
+    return little(number);
+}
+
+Bytes u16(std::uint16_t number)
+{
+    return little(number);
+}
+
+struct Shape {
+    std::uint16_t tag = 1;
+    std::uint16_t channels = 1;
+    std::uint32_t rate = 16000;
+    std::uint16_t bits = 16;
+};
+
+Bytes wave(const Shape& shape, const Bytes& data, std::uint32_t told)
+{
+    const auto align = static_cast<std::uint16_t>(shape.channels * shape.bits / 8);
+    return "RIFF" + u32(36 + told) + "WAVE" + "fmt " + u32(16) + u16(shape.tag)
+        + u16(shape.channels) + u32(shape.rate) + u32(shape.rate * align) + u16(align)
+        + u16(shape.bits) + "data" + u32(told) + data;
+}
+
+Bytes wave(const Shape& shape, const Bytes& data)
+{
+    return wave(shape, data, static_cast<std::uint32_t>(data.size()));
+}
+
+template <class Number> Bytes raw(std::initializer_list<Number> numbers)
+{
+    Bytes bytes(numbers.size() * sizeof(Number), '\0');
+    std::memcpy(bytes.data(), std::data(numbers), bytes.size());
+    return bytes;
+}
+
+std::span<const std::byte> as_frames(const Bytes& bytes)
+{
+    return std::as_bytes(std::span(bytes));
+}
+
+/// Samples that differ from place to place.
+Bytes noise(std::size_t size)
+{
+    Bytes bytes(size, '\0');
+    std::uint32_t state = 1;
+    for (char& byte : bytes) {
+        state = state * 1664525 + 1013904223;
+        byte = static_cast<char>(state >> 24);
+    }
+    return bytes;
+}
+
+std::vector<std::int16_t> read_all(WaveReader& reader)
+{
+    std::vector<std::int16_t> all;
+    std::vector<std::int16_t> block(static_cast<std::size_t>(1000 * reader.channels()));
+    while (const std::size_t frames = reader.read(block))
+        all.insert(all.end(), block.begin(),
+            block.begin() + static_cast<long>(frames) * reader.channels());
+    return all;
+}
+
+/// What an independent program says of the file.
+std::string soxi(const std::string& what, const std::string& path)
+{
+    std::string answer;
+    FILE* const pipe = ::popen(("soxi -" + what + " '" + path + "' 2>&1").c_str(), "r");
+    char buffer[200];
+    while (std::fgets(buffer, sizeof buffer, pipe))
+        answer += buffer;
+    ::pclose(pipe);
+    return answer.substr(0, answer.find('\n'));
+}
+
+TEST_F(WaveFile, APlainFileHasThe44BytesOfTheBook)
+{
+    const auto writer = create_wave_file(path, { .rate = 16000, .bits = 16, .channels = 2 });
+    writer->write(as_frames("abcdefgh"));
+    EXPECT_EQ(writer->frames(), 2U);
+    writer->close();
+    EXPECT_EQ(content(path),
+        "RIFF" + u32(44) + "WAVEfmt " + u32(16) + u16(1) + u16(2) + u32(16000) + u32(64000) + u16(4)
+            + u16(16) + "data" + u32(8) + "abcdefgh");
+}
+
+TEST_F(WaveFile, AnOddByteIsPaddedAndAnEmptyFileIsWhole)
+{
+    create_wave_file(path, { .rate = 8000, .bits = 8, .channels = 1 })->write(as_frames("abc"));
+    EXPECT_EQ(content(path), wave({ 1, 1, 8000, 8 }, "abc").replace(4, 4, u32(40)) + '\0');
+    create_wave_file(path, { .rate = 8000, .bits = 8, .channels = 1 })->close();
+    EXPECT_EQ(content(path), wave({ 1, 1, 8000, 8 }, ""));
+}
+
+TEST_F(WaveFile, EveryFormatIsReadBackAndOtherProgramsAgree)
+{
+    for (int type = 4; type <= 39; ++type) {
+        const PcmFormat format = PcmFormat::from_type(type);
+        const Bytes data = noise(static_cast<std::size_t>(format.block_align()) * 1001);
+        const auto writer = create_wave_file(path, format);
+        writer->write(as_frames(data).first(static_cast<std::size_t>(format.block_align())));
+        writer->write(as_frames(data).subspan(static_cast<std::size_t>(format.block_align())));
+        writer->close();
+        const auto reader = open_wave_file(path);
+        EXPECT_EQ(reader->rate(), format.rate);
+        EXPECT_EQ(reader->channels(), format.channels);
+        EXPECT_EQ(reader->frames(), 1001U);
+        const auto samples = read_all(*reader);
+        ASSERT_EQ(samples.size(), static_cast<std::size_t>(1001 * format.channels)) << type;
+        for (std::size_t i = 0; i < samples.size(); i += 97) {
+            const int low = static_cast<unsigned char>(data[format.bits == 8 ? i : 2 * i]);
+            const int expected = format.bits == 8
+                ? (low - 128) * 256
+                : static_cast<std::int16_t>(low | static_cast<unsigned char>(data[2 * i + 1]) << 8);
+            ASSERT_EQ(samples[i], expected) << type << ", sample " << i;
+        }
+        if (type % 9 == 4) {
+            EXPECT_EQ(soxi("r", path), std::to_string(format.rate));
+            EXPECT_EQ(soxi("c", path), std::to_string(format.channels));
+            EXPECT_EQ(soxi("b", path), std::to_string(format.bits));
+            EXPECT_EQ(soxi("s", path), "1001");
+        }
+    }
+}
+
+// The folder in memory has no way to put room in front of a file, so that its sound moves.
+TEST_F(WaveFile, PastTheLimitItGoesOnAsRf64)
+{
+    const fs::path in_memory = make_folder("/dev/shm");
+    for (const fs::path& place : { folder, in_memory }) {
+        const std::string file = (place / "long.wav").string();
+        const PcmFormat format{ .rate = 48000, .bits = 16, .channels = 2 };
+        const Bytes data = noise(6'000'000);
+        const auto writer = create_wave_file(file, format, 5'500'000);
+        std::size_t at = 0;
+        for (const std::size_t piece : { 4, 1000, 300'000, 5'000'000, 100'000, 598'996 }) {
+            writer->write(as_frames(data).subspan(at, piece));
+            at += piece;
+        }
+        ASSERT_EQ(at, data.size());
+        EXPECT_EQ(writer->frames(), data.size() / 4);
+        writer->close();
+        const Bytes bytes = content(file);
+        EXPECT_EQ(bytes.substr(0, 16), "RF64" + u32(0xFFFF'FFFF) + "WAVEds64");
+        EXPECT_EQ(bytes.substr(20, 28),
+            little<std::uint64_t>(bytes.size() - 8) + little<std::uint64_t>(data.size())
+                + little<std::uint64_t>(data.size() / 4) + u32(0));
+        EXPECT_TRUE(bytes.ends_with("data" + u32(0xFFFF'FFFF) + data));
+        EXPECT_EQ(open_wave_file(file)->frames(), data.size() / 4);
+    }
+    fs::remove_all(in_memory);
+}
+
+TEST_F(WaveFile, TheLimitItselfIsStillPlain)
+{
+    const PcmFormat format{ .rate = 8000, .bits = 16, .channels = 1 };
+    for (const bool beyond : { false, true }) {
+        create_wave_file(path, format, 1036)->write(as_frames(noise(beyond ? 1002 : 1000)));
+        EXPECT_EQ(content(path).substr(0, 4), beyond ? "RF64" : "RIFF");
+        EXPECT_EQ(open_wave_file(path)->frames(), beyond ? 501U : 500U);
+    }
+}
+
+TEST_F(WaveFile, OnlyRegularFilesAreWrittenAndRead)
+{
+    const std::string pipe = (folder / "pipe").string();
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    for (const std::string& other :
+        { folder.string(), pipe, std::string("/dev/null"), std::string("/dev/zero"),
+            std::string("/dev/full"), path + "/missing", std::string() }) {
+        EXPECT_THROW(create_wave_file(other, {}), Failure) << other;
+        EXPECT_THROW(open_wave_file(other), Failure) << other;
+    }
+    EXPECT_THROW(open_wave_file(path), Failure);
+    EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(WaveFile, AnExistingFileIsEmptiedAndASymbolicLinkFollowed)
+{
+    put(noise(100'000));
+    const fs::path link = folder / "link.wav";
+    fs::create_symlink(path, link);
+    create_wave_file(link.string(), { .rate = 8000, .bits = 16, .channels = 1 })
+        ->write(as_frames("ab"));
+    EXPECT_TRUE(fs::is_symlink(link));
+    EXPECT_EQ(fs::file_size(path), 46U);
+}
+
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit now{ .rlim_cur = bytes, .rlim_max = m_before.rlim_max };
+        ::setrlimit(RLIMIT_FSIZE, &now);
+    }
+    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+private:
+    rlimit m_before{};
+};
+
+TEST_F(WaveFile, AFullDiskIsAFailureAndWhatIsWrittenStays)
+{
+    const PcmFormat format{ .rate = 8000, .bits = 16, .channels = 1 };
+    const Bytes data = noise(1'000'000);
+    const FileSizeLimit limit(600'001); // within a sample
+    const auto writer = create_wave_file(path, format);
+    writer->write(as_frames(data).first(300'000));
+    EXPECT_THROW(writer->write(as_frames(data).subspan(300'000)), Failure);
+    EXPECT_THROW(writer->write(as_frames(data).first(400'000)), Failure);
+    EXPECT_EQ(writer->frames(), 299'978U);
+    writer->close();
+    EXPECT_EQ(fs::file_size(path), 600'000U);
+    EXPECT_EQ(open_wave_file(path)->frames(), 299'978U);
+    EXPECT_EQ(soxi("s", path), "299978");
+}
+
+TEST_F(WaveFile, WhatIsGatheredAndDoesNotFitShowsAtTheClosing)
+{
+    const FileSizeLimit limit(1000);
+    const auto writer = create_wave_file(path, { .rate = 8000, .bits = 8, .channels = 1 });
+    writer->write(as_frames(noise(5000)));
+    EXPECT_THROW(writer->close(), Failure);
+    EXPECT_EQ(open_wave_file(path)->frames(), 956U);
+}
+
+TEST_F(WaveFile, UsualKindsOfPcmAreReadAs16Bit)
+{
+    const float infinite = std::numeric_limits<float>::infinity();
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const Bytes extensible = "RIFF" + u32(4 + 48 + 8 + 4) + "WAVEfmt " + u32(40) + u16(0xFFFE)
+        + u16(1) + u32(8000) + u32(16000) + u16(2) + u16(16) + u16(22) + u16(16) + u32(4) + u16(1)
+        + Bytes("\0\0\0\0\x10\0\x80\0\0\xAA\0\x38\x9B\x71", 14) + "data" + u32(4)
+        + raw<std::int16_t>({ 7, -8 });
+    const struct {
+        const char* kind;
+        Bytes bytes;
+        int channels;
+        std::vector<std::int16_t> samples;
+    } rows[] = {
+        { "8 bit", wave({ 1, 1, 8000, 8 }, Bytes("\x80\xFF\x00", 3) + '\0', 3), 1,
+            { 0, 32512, -32768 } },
+        { "16 bit stereo", wave({ 1, 2 }, raw<std::int16_t>({ 1, 2, 3, 4 })), 2, { 1, 2, 3, 4 } },
+        { "24 bit", wave({ 1, 1, 8000, 24 }, Bytes("\0\0\x40\0\0\x80", 6)), 1, { 16384, -32768 } },
+        { "32 bit", wave({ 1, 1, 8000, 32 }, raw<std::int32_t>({ 1 << 30, INT32_MAX, INT32_MIN })),
+            1, { 16384, 32767, -32768 } },
+        { "float",
+            wave({ 3, 1, 8000, 32 }, raw<float>({ 0.5F, -0.25F, 3, -3, infinite, -infinite, nan })),
+            1, { 16384, -8192, 32767, -32768, 32767, -32768, 0 } },
+        { "double", wave({ 3, 1, 8000, 64 }, raw<double>({ 0.5, -0.5 })), 1, { 16384, -16384 } },
+        { "three channels", wave({ 1, 3 }, raw<std::int16_t>({ 100, 200, 300 })), 2, { 200, 250 } },
+        { "four channels", wave({ 1, 4 }, raw<std::int16_t>({ 10, 20, 30, 40 })), 2, { 20, 30 } },
+        { "six channels", wave({ 1, 6 }, raw<std::int16_t>({ 40, 80, 0, 0, 80, 40 })), 2,
+            { 30, 30 } },
+        { "extensible", extensible, 1, { 7, -8 } },
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.kind);
+        put(row.bytes);
+        const auto reader = open_wave_file(path);
+        EXPECT_EQ(reader->channels(), row.channels);
+        EXPECT_EQ(reader->frames(), row.samples.size() / static_cast<std::size_t>(row.channels));
+        EXPECT_EQ(read_all(*reader), row.samples);
+    }
+}
+
+TEST_F(WaveFile, AHeaderThatLiesAboutTheLengthGivesWhatIsThere)
+{
+    const Bytes data = raw<std::int16_t>({ 1, 2, 3, 4, 5 });
+    for (const std::uint32_t told : { 10U, 1000U, 0x7FFF'FFFFU, 0xFFFF'FFF0U, 0xFFFF'FFFFU }) {
+        put(wave({}, data, told));
+        const auto reader = open_wave_file(path);
+        EXPECT_EQ(reader->frames(), 5U) << told;
+        EXPECT_EQ(read_all(*reader), (std::vector<std::int16_t>{ 1, 2, 3, 4, 5 })) << told;
+    }
+}
+
+TEST_F(WaveFile, WhatIsNoPcmWaveFileIsRefused)
+{
+    const Bytes good = wave({}, noise(100));
+    const struct {
+        const char* kind;
+        Bytes bytes;
+    } rows[] = {
+        { "empty", "" },
+        { "four letters", "RIFF" },
+        { "a head only", good.substr(0, 12) },
+        { "half a format", good.substr(0, 30) },
+        { "no data chunk", good.substr(0, 36) },
+        { "text", "The quick brown fox jumps over the lazy dog, and again and again." },
+        { "another RIFF", Bytes(good).replace(8, 4, "AVI ") },
+        { "other sound", Bytes("FORM") + u32(0) + "AIFF" + Bytes(100, '\0') },
+        { "no channel", wave({ 1, 0 }, noise(100)) },
+        { "too many channels", wave({ 1, 65535, 16000, 8 }, noise(100)) },
+        { "no rate", wave({ 1, 1, 0 }, noise(100)) },
+        { "a huge rate", wave({ 1, 1, 0x7FFF'FFFF }, noise(100)) },
+        { "a negative rate", wave({ 1, 1, 0xFFFF'FFFF }, noise(100)) },
+        { "no bits", wave({ 1, 1, 16000, 0 }, noise(100)) },
+        { "ADPCM", wave({ 2, 1, 16000, 4 }, noise(100)) },
+        { "A-law", wave({ 6, 1, 16000, 8 }, noise(100)) },
+        { "mu-law", wave({ 7, 1, 16000, 8 }, noise(100)) },
+        { "MP3", wave({ 0x55, 1, 16000, 16 }, noise(100)) },
+    };
+    for (const auto& row : rows) {
+        put(row.bytes);
+        EXPECT_THROW(open_wave_file(path), Failure) << row.kind;
+    }
+}
+
+} // namespace
+} // namespace tessavox::voice
