@@ -49,8 +49,10 @@ ReadingKind wide_reading_kind(char16_t c)
 
 bool is_closer(char16_t c)
 {
-    constexpr std::u16string_view closers = u"\"')]}\u00BB\u2019\u201D\u203A\u3009\u300B\u300D"
-                                            u"\u300F\u3011\u3015\uFF02\uFF09\uFF3D\uFF5D\uFF63";
+    // German closes with what English opens with, and turns the angle quotes round.
+    constexpr std::u16string_view closers
+        = u"\"')]}\u00AB\u00BB\u2018\u2019\u201C\u201D\u2039\u203A\u3009\u300B\u300D"
+          u"\u300F\u3011\u3015\uFF02\uFF09\uFF3D\uFF5D\uFF63";
     return closers.find(c) != std::u16string_view::npos;
 }
 

@@ -188,9 +188,11 @@ bool sentence_ends(std::u16string_view text, char16_t next)
     if (end == 0)
         return true;
     const char16_t mark = text[end - 1];
-    if (mark == u'\u2026' || (mark == u'.' && end > 1 && text[end - 2] == u'.'))
+    const std::u16string_view before = text.substr(0, end - 1);
+    const bool ellipsis = mark == u'.' && (before.ends_with(u'.') || before.ends_with(u". "));
+    if (mark == u'\u2026' || ellipsis)
         return !is_lower(next);
-    return mark != u'.' || full_stop_ends(text.substr(0, end - 1), next);
+    return mark != u'.' || full_stop_ends(before, next);
 }
 
 } // namespace tessavox::voice

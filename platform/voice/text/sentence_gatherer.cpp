@@ -21,7 +21,8 @@ constexpr char16_t replacement = 0xFFFD;
 bool is_opener(char16_t c)
 {
     constexpr std::u16string_view openers
-        = u"\"'([{\u00AB\u2018\u201A\u201C\u201E\u2039\u3008\u300A\u300C\u300E\u3010";
+        = u"\"'([{\u00A1\u00AB\u00BB\u00BF\u2018\u201A\u201C\u201D\u201E\u2039\u203A\u3008"
+          u"\u300A\u300C\u300E\u3010";
     return openers.find(c) != std::u16string_view::npos;
 }
 
@@ -220,8 +221,12 @@ void SentenceGatherer::take_white()
 /// Whether a mark that was read last ends the sentence, now that white space follows up to `next`.
 bool SentenceGatherer::pending_ends(std::uint32_t next) const
 {
-    return m_pending == Pending::wide_terminator
-        || (m_pending == Pending::terminator && sentence_ends(m_sentence->text, next_letter(next)));
+    if (m_pending != Pending::terminator)
+        return m_pending == Pending::wide_terminator;
+    // "Well . . . maybe", and a question mark behind a blank, as French sets it.
+    const bool more
+        = next < span_end() && (reading_kind(m_source[next]) == ReadingKind::terminator);
+    return !more && sentence_ends(m_sentence->text, next_letter(next));
 }
 
 /// The first character of the word at `from`, or 0 if that takes reading markup.

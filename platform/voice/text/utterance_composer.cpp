@@ -145,6 +145,8 @@ void UtteranceComposer::add_stretch(std::uint32_t begin, std::uint32_t end)
         m_run_settings = m_settings;
         m_run_source = m_sentence->map.begin_of(begin);
     }
+    if (m_run.tokens.empty())
+        m_run.tokens.reserve(m_found.size());
     std::uint32_t copied = 0;
     const auto copy_to = [&](std::uint32_t place) {
         m_run.text.append(text.substr(copied, place - copied));
@@ -155,12 +157,14 @@ void UtteranceComposer::add_stretch(std::uint32_t begin, std::uint32_t end)
             std::uint32_t to = std::min(word.end, from + longest_word);
             if (to < word.end && is_low_surrogate(text[to]))
                 --to;
-            copy_to(from);
-            if (from > word.begin)
+            if (from > word.begin) {
+                copy_to(from);
                 m_run.text.push_back(u' ');
+            }
+            const auto text_begin = static_cast<std::uint32_t>(m_run.text.size() + (from - copied));
             const std::uint32_t source = m_sentence->map.begin_of(begin + from);
-            m_run.tokens.push_back({ static_cast<std::uint32_t>(m_run.text.size()), to - from,
-                source, m_sentence->map.end_of(begin + to - 1) - source });
+            m_run.tokens.push_back(
+                { text_begin, to - from, source, m_sentence->map.end_of(begin + to - 1) - source });
             from = to;
         }
     }
@@ -175,10 +179,14 @@ void UtteranceComposer::flush()
     if (!begun)
         return;
     run.style = finished_style(*m_run_settings, m_speak_punctuation);
-    for (std::size_t from = 0; from < run.text.size();) {
+    while (run.text.back() == u' ')
+        run.text.pop_back();
+    const std::size_t size = run.text.size();
+    for (std::size_t from = 0; from < size;) {
         const bool first = m_items->size() == m_first_item;
         const std::size_t end = cut_behind(run, from, first);
-        Utterance part = cut_out(run, from, end);
+        const bool whole = from == 0 && end == size && run.text.front() != u' ';
+        Utterance part = whole ? std::move(run) : cut_out(run, from, end);
         if (from == 0 && m_run_settings->pronunciation)
             part.pronunciation = m_run_settings->pronunciation->phonemes;
         from = end;

@@ -29,14 +29,14 @@ enum class Sign : std::uint8_t {
     complex // left to ICU
 };
 
-Sign latin_sign(char16_t c)
+constexpr Sign latin_sign(char16_t c)
 {
     if ((c >= u'0' && c <= u'9') || c == 0xB2 || c == 0xB3 || c == 0xB9)
         return Sign::digit;
     if ((c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'_' || c == 0xAA || c == 0xB5
         || c == 0xBA || (c >= 0xC0 && c != 0xD7 && c != 0xF7))
         return Sign::letter;
-    if (is_white(c))
+    if (c <= 0x20 || (c >= 0x7F && c <= 0xA0))
         return Sign::white;
     constexpr std::u16string_view spoken = u"#*+<=>@|~\u00A6\u00A7\u00A9\u00AC\u00AE\u00B0\u00B1"
                                            u"\u00B6\u00BC\u00BD\u00BE\u00D7\u00F7";
@@ -91,15 +91,16 @@ Sign wide_sign(char16_t c)
     return mark ? Sign::mark : Sign::complex;
 }
 
-Sign sign_of(char16_t c)
+constexpr std::array<Sign, latin_end> latin_signs = [] {
+    std::array<Sign, latin_end> table{};
+    for (std::size_t each = 0; each < latin_end; ++each)
+        table[each] = latin_sign(static_cast<char16_t>(each));
+    return table;
+}();
+
+inline Sign sign_of(char16_t c)
 {
-    static const std::array<Sign, latin_end> signs = [] {
-        std::array<Sign, latin_end> table{};
-        for (std::size_t each = 0; each < latin_end; ++each)
-            table[each] = latin_sign(static_cast<char16_t>(each));
-        return table;
-    }();
-    return c < latin_end ? signs[c] : wide_sign(c);
+    return c < latin_end ? latin_signs[c] : wide_sign(c);
 }
 
 bool is_word(Sign sign)

@@ -36,9 +36,9 @@ std::u16string random_text(std::mt19937& random, int length)
 TEST(Reading, OfAnyTextIsCompleteExactAndRepeatable)
 {
     std::mt19937 random(20);
-    for (int round = 0; round < 400; ++round) {
+    for (int round = 0; round < 200; ++round) {
         const ReaderOptions options{ round % 5 != 0, round % 7 == 0 };
-        ReadingCheck check(random_text(random, round % 100 == 0 ? 3000 : 60), options);
+        ReadingCheck check(random_text(random, round % 50 == 0 ? 1500 : 60), options);
         ASSERT_EQ(check.broken(), "") << "round " << round;
     }
 }
@@ -46,7 +46,7 @@ TEST(Reading, OfAnyTextIsCompleteExactAndRepeatable)
 TEST(Reading, OfABookStartsAndGoesOnAnywhere)
 {
     std::u16string text;
-    for (int each = 0; each < 4000; ++each)
+    for (int each = 0; each < 500; ++each)
         text += u"This sentence <emph>has</emph> a number, " + to_utf16(std::to_string(each))
             + u". ";
     ReadingCheck check(text, {});

@@ -44,6 +44,10 @@ TEST(Sentences, EndWhereAPersonEndsThem)
         { u"<p>One.</p><p>Two</p>", { "One.", "Two" } },
         { u"A\n<silence msec='1'/>\nB", { "A", "B" } },
         { u"Say &quot;no.&quot; Go", { "Say &quot;no.&quot;", "Go" } },
+        { u"\u201EHallo.\u201C Ja. \u00BBNein!\u00AB Gut.",
+            { "\u201EHallo.\u201C", "Ja.", "\u00BBNein!\u00AB", "Gut." } },
+        { u"Quoi ? Non ! Well . . . maybe. \u00BFQu\u00E9? S\u00ED.",
+            { "Quoi ?", "Non !", "Well . . . maybe.", "\u00BFQu\u00E9?", "S\u00ED." } },
         { u"ok. fine. sure", { "ok.", "fine.", "sure" } },
     };
     for (const Row& row : rows)
