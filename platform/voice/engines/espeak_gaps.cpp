@@ -1,5 +1,7 @@
 #include "platform/voice/engines/espeak_gaps.h"
 
+#include <unicode/uchar.h>
+
 #include <algorithm>
 #include <iterator>
 
@@ -85,6 +87,10 @@ constexpr char32_t zeros[] = { 0x9E6, 0xA66, 0xAE6, 0xBE6, 0xCE6, 0xD66, 0xDE6 }
 
 char32_t safe_for_espeak(char32_t character)
 {
+    if (character < unreadable[0].first)
+        return character;
+    if (u_charType(static_cast<UChar32>(character)) == U_UNASSIGNED)
+        return U' ';
     const auto* range = std::ranges::lower_bound(unreadable, character, {}, &Range::last);
     if (range == std::end(unreadable) || character < range->first)
         return character;

@@ -5,18 +5,22 @@
 #include "platform/voice/engines/voice_catalog.h"
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <string>
 
 namespace tessavox::voice {
 
-/// Gives renderings back in the order in which their utterances came. A helper that dies or answers
-/// nonsense costs only time: what it had is rendered in this process.
+/// Gives renderings back in the order in which their utterances came. Used by one thread, and ended
+/// before that thread ends, because the helpers end with the thread that started them. A helper
+/// that dies or answers nonsense costs only time: what it had is rendered in this process.
 class RenderFarm {
 public:
     /// Starts `helpers` processes of the program at `helper_path`, each with an engine of its own
     /// and the same catalogue. With none, or where they can't be started, all is rendered here.
-    RenderFarm(const VoiceCatalog& catalog, const std::string& helper_path, int helpers);
+    /// A helper that leaves an utterance without answer for longer than `patience` counts as dead.
+    RenderFarm(const VoiceCatalog& catalog, const std::string& helper_path, int helpers,
+        std::chrono::milliseconds patience = std::chrono::seconds(20));
     ~RenderFarm(); // ends the helpers and leaves no process behind
 
     /// Whether another utterance should be submitted before the next take(): keeps every helper
@@ -28,7 +32,7 @@ public:
 
     struct Result {
         Utterance utterance;
-        Rendering rendering; // empty if the engine could not speak it
+        Rendering rendering; // empty if the engine could not speak it, or crashed a helper over it
     };
     /// The oldest submitted one; blocks until it is ready. `cancelled` makes it return early,
     /// empty.

@@ -1,0 +1,308 @@
+// What every engine owes to the rest of the voice, asked of the real ones.
+#include "made_utterance.h"
+#include "sound_measures.h"
+
+#include "platform/failure.h"
+#include "platform/voice/engines/prosody.h"
+#include "platform/voice/engines/voice_catalog.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+#include <thread>
+
+namespace tessavox::voice {
+
+using namespace tests;
+
+namespace {
+
+struct EngineCase {
+    const char* name;
+    std::unique_ptr<Engine> (*make)();
+    std::string voice;
+    double lowest_pitch; // Hz, of a normal sentence
+    double highest_pitch;
+    double rate_tolerance;
+    double pitch_tolerance;
+};
+
+const std::u16string prose
+    = u"Whenever many yellow lemons are rolling down a long lane, we all run along and may win "
+      u"one. The old man who lives near the river never knew why.";
+
+std::u16string random_text(unsigned seed, std::size_t length)
+{
+    std::mt19937 random(seed);
+    std::u16string text;
+    for (std::size_t n = 0; n < length; ++n) {
+        const unsigned kind = random() % 8;
+        // Mostly anything at all, with some blanks and some of the signs that mean something.
+        text += kind == 0 ? u' '
+            : kind == 1   ? u"[]<>&;|_\\\u0001\u0000%'\"/"[random() % 15]
+            : kind == 2   ? static_cast<char16_t>(random() % 0x80)
+                          : static_cast<char16_t>(random() % 0x10000);
+    }
+    return text;
+}
+
+} // namespace
+
+class EngineContract : public testing::TestWithParam<EngineCase> {
+protected:
+    Rendering speak(const Utterance& utterance, int rate = 0)
+    {
+        return engine->render({ GetParam().voice, rate, &utterance }, not_cancelled);
+    }
+
+    static void expect_complete_marks(const Utterance& utterance, const Rendering& rendering)
+    {
+        ASSERT_EQ(rendering.words.size(), utterance.tokens.size());
+        std::uint64_t before = 0;
+        for (std::uint32_t at = 0; at < rendering.words.size(); ++at) {
+            EXPECT_EQ(rendering.words[at].token, at);
+            EXPECT_GE(rendering.words[at].frame, before) << "token " << at;
+            before = rendering.words[at].frame;
+        }
+        EXPECT_LE(before, rendering.samples.size());
+        std::uint64_t end = 0;
+        for (const PhoneMark& phone : rendering.phones) {
+            EXPECT_GE(phone.frame, end);
+            end = phone.frame + phone.frames;
+            EXPECT_LE(phone.viseme, 21);
+        }
+        EXPECT_LE(end, rendering.samples.size());
+    }
+
+    const std::atomic<bool> not_cancelled{ false };
+    std::unique_ptr<Engine> engine = GetParam().make();
+};
+
+TEST_P(EngineContract, VoicesReadWellAndAreTheSameEachTime)
+{
+    const auto voices = engine->voices();
+    ASSERT_FALSE(voices.empty());
+    std::set<std::string> ids;
+    std::set<std::string> descriptions;
+    for (const SpeechObjectToken& voice : voices) {
+        EXPECT_TRUE(ids.insert(voice.id).second) << voice.id;
+        EXPECT_TRUE(descriptions.insert(voice.description).second) << voice.description;
+        EXPECT_EQ(voice.description.find_first_of("_/-"), std::string::npos) << voice.description;
+        EXPECT_FALSE(voice.description[0] >= 'a' && voice.description[0] <= 'z');
+        EXPECT_TRUE(voice.gender == "Male" || voice.gender == "Female");
+    }
+    const auto again = GetParam().make()->voices();
+    ASSERT_EQ(again.size(), voices.size());
+    for (std::size_t at = 0; at < voices.size(); ++at)
+        EXPECT_EQ(again[at].id, voices[at].id);
+}
+
+TEST_P(EngineContract, EveryTokenGetsOneRisingMark)
+{
+    SpeechStyle spelled;
+    spelled.spell = true;
+    SpeechStyle punctuated;
+    punctuated.speak_punctuation = true;
+    SpeechStyle dated;
+    dated.context = "date_mdy";
+    SpeechStyle phone;
+    phone.context = "phone_number";
+    const Utterance cases[] = {
+        utterance_of(u"Hello world"),
+        utterance_of(u"In 1984 there were 12,345.67 of them at 3:30 on the 21st."),
+        utterance_of(u"A well-known, state-of-the-art thing that I don't and he's n't 'd like."),
+        utterance_of(u"one of the best in the world, I am told to be on the way of the"),
+        utterance_of(u"Grüße aus Köln, naïve façade — “œuvre” ænigma…"),
+        utterance_of(u"smile \U0001F600 and \U0001F468\u200D\U0001F469\u200D\U0001F467 end"),
+        utterance_of(u"你好 世界 and こんにちは 안녕하세요 Здравствуй мир שלום"),
+        utterance_of(u"tab\tand\nline   and  many     blanks "),
+        utterance_of(u". , ; ! ? - ( ) # * ~ word"),
+        utterance_of(u"Ab1,.! ü中\U0001F600", spelled),
+        utterance_of(u"Well , said he : no !", punctuated),
+        utterance_of(u"On 12/25/2003 it snowed", dated),
+        utterance_of(u"12/25/2003", dated),
+        utterance_of(u"555-1234 ext. 7", phone),
+        utterance_of(std::u16string(100, u'x')),
+        utterance_of(u"   "),
+        utterance_of(u""),
+    };
+    for (const Utterance& utterance : cases) {
+        SCOPED_TRACE(to_utf8(utterance.text));
+        const Rendering rendering = speak(utterance);
+        expect_complete_marks(utterance, rendering);
+        EXPECT_GT(rendering.sample_rate, 0);
+    }
+}
+
+TEST_P(EngineContract, EveryWordOfPlainProseStartsAtItsOwnTime)
+{
+    const Utterance utterance = utterance_of(prose);
+    const Rendering rendering = speak(utterance);
+    expect_complete_marks(utterance, rendering);
+    const auto shortest = static_cast<std::uint64_t>(rendering.sample_rate / 100);
+    for (std::size_t at = 1; at < rendering.words.size(); ++at)
+        EXPECT_GE(rendering.words[at].frame, rendering.words[at - 1].frame + shortest);
+    EXPECT_LT(rendering.words.back().frame, rendering.samples.size());
+    EXPECT_LT(rendering.words.front().frame, static_cast<std::uint64_t>(rendering.sample_rate / 4));
+}
+
+TEST_P(EngineContract, TheWordBehindAPauseIsMarkedBehindThePause)
+{
+    const Utterance utterance = utterance_of(u"Alone, everyone: today; we wander");
+    const Rendering rendering = speak(utterance);
+    // The mark stands where sound begins again: what is just before it is far softer than the word.
+    for (const std::uint32_t token : { 1U, 2U, 3U }) {
+        const auto frame = static_cast<std::size_t>(rendering.words[token].frame);
+        const auto piece = static_cast<std::size_t>(rendering.sample_rate / 25);
+        const std::span samples(rendering.samples);
+        ASSERT_GT(frame, 2 * piece);
+        ASSERT_LT(frame + 4 * piece, samples.size());
+        EXPECT_LT(loudness(samples.subspan(frame - 2 * piece, piece)) * 4,
+            loudness(samples.subspan(frame + piece, 3 * piece)))
+            << "token " << token;
+    }
+}
+
+TEST_P(EngineContract, EachRateScalesTheLengthByItsFactor)
+{
+    const Utterance utterance = utterance_of(prose);
+    const auto normal = static_cast<double>(speak(utterance).samples.size());
+    for (int rate = -10; rate <= 10; ++rate) {
+        const Rendering rendering = speak(utterance, rate);
+        expect_complete_marks(utterance, rendering);
+        const double factor = normal / static_cast<double>(rendering.samples.size());
+        EXPECT_NEAR(factor / speed_factor(rate), 1, GetParam().rate_tolerance) << "rate " << rate;
+    }
+}
+
+TEST_P(EngineContract, EachPitchScalesTheMelodyByItsFactor)
+{
+    const auto measure = [&](int pitch) {
+        SpeechStyle style;
+        style.pitch = pitch;
+        const Rendering rendering = speak(utterance_of(prose, style), -3);
+        return fundamental(rendering.samples, rendering.sample_rate,
+            GetParam().lowest_pitch * pitch_factor(pitch),
+            GetParam().highest_pitch * pitch_factor(pitch));
+    };
+    const double normal = measure(0);
+    ASSERT_GT(normal, 0);
+    for (const int pitch : { -10, -5, 5, 10 })
+        EXPECT_NEAR(measure(pitch) / normal / pitch_factor(pitch), 1, GetParam().pitch_tolerance)
+            << "pitch " << pitch;
+}
+
+TEST_P(EngineContract, AnUtteranceLeavesNoTraceInTheNext)
+{
+    const Utterance plain = utterance_of(prose);
+    const auto expected = static_cast<double>(speak(plain).samples.size());
+    SpeechStyle loud;
+    loud.emphasis = true;
+    loud.pitch = 10;
+    speak(utterance_of(u"Loud and high", loud), 10);
+    SpeechStyle spelled;
+    spelled.spell = true;
+    speak(utterance_of(u"a,b", spelled));
+    speak(utterance_of(u"\u0001"
+                       u"9S \u0001"
+                       u"5P [[ <prosody rate=\"fast\"> <audio src=\"x\">"));
+    EXPECT_NEAR(static_cast<double>(speak(plain).samples.size()), expected, expected / 100);
+}
+
+TEST_P(EngineContract, EmphasisIsHeard)
+{
+    SpeechStyle style;
+    style.emphasis = true;
+    const Rendering plain = speak(utterance_of(u"wonderful"));
+    const Rendering stressed = speak(utterance_of(u"wonderful", style));
+    EXPECT_GT(stressed.samples.size(), plain.samples.size());
+    EXPECT_GT(loudness(stressed.samples), loudness(plain.samples) * 1.05);
+    ASSERT_FALSE(stressed.phones.empty());
+    EXPECT_TRUE(std::ranges::any_of(
+        stressed.phones, [](const PhoneMark& phone) { return (phone.feature & 2) != 0; }));
+}
+
+TEST_P(EngineContract, SymbolsReplaceTheText)
+{
+    const auto visemes = [&](const Utterance& utterance) {
+        std::vector<int> result;
+        for (const PhoneMark& phone : speak(utterance).phones)
+            if (phone.viseme != 0)
+                result.push_back(phone.viseme);
+        return result;
+    };
+    Utterance replaced = utterance_of(u"anything");
+    replaced.pronunciation = { "f ih 1 sh" };
+    EXPECT_EQ(visemes(replaced), (std::vector<int>{ 18, 6, 16 }));
+    const Rendering rendering = speak(replaced);
+    expect_complete_marks(replaced, rendering);
+
+    const auto spoken = visemes(utterance_of(u"anything"));
+    for (const std::string& bad : { std::string("f qq"), std::string("]] [["),
+             std::string(100'000, '['), std::string("1"), std::string() }) {
+        replaced.pronunciation = { bad };
+        EXPECT_EQ(visemes(replaced), spoken) << bad.substr(0, 20);
+    }
+}
+
+TEST_P(EngineContract, HostileTextsAreSpokenAndMarked)
+{
+    std::vector<std::u16string> texts{ u"[[h@l'oU]]", u"[[" + std::u16string(780, u'a'),
+        u"<speak><audio src=\"/etc/passwd\"/><prosody rate=\"5\">hi", u"&#1; &lt;",
+        u"\u0001"
+        u"100S",
+        std::u16string(u"a\0b", 3), u"\xD800 \xDC00 \xDBFF\xDBFF", u"%s%n%d",
+        std::u16string(800, u'.'), std::u16string(800, u'\u0301'), std::u16string(400, u'1') };
+    for (unsigned seed = 0; seed < 12; ++seed)
+        texts.push_back(random_text(seed, 800));
+    for (const std::u16string& text : texts) {
+        const Utterance utterance = utterance_of(text);
+        expect_complete_marks(utterance, speak(utterance, 10));
+        SpeechStyle style;
+        style.spell = true;
+        const Utterance spelled = utterance_of(text.substr(0, 30), style);
+        expect_complete_marks(spelled, speak(spelled, 10));
+    }
+}
+
+TEST_P(EngineContract, CancelledItStopsAtOnceAndSpeaksOnAfterwards)
+{
+    const Utterance utterance = utterance_of(prose);
+    const std::size_t whole = speak(utterance).samples.size();
+    const std::atomic<bool> cancelled{ true };
+    const Rendering cut = engine->render({ GetParam().voice, 0, &utterance }, cancelled);
+    EXPECT_LT(cut.samples.size(), whole / 2);
+    EXPECT_NEAR(static_cast<double>(speak(utterance).samples.size()), static_cast<double>(whole),
+        static_cast<double>(whole) / 200);
+}
+
+TEST_P(EngineContract, AnUnknownVoiceIsAFailure)
+{
+    const Utterance utterance = utterance_of(u"Hello");
+    for (const char* id : { "", "espeak:", "flite:", "espeak:no-such", "flite:no-such", "other:x" })
+        EXPECT_THROW(engine->render({ id, 0, &utterance }, not_cancelled), Failure) << id;
+}
+
+TEST_P(EngineContract, ThreadsShareItSafely)
+{
+    const Utterance utterance = utterance_of(u"A sentence for two.");
+    std::vector<std::thread> threads;
+    for (int n = 0; n < 3; ++n)
+        threads.emplace_back([&] {
+            for (int turn = 0; turn < 3; ++turn)
+                expect_complete_marks(utterance, speak(utterance));
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+INSTANTIATE_TEST_SUITE_P(RealEngines, EngineContract,
+    testing::Values(
+        EngineCase{ "Espeak", make_espeak_engine, "espeak:gmw/en-US", 70, 180, 0.04, 0.05 },
+        EngineCase{ "FliteDiphones", make_flite_engine, "flite:kal16", 60, 180, 0.03, 0.05 },
+        EngineCase{ "FliteStatistics", make_flite_engine, "flite:slt", 110, 260, 0.04, 0.05 },
+        EngineCase{ "FliteShifted", make_flite_engine, "flite:rms", 60, 180, 0.04, 0.05 }),
+    [](const auto& info) { return std::string(info.param.name); });
+
+} // namespace tessavox::voice
