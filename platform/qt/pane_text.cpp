@@ -11,9 +11,7 @@ std::u16string fit_for_pane(std::u16string text)
             if (i + 1 < text.size() && text[i + 1] == u'\n')
                 continue;
             unit = u'\n';
-        } else if (unit == u'\0') {
-            unit = u' ';
-        } else if (unit == 0xFDD0 || unit == 0xFDD1 || unit == 0xFFFC) {
+        } else if (unit == u'\0' || unit == 0xFDD0 || unit == 0xFDD1 || unit == 0xFFFC) {
             unit = 0xFFFD;
         }
         text[kept++] = unit;

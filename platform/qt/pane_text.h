@@ -5,8 +5,8 @@
 
 namespace tessavox {
 
-/// CRLF and CR become LF, NUL a blank, and the code units with which the pane marks frames and
-/// objects (U+FDD0, U+FDD1, U+FFFC) U+FFFD. Everything else stays as it is.
+/// CRLF and CR become LF; NUL and the code units with which the pane marks frames and objects
+/// (U+FDD0, U+FDD1, U+FFFC) become U+FFFD. Everything else stays as it is.
 std::u16string fit_for_pane(std::u16string text);
 
 } // namespace tessavox

@@ -1,0 +1,33 @@
+// What every store of small files has to do. A Bed has store() and path(name), a path in a folder
+// of its own that exists and is empty.
+#pragma once
+
+#include "platform/failure.h"
+#include "platform/services.h"
+
+#include <gtest/gtest.h>
+
+namespace tessavox {
+
+template <class Bed> class FileStoreContract : public testing::Test {
+protected:
+    Bed bed;
+    FileStore& store = bed.store();
+};
+
+TYPED_TEST_SUITE_P(FileStoreContract);
+
+TYPED_TEST_P(FileStoreContract, WhatWasWrittenIsReadBackByteForByte)
+{
+    const std::string texts[] = { "", "one line\r\n", std::string("\0\xff\x1a\n", 4),
+        std::string(300'000, 'x'), "shorter than before" };
+    for (const std::string& bytes : texts) {
+        this->store.write(this->bed.path("file.txt"), bytes);
+        EXPECT_EQ(this->store.read(this->bed.path("file.txt")), bytes);
+    }
+    EXPECT_THROW(this->store.read(this->bed.path("other.txt")), Failure);
+}
+
+REGISTER_TYPED_TEST_SUITE_P(FileStoreContract, WhatWasWrittenIsReadBackByteForByte);
+
+} // namespace tessavox

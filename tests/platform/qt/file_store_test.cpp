@@ -1,0 +1,166 @@
+#include "platform/qt/file_store.h"
+
+#include "tests/contract/file_store_contract.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tessavox {
+namespace {
+
+namespace fs = std::filesystem;
+
+class TemporaryFolder {
+public:
+    TemporaryFolder()
+    {
+        std::string name = (fs::temp_directory_path() / "tessavox-test-XXXXXX").string();
+        m_path = ::mkdtemp(name.data());
+    }
+    ~TemporaryFolder() { fs::remove_all(m_path); }
+    fs::path operator/(const std::string& name) const { return m_path / name; }
+    std::size_t entries() const
+    {
+        return static_cast<std::size_t>(
+            std::distance(fs::directory_iterator(m_path), fs::directory_iterator()));
+    }
+
+private:
+    fs::path m_path;
+};
+
+class DiskBed {
+public:
+    FileStore& store() { return m_store; }
+    std::string path(const std::string& name) const { return m_folder / name; }
+
+private:
+    TemporaryFolder m_folder;
+    DiskFileStore m_store;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Disk, FileStoreContract, DiskBed);
+
+class DiskFiles : public testing::Test {
+protected:
+    void put(const std::string& name, const std::string& bytes)
+    {
+        std::ofstream(folder / name, std::ios::binary) << bytes;
+    }
+    std::string content(const std::string& name)
+    {
+        std::ifstream file(folder / name, std::ios::binary);
+        return { std::istreambuf_iterator<char>(file), {} };
+    }
+
+    TemporaryFolder folder;
+    DiskFileStore store;
+};
+
+/// Lets no file grow beyond so many bytes, as a full disk would.
+class SizeLimit {
+public:
+    explicit SizeLimit(rlim_t bytes)
+    {
+        m_handler = std::signal(SIGXFSZ, SIG_IGN);
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        rlimit now = m_before;
+        now.rlim_cur = bytes;
+        ::setrlimit(RLIMIT_FSIZE, &now);
+    }
+    ~SizeLimit()
+    {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+
+private:
+    rlimit m_before{};
+    void (*m_handler)(int);
+};
+
+TEST_F(DiskFiles, WhatIsNoRegularFileIsRefusedAtOnceAndStaysWhatItIs)
+{
+    fs::create_directory(folder / "directory");
+    ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
+    fs::create_symlink(folder / "ring", folder / "ring");
+    fs::create_symlink("/dev/null", folder / "null");
+    for (const char* name : { "directory", "fifo", "ring", "null" }) {
+        const fs::file_type before = fs::symlink_status(folder / name).type();
+        EXPECT_THROW(store.read(folder / name), Failure) << name;
+        EXPECT_THROW(store.write(folder / name, "text"), Failure) << name;
+        EXPECT_EQ(fs::symlink_status(folder / name).type(), before) << name;
+    }
+    EXPECT_THROW(store.write(folder / "missing/file", "text"), Failure);
+    EXPECT_EQ(folder.entries(), 4u);
+}
+
+TEST_F(DiskFiles, AFileOfMoreThan64MegabytesIsNotRead)
+{
+    put("large", "");
+    fs::resize_file(folder / "large", (std::uintmax_t(64) << 20) + 1);
+    EXPECT_THROW(store.read(folder / "large"), Failure);
+}
+
+TEST_F(DiskFiles, LinksAreFollowedAlsoToAFileThatIsNotThereYet)
+{
+    put("target", "before");
+    fs::create_symlink("target", folder / "middle");
+    fs::create_symlink("middle", folder / "link");
+    store.write(folder / "link", "after");
+    EXPECT_TRUE(fs::is_symlink(folder / "link"));
+    EXPECT_EQ(content("target"), "after");
+    fs::create_symlink("later", folder / "early");
+    store.write(folder / "early", "new");
+    EXPECT_EQ(content("later"), "new");
+}
+
+TEST_F(DiskFiles, AllNamesOfAFileSeeTheNewContentAndItsPermissionsStay)
+{
+    put("name", "a longer text than the next one");
+    fs::create_hard_link(folder / "name", folder / "other");
+    store.write(folder / "name", "short");
+    EXPECT_EQ(content("other"), "short");
+    EXPECT_EQ(fs::hard_link_count(folder / "other"), 2u);
+    fs::remove(folder / "other");
+    fs::permissions(folder / "name", fs::perms(0640));
+    store.write(folder / "name", "again");
+    EXPECT_EQ(fs::status(folder / "name").permissions(), fs::perms(0640));
+    EXPECT_EQ(folder.entries(), 1u);
+}
+
+TEST_F(DiskFiles, TheOldContentSurvivesADiskThatTakesNoMore)
+{
+    const std::string before(3000, 'b');
+    put("alone", before);
+    put("linked", before);
+    fs::create_hard_link(folder / "linked", folder / "other");
+    {
+        const SizeLimit full(4096);
+        const std::string after(100'000, 'a');
+        EXPECT_THROW(store.write(folder / "alone", after), Failure);
+        EXPECT_THROW(store.write(folder / "linked", after), Failure);
+        EXPECT_THROW(store.write(folder / "new", after), Failure);
+    }
+    EXPECT_EQ(content("alone"), before);
+    EXPECT_EQ(content("other"), before);
+    EXPECT_EQ(folder.entries(), 3u) << "something was left behind";
+}
+
+TEST_F(DiskFiles, AReadOnlyFileIsNotReplaced)
+{
+    if (::geteuid() == 0)
+        GTEST_SKIP() << "nothing is read-only to root";
+    put("fixed", "before");
+    fs::permissions(folder / "fixed", fs::perms::owner_read);
+    EXPECT_THROW(store.write(folder / "fixed", "after"), Failure);
+    EXPECT_EQ(content("fixed"), "before");
+}
+
+} // namespace
+} // namespace tessavox

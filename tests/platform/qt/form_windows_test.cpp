@@ -1,0 +1,157 @@
+#include "tests/platform/qt/demo_form.h"
+
+#include "platform/failure.h"
+#include "platform/qt/twips.h"
+
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace tessavox {
+namespace {
+
+class Windows : public testing::Test {
+protected:
+    QMdiArea& area() { return desktop.find<QMdiArea>("documents"); }
+    QMdiSubWindow& window(const std::string& name)
+    {
+        return desktop.find<QMdiSubWindow>(name.c_str());
+    }
+
+    DemoDesktop desktop;
+};
+
+TEST_F(Windows, AChildIsToldItsClientSizeWhenItIsShownAndWhenItChanges)
+{
+    auto child = std::make_shared<DemoChild>(desktop.forms);
+    int resizes = 0;
+    bool focus_worked = false;
+    child->on_resize = [&] {
+        ++resizes;
+        focus_worked = attempt([&] { child->text.SetFocus(); });
+    };
+    EXPECT_THROW(child->window(), Failure);
+    child->Load();
+    desktop.settle();
+    EXPECT_GE(resizes, 1);
+    EXPECT_TRUE(focus_worked);
+    EXPECT_TRUE(window("DemoChild").isMaximized());
+    EXPECT_EQ(child->ScaleWidth(), to_twips(area().viewport()->width()));
+    EXPECT_EQ(desktop.main->ScaleWidth(), child->ScaleWidth());
+    EXPECT_EQ(window("DemoChild").windowTitle(), "/home/[*][*] a file.txt");
+
+    const double before = child->ScaleWidth();
+    QWidget& frame = desktop.find<QMainWindow>("DemoMain");
+    frame.resize(frame.width() - 100, frame.height());
+    desktop.settle();
+    EXPECT_LT(child->ScaleWidth(), before);
+    EXPECT_EQ(desktop.main->ScaleWidth(), to_twips(area().viewport()->width()));
+}
+
+TEST_F(Windows, AWindowTooSmallForTheControlsScrolls)
+{
+    const auto child = desktop.open();
+    window("DemoChild").showNormal();
+    window("DemoChild").resize(150, 120);
+    desktop.settle();
+    EXPECT_GE(child->ScaleWidth(), child->button.Width());
+    EXPECT_GE(child->ScaleHeight(), child->line.Top() + child->line.Height());
+}
+
+TEST_F(Windows, AChildMayRefuseToCloseAndGoesWhenItAgrees)
+{
+    const auto child = desktop.open();
+    child->on_unload = [](bool& Cancel) { Cancel = true; };
+    window("DemoChild").close();
+    desktop.settle();
+    EXPECT_TRUE(child->is_loaded());
+    EXPECT_TRUE(window("DemoChild").isVisible());
+    EXPECT_FALSE(desktop.main->Unload());
+    EXPECT_TRUE(desktop.main->is_loaded());
+
+    child->on_unload = nullptr;
+    window("DemoChild").close();
+    desktop.settle();
+    EXPECT_FALSE(child->is_loaded());
+    EXPECT_TRUE(area().subWindowList().isEmpty());
+}
+
+TEST_F(Windows, AChildMayCloseItselfFromItsOwnHandlersAndAnotherBecomesActive)
+{
+    const auto first = desktop.open("first");
+    auto second = desktop.open("second");
+    EXPECT_EQ(desktop.forms.active_child(), second.get());
+    std::weak_ptr<DemoChild> watched = second;
+    second->button.Click = [&] {
+        second->Unload();
+        second.reset();
+        QApplication::processEvents(); // as a message box in the same handler would
+    };
+    for (QWidget* widget : window("second").findChildren<QWidget*>("SpeakBtn"))
+        QTest::mouseClick(widget, Qt::LeftButton);
+    desktop.settle();
+    EXPECT_TRUE(watched.expired());
+    EXPECT_EQ(desktop.forms.active_child(), first.get());
+    EXPECT_EQ(area().activeSubWindow(), &window("first"));
+    EXPECT_EQ(first->activations, 2);
+}
+
+TEST_F(Windows, TheUserActivatesAndMinimisesDocuments)
+{
+    const auto first = desktop.open("first");
+    const auto second = desktop.open("second");
+    area().setActiveSubWindow(&window("first"));
+    desktop.settle();
+    EXPECT_EQ(desktop.forms.active_child(), first.get());
+    EXPECT_EQ(first->activations, 2);
+    window("first").showMinimized();
+    desktop.settle();
+    EXPECT_EQ(first->window_state, WindowState::minimised);
+    first->window_state = WindowState::normal;
+    EXPECT_FALSE(window("first").isMinimized());
+}
+
+TEST_F(Windows, ClosingTheMainWindowClosesTheDocumentsFirst)
+{
+    std::vector<std::string> gone;
+    const auto first = desktop.open("first");
+    const auto second = desktop.open("second");
+    first->on_unload = [&](bool&) { gone.push_back("first"); };
+    second->on_unload = [&](bool&) { gone.push_back("second"); };
+    desktop.main->refuses_to_go = true;
+    QWidget& frame = desktop.find<QMainWindow>("DemoMain");
+    frame.close();
+    desktop.settle();
+    EXPECT_TRUE(frame.isVisible());
+    EXPECT_EQ(gone, (std::vector<std::string>{ "first", "second" }));
+    frame.close();
+    desktop.settle();
+    EXPECT_FALSE(desktop.main->is_loaded());
+    EXPECT_EQ(desktop.ends, 1);
+}
+
+TEST_F(Windows, ADialogHasItsDesignSizeAndEscapeClosesIt)
+{
+    struct Dialog : Form {
+        explicit Dialog(Forms& forms)
+            : Form(forms, "Dialog", FormKind::dialog, 4500, 1500)
+        {
+        }
+        CommandButton ok{ *this, "ok" };
+    };
+    const auto dialog = std::make_shared<Dialog>(desktop.forms);
+    dialog->Show();
+    desktop.settle();
+    auto& widget = desktop.find<QWidget>("Dialog");
+    EXPECT_EQ(widget.size(), QSize(300, 100));
+    QTest::keyClick(&widget, Qt::Key_Escape);
+    desktop.settle();
+    EXPECT_FALSE(dialog->is_loaded());
+}
+
+} // namespace
+} // namespace tessavox

@@ -1,0 +1,221 @@
+#include "platform/qt/rich_text_pane.h"
+
+#include "tests/contract/rich_text_pane_contract.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QScrollBar>
+#include <QTest>
+#include <QTextBlock>
+#include <QTextEdit>
+#include <QVBoxLayout>
+
+namespace tessavox {
+namespace {
+
+QTextEdit& editor_of(QtRichTextPane& pane)
+{
+    return dynamic_cast<QTextEdit&>(pane.widget());
+}
+
+class QtPaneBed {
+public:
+    QtPaneBed()
+    {
+        m_pane.widget().resize(600, 400);
+        m_pane.widget().show();
+    }
+    RichTextPane& pane() { return m_pane; }
+    void user_types(const std::u16string& text)
+    {
+        for (const char16_t unit : text) {
+            if (unit == u'\n')
+                QTest::keyClick(&m_pane.widget(), Qt::Key_Return);
+            else
+                QTest::keyClick(&m_pane.widget(), static_cast<char>(unit));
+        }
+    }
+    void user_selects(std::int32_t start, std::int32_t length)
+    {
+        QTextEdit& editor = editor_of(m_pane);
+        QTextCursor cursor = editor.textCursor();
+        cursor.setPosition(start);
+        cursor.setPosition(start + length, QTextCursor::KeepAnchor);
+        editor.setTextCursor(cursor);
+    }
+
+private:
+    QtRichTextPane m_pane;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Qt, RichTextPaneContract, QtPaneBed);
+
+std::u16string book(int paragraphs)
+{
+    std::u16string text;
+    for (int i = 0; i < paragraphs; ++i)
+        text += u"Of a paragraph that is long enough to be broken into several lines on the "
+                u"screen, there are many in this book, and every one of them is like this one.\n";
+    return text;
+}
+
+class ShownPane : public testing::Test {
+protected:
+    ShownPane()
+    {
+        window.resize(640, 480);
+        layout.addWidget(&before);
+        layout.addWidget(&pane.widget());
+        layout.addWidget(&after);
+        window.show();
+        window.activateWindow();
+        QApplication::processEvents();
+    }
+    ~ShownPane() override { pane.widget().setParent(nullptr); }
+
+    QWidget window;
+    QVBoxLayout layout{ &window };
+    QLineEdit before, after;
+    QtRichTextPane pane;
+    QTextEdit& editor = editor_of(pane);
+};
+
+/// The line by walking through everything, as the pane may not.
+int line_by_counting(const QTextDocument& document, int offset)
+{
+    int line = 0;
+    const QTextBlock wanted = document.findBlock(offset);
+    document.documentLayout();
+    for (QTextBlock block = document.begin(); block != wanted; block = block.next())
+        line += block.layout()->lineCount();
+    return line + wanted.layout()->lineForTextPosition(offset - wanted.position()).lineNumber();
+}
+
+TEST_F(ShownPane, LinesOnTheScreenAreRightAfterReadingEditingAndANewWidth)
+{
+    pane.set_Text(book(60));
+    const int size = static_cast<int>(pane.Text().size());
+    const auto check = [&](const char* when) {
+        for (int offset = 0; offset <= size - 200; offset += 97) {
+            const int line = pane.GetLineFromChar(offset);
+            ASSERT_EQ(line, line_by_counting(*editor.document(), offset)) << when << offset;
+        }
+    };
+    check("first ");
+    EXPECT_GT(pane.GetLineFromChar(size - 200), 100);
+    pane.set_SelStart(400);
+    QTest::keyClick(&editor, Qt::Key_Return);
+    check("after a new paragraph ");
+    pane.set_RightMargin(3000);
+    check("at the right margin ");
+    pane.set_RightMargin(0);
+    window.resize(900, 480);
+    QApplication::processEvents();
+    check("in a wider window ");
+    pane.set_FontSize(20);
+    check("in large type ");
+}
+
+TEST_F(ShownPane, ASelectedWordIsBroughtIntoView)
+{
+    pane.set_Text(book(300));
+    const std::int32_t far = static_cast<std::int32_t>(pane.Text().size()) - 500;
+    pane.set_SelStart(far);
+    pane.set_SelLength(10);
+    EXPECT_TRUE(editor.viewport()->rect().intersects(editor.cursorRect()));
+    EXPECT_GT(editor.verticalScrollBar()->value(), 0);
+}
+
+TEST_F(ShownPane, SelectingAWholeBookLeavesTheViewAtItsStartAndShowsOnceTheUserActs)
+{
+    pane.set_Text(book(20'000));
+    pane.set_SelLength(static_cast<std::int32_t>(pane.Text().size()));
+    EXPECT_EQ(pane.SelLength(), static_cast<std::int32_t>(pane.Text().size()));
+    EXPECT_EQ(pane.SelText(), pane.Text());
+    EXPECT_EQ(editor.verticalScrollBar()->value(), 0);
+    EXPECT_EQ(editor.document()->lastBlock().layout()->lineCount(), 0) << "laid out for nothing";
+
+    int selections = 0;
+    pane.SelChange = [&] { ++selections; };
+    QTest::keyClick(&editor, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text().size(), pane.SelLength());
+    EXPECT_EQ(editor.textCursor().selectedText().size(), pane.SelLength());
+    EXPECT_EQ(selections, 0); // it has been selected all the time
+    QTest::keyClick(&editor, 'x');
+    EXPECT_EQ(pane.Text().view(), u"x");
+}
+
+TEST_F(ShownPane, PastedTextComesWithoutFormatsAndPictures)
+{
+    pane.set_Text(u"");
+    auto* mixed = std::make_unique<QMimeData>().release(); // the clipboard owns it
+    mixed->setHtml("<b>bold</b> <img src='data:'>");
+    mixed->setText(QStringLiteral("bold\r\n").append(QChar(0xFFFC)));
+    QApplication::clipboard()->setMimeData(mixed);
+    editor.paste();
+    EXPECT_EQ(pane.Text().view(), u"bold\n\ufffd");
+    EXPECT_EQ(
+        editor.document()->begin().begin().fragment().charFormat().fontWeight(), QFont().weight());
+    editor.undo();
+    EXPECT_TRUE(pane.Text().empty());
+}
+
+TEST_F(ShownPane, TheKeyboardGetsInAndOutButTabStaysInTheText)
+{
+    const struct {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        QWidget* lands;
+    } rows[] = {
+        { Qt::Key_F6, {}, &after },
+        { Qt::Key_F6, Qt::ShiftModifier, &before },
+        { Qt::Key_Backtab, Qt::ShiftModifier, &before },
+        { Qt::Key_Tab, {}, &editor },
+    };
+    for (const auto& row : rows) {
+        editor.setFocus();
+        QTest::keyClick(&editor, row.key, row.modifiers);
+        EXPECT_EQ(window.focusWidget(), row.lands);
+    }
+    EXPECT_EQ(pane.Text().view(), u"\t");
+}
+
+TEST_F(ShownPane, TheSelectionLooksTheSameWithoutTheFocusUnlessItIsToHide)
+{
+    const auto highlight = [&](QPalette::ColorGroup group) {
+        return editor.palette().color(group, QPalette::Highlight);
+    };
+    pane.set_HideSelection(false);
+    EXPECT_EQ(highlight(QPalette::Inactive), highlight(QPalette::Active));
+    pane.set_HideSelection(true);
+    EXPECT_EQ(highlight(QPalette::Inactive), editor.palette().color(QPalette::Base));
+}
+
+TEST_F(ShownPane, WhatIsTypedNextHasTheSizeOfTheSelectionsFont)
+{
+    pane.set_Text(u"words");
+    pane.set_FontSize(20);
+    pane.set_SelStart(5);
+    pane.set_SelFontSize(12);
+    QTest::keyClick(&editor, 'x');
+    EXPECT_EQ(editor.currentCharFormat().fontPointSize(), 12);
+    pane.set_Text(u"");
+    EXPECT_EQ(editor.document()->defaultFont().pointSizeF(), 20);
+}
+
+TEST_F(ShownPane, AMouseButtonIsReportedWhenItIsReleased)
+{
+    std::vector<std::pair<int, int>> released;
+    pane.MouseUp = [&](int button, int shift) { released.emplace_back(button, shift); };
+    QTest::mousePress(editor.viewport(), Qt::LeftButton);
+    EXPECT_TRUE(released.empty());
+    QTest::mouseRelease(editor.viewport(), Qt::LeftButton, Qt::ControlModifier);
+    QTest::mouseClick(editor.viewport(), Qt::RightButton);
+    const std::vector<std::pair<int, int>> expected{ { 1, 2 }, { 2, 0 } };
+    EXPECT_EQ(released, expected);
+}
+
+} // namespace
+} // namespace tessavox

@@ -1,0 +1,216 @@
+#include "tests/platform/qt/demo_form.h"
+
+#include "platform/failure.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMenu>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QStyle>
+#include <QStyleOptionSlider>
+#include <QTabBar>
+#include <QTest>
+#include <QToolBar>
+
+#include <gtest/gtest.h>
+
+namespace tessavox {
+namespace {
+
+class Views : public testing::Test {
+protected:
+    Handler count()
+    {
+        return [this] { ++handled; };
+    }
+
+    DemoDesktop desktop;
+    std::shared_ptr<DemoChild> form = desktop.open();
+    int handled = 0;
+};
+
+TEST_F(Views, AButtonRunsItsHandlerOncePerPressOfMouseOrKey)
+{
+    form->button.Click = count();
+    auto& button = desktop.find<QPushButton>("SpeakBtn");
+    QTest::mouseClick(&button, Qt::LeftButton);
+    EXPECT_EQ(handled, 1);
+    QTest::keyClick(&button, Qt::Key_Space);
+    QTest::keyClick(&button, Qt::Key_Return);
+    EXPECT_EQ(handled, 3);
+    form->button.Enabled = false;
+    QTest::mouseClick(&button, Qt::LeftButton);
+    EXPECT_EQ(handled, 3);
+    form->button.Visible = false;
+    EXPECT_FALSE(button.isVisible());
+}
+
+TEST_F(Views, AFailureOfAHandlerEndsWithThatHandler)
+{
+    form->button.Click = [] { throw Failure("no voice"); };
+    QTest::mouseClick(&desktop.find<QPushButton>("SpeakBtn"), Qt::LeftButton);
+    form->slider.Scroll = [] { throw Failure("no voice"); };
+    auto& slider = desktop.find<QScrollBar>("slider");
+    slider.setSliderDown(true);
+    slider.setSliderPosition(3);
+    EXPECT_EQ(form->slider.Value, 3);
+}
+
+TEST_F(Views, ACheckBoxChangesInBothDirections)
+{
+    form->check.Click = count();
+    auto& box = desktop.find<QCheckBox>("check");
+    form->check.Value = 1;
+    EXPECT_TRUE(box.isChecked());
+    EXPECT_EQ(handled, 1); // the control's own rule, and not once more from the widget
+    box.click();
+    EXPECT_EQ(form->check.Value, 0);
+    EXPECT_EQ(handled, 2);
+    form->check.Value = 2;
+    EXPECT_EQ(box.checkState(), Qt::PartiallyChecked);
+}
+
+TEST_F(Views, AListTellsOfTheUsersChoiceAlsoOfTheSameEntry)
+{
+    auto& box = desktop.find<QComboBox>("combo");
+    for (int i = 0; i < 150; ++i)
+        form->combo.AddItem("Voice " + std::to_string(i));
+    EXPECT_EQ(box.count(), 150);
+    form->combo.Click = count();
+    form->combo.ListIndex = 7;
+    EXPECT_EQ(box.currentIndex(), 7);
+    EXPECT_EQ(handled, 1);
+    box.setFocus();
+    QTest::keyClick(&box, Qt::Key_Down);
+    EXPECT_EQ(form->combo.ListIndex, 8);
+    EXPECT_EQ(handled, 2);
+    QTest::keyClicks(&box, "Voice 77");
+    EXPECT_EQ(form->combo.Text, std::string("Voice 77"));
+    emit box.activated(77);
+    EXPECT_EQ(form->combo.ListIndex, 77);
+    const int before = handled;
+    emit box.activated(77);
+    EXPECT_EQ(handled, before + 1);
+    form->combo.ListIndex = -1;
+    EXPECT_EQ(box.currentIndex(), -1);
+}
+
+TEST_F(Views, OnlyDraggingTheThumbScrolls)
+{
+    form->slider.Scroll = count();
+    auto& bar = desktop.find<QScrollBar>("slider");
+    EXPECT_EQ(bar.minimum(), -10);
+    form->slider.Value = 4;
+    EXPECT_EQ(bar.value(), 4);
+    bar.triggerAction(QAbstractSlider::SliderSingleStepAdd);
+    EXPECT_EQ(form->slider.Value, 5);
+    QTest::keyClick(&bar, Qt::Key_PageDown);
+    EXPECT_EQ(form->slider.Value, 10);
+    bar.setValue(-2); // as assistive technologies do
+    EXPECT_EQ(form->slider.Value, -2);
+    EXPECT_EQ(handled, 0);
+
+    QStyleOptionSlider option;
+    option.initFrom(&bar);
+    option.orientation = Qt::Horizontal;
+    option.minimum = -10;
+    option.maximum = 10;
+    option.sliderPosition = option.sliderValue = -2;
+    option.pageStep = 6;
+    const QPoint thumb
+        = bar.style()
+              ->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, &bar)
+              .center();
+    QTest::mousePress(&bar, Qt::LeftButton, {}, thumb);
+    QTest::mouseMove(&bar, thumb + QPoint(30, 0));
+    QTest::mouseRelease(&bar, Qt::LeftButton, {}, thumb + QPoint(30, 0));
+    EXPECT_GT(form->slider.Value, -2);
+    EXPECT_GE(handled, 1);
+}
+
+TEST_F(Views, TextAndTabsTellOfTheUserOnly)
+{
+    auto& line = desktop.find<QLineEdit>("line");
+    form->line.Text = "code";
+    EXPECT_EQ(line.text(), "code");
+    QTest::keyClicks(&line, "+user");
+    EXPECT_EQ(form->line.Text, std::string("code+user"));
+
+    form->tabs.Click = count();
+    auto& heads = desktop.find<QTabBar>("tabsHeads");
+    form->tabs.SelectedItem = 1;
+    EXPECT_EQ(heads.currentIndex(), 1);
+    EXPECT_EQ(handled, 1);
+    QTest::mouseClick(&heads, Qt::LeftButton, {}, heads.tabRect(0).center());
+    EXPECT_EQ(form->tabs.SelectedItem, 0);
+    EXPECT_EQ(handled, 2);
+}
+
+TEST_F(Views, EveryControlHasAnAccessibleNameAndLabelsNameTheirNeighbours)
+{
+    EXPECT_EQ(desktop.find<QPushButton>("SpeakBtn").accessibleName(), "Read");
+    EXPECT_EQ(desktop.find<QComboBox>("combo").accessibleName(), "Speaker");
+    EXPECT_EQ(desktop.find<QLabel>("label").buddy(), &desktop.find<QComboBox>("combo"));
+}
+
+TEST_F(Views, TheTabKeyGoesThroughTheControlsInTheirOrder)
+{
+    auto& button = desktop.find<QPushButton>("SpeakBtn");
+    button.setFocus();
+    const char* names[] = { "check", "combo", "slider", "line", "tabsHeads", "text" };
+    for (const char* name : names) {
+        QTest::keyClick(button.window()->focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(button.window()->focusWidget()->objectName(), name);
+    }
+}
+
+TEST_F(Views, TwipsAreFifteenToThePixelAndWhatSticksOutIsCut)
+{
+    EXPECT_EQ(desktop.find<QPushButton>("SpeakBtn").geometry(), QRect(0, 0, 185, 52));
+    EXPECT_EQ(desktop.find<QCheckBox>("check").geometry(), QRect(8, 60, 177, 17));
+    EXPECT_GE(desktop.find<QComboBox>("combo").height(), 21);
+}
+
+TEST_F(Views, MenusShowOnlyWhatDoesSomething)
+{
+    desktop.main->mnuFileNew.Click = count();
+    desktop.main->mnuFile.Caption = "&Document";
+    desktop.settle();
+    auto& menu = desktop.find<QMenu>("mnuFile");
+    EXPECT_EQ(menu.title(), "&Document");
+    const QList<QAction*> actions = menu.actions();
+    ASSERT_EQ(actions.size(), 2);
+    EXPECT_EQ(actions[0]->text(), "New");
+    EXPECT_EQ(actions[0]->shortcut(), QKeySequence("Ctrl+N"));
+    EXPECT_TRUE(actions[0]->isVisible());
+    EXPECT_FALSE(actions[1]->isVisible());
+    EXPECT_FALSE(desktop.find<QMenu>("mnuEmpty").menuAction()->isVisible());
+    actions[0]->trigger();
+    EXPECT_EQ(handled, 1);
+    desktop.main->mnuFileNew.Enabled = false;
+    desktop.settle();
+    EXPECT_FALSE(actions[0]->isEnabled());
+}
+
+TEST_F(Views, ToolButtonsAndPanelsFollowTheirControls)
+{
+    int pressed = 0;
+    desktop.main->bar.ButtonClick = [&](int index) { pressed = index; };
+    const QList<QAction*> actions = desktop.find<QToolBar>("bar").actions();
+    ASSERT_EQ(actions.size(), 3);
+    actions[2]->trigger();
+    EXPECT_EQ(pressed, 3);
+    desktop.main->bar.set_button_enabled(1, false);
+    EXPECT_FALSE(actions[0]->isEnabled());
+    desktop.main->status.PanelText("Text") = "Line Number: 7";
+    EXPECT_EQ(desktop.find<QLabel>("status.Text").text(), "Line Number: 7");
+    EXPECT_FALSE(desktop.find<QLabel>("status.").text().isEmpty()); // the date shows by itself
+}
+
+} // namespace
+} // namespace tessavox
