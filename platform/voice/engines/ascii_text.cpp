@@ -81,14 +81,15 @@ private:
     std::unique_ptr<icu::Transliterator> m_rules;
 };
 
-// "GRINNING FACE" as "grinning face".
+// "GRINNING FACE" as " grinning face ".
 std::string name_of_sign(char32_t character)
 {
     std::array<char, 128> name{};
     UErrorCode status = U_ZERO_ERROR;
     u_charName(static_cast<UChar32>(character), U_UNICODE_CHAR_NAME, name.data(),
         static_cast<std::int32_t>(name.size()) - 1, &status);
-    std::string words(U_SUCCESS(status) ? name.data() : "");
+    std::string words(1, ' ');
+    words.append(U_SUCCESS(status) ? name.data() : "").append(1, ' ');
     for (char& letter : words)
         letter = letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32)
             : letter == '-'                     ? ' '
@@ -103,7 +104,7 @@ std::string ascii_of(char32_t character)
         return std::string(1, static_cast<char>(character));
     const auto category = u_charType(static_cast<UChar32>(character));
     if (category == U_OTHER_SYMBOL || category == U_MATH_SYMBOL || category == U_CURRENCY_SYMBOL)
-        return " " + name_of_sign(character) + " ";
+        return name_of_sign(character);
     if (u_isUWhiteSpace(static_cast<UChar32>(character)))
         return " ";
     return romanizer.romanize(character);

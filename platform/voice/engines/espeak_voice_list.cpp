@@ -137,7 +137,7 @@ std::vector<SpeechObjectToken> espeak_tokens(
     std::vector<SpeechObjectToken> tokens;
     for (Listed& entry : listed) {
         if (const int count = ++seen[entry.token.description]; count > 1)
-            entry.token.description += " " + std::to_string(count);
+            entry.token.description.append(1, ' ').append(std::to_string(count));
         tokens.push_back(std::move(entry.token));
     }
     return tokens;
