@@ -89,15 +89,8 @@ MarkupScanner::MarkupScanner(std::u16string_view text)
 std::size_t MarkupScanner::EndSearch::find(
     std::u16string_view text, std::size_t from, std::size_t limit)
 {
-    if (from < m_from) {
-        // The reader has gone back a little; what lies behind is known already.
-        const std::size_t gap_end = std::min(m_from + m_mark.size() - 1, text.size());
-        const std::size_t found = text.substr(0, gap_end).find(m_mark, from);
-        if (found != npos)
-            m_found = m_searched_to = found;
-        m_from = from;
-    }
-    if (from > m_searched_to || (m_found != npos && m_found < from)) {
+    const bool passed = m_found != npos && m_found < from;
+    if (from < m_from || from > m_searched_to || passed) {
         m_from = m_searched_to = from;
         m_found = npos;
     }
