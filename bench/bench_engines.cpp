@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -58,13 +57,6 @@ const VoiceCatalog& catalog()
     return *catalog;
 }
 
-// The helper program stands in the same build tree as this one.
-std::string helper_path()
-{
-    return std::filesystem::read_symlink("/proc/self/exe").parent_path().parent_path()
-        / "platform/voice/engines/tessavox-voice-helper";
-}
-
 void report(benchmark::State& state, double seconds)
 {
     state.counters["times_real_time"]
@@ -95,7 +87,7 @@ void speak_in_farm(benchmark::State& state, const char* voice_id)
     double seconds = 0;
     for (auto turn : state) {
         seconds = 0;
-        RenderFarm farm(catalog(), helper_path(), static_cast<int>(state.range(0)));
+        RenderFarm farm(catalog(), TESSAVOX_VOICE_HELPER, static_cast<int>(state.range(0)));
         std::size_t next = 0;
         while (next < utterances.size() || farm.pending()) {
             while (next < utterances.size() && farm.wants_more())
