@@ -335,12 +335,19 @@ TEST_F(WaveFile, UsualKindsOfPcmAreReadAs16Bit)
 TEST_F(WaveFile, AHeaderThatLiesAboutTheLengthGivesWhatIsThere)
 {
     const Bytes data = raw<std::int16_t>({ 1, 2, 3, 4, 5 });
-    for (const std::uint32_t told : { 10U, 1000U, 0x7FFF'FFFFU, 0xFFFF'FFF0U, 0xFFFF'FFFFU }) {
+    for (const std::uint32_t told : { 10U, 0U, 1000U, 0x7FFF'FFFFU, 0xFFFF'FFF0U, 0xFFFF'FFFFU }) {
         put(wave({}, data, told));
         const auto reader = open_wave_file(path);
         EXPECT_EQ(reader->frames(), 5U) << told;
         EXPECT_EQ(read_all(*reader), (std::vector<std::int16_t>{ 1, 2, 3, 4, 5 })) << told;
     }
+}
+
+TEST_F(WaveFile, AnEmptySoundBeforeAnotherChunkIsEmpty)
+{
+    put(wave({}, "LIST" + u32(4) + "abcd", 0));
+    EXPECT_EQ(open_wave_file(path)->frames(), 0U);
+    EXPECT_TRUE(read_all(*open_wave_file(path)).empty());
 }
 
 TEST_F(WaveFile, WhatIsNoPcmWaveFileIsRefused)
