@@ -343,10 +343,22 @@ VoiceBed::VoiceBed()
     engine = tone.get();
     std::vector<std::unique_ptr<Engine>> engines;
     engines.push_back(std::move(tone));
+    make_voice(std::make_unique<VoiceCatalog>(std::move(engines)), "");
+}
+
+VoiceBed::VoiceBed(std::unique_ptr<VoiceCatalog> catalog, const std::string& helper_path)
+{
+    make_voice(std::move(catalog), helper_path);
+}
+
+void VoiceBed::make_voice(std::unique_ptr<VoiceCatalog> catalog, const std::string& helper_path)
+{
     SpeechServiceOptions options;
     options.post = [this](std::function<void()> call) { loop.post(std::move(call)); };
-    service = make_speech_service(std::move(options),
-        std::make_unique<VoiceCatalog>(std::move(engines)), std::make_unique<ManualServer>(device));
+    options.helper_path = helper_path;
+    options.helpers = helper_path.empty() ? 0 : 2;
+    service = make_speech_service(
+        std::move(options), std::move(catalog), std::make_unique<ManualServer>(device));
     voice = service->create_voice(listener);
 }
 

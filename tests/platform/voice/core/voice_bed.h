@@ -145,7 +145,11 @@ private:
 
 class VoiceBed {
 public:
+    /// A voice of the tone engine.
     VoiceBed();
+    /// The first voice of the catalogue. `helper_path` as in SpeechServiceOptions, with two
+    /// helpers.
+    explicit VoiceBed(std::unique_ptr<VoiceCatalog> catalog, const std::string& helper_path = "");
     ~VoiceBed();
 
     /// Runs the message loop and the device's clock until the condition holds. False after a bound
@@ -163,6 +167,9 @@ public:
     Listener listener;
     std::unique_ptr<SpeechService> service;
     std::unique_ptr<SpeechVoice> voice;
+
+private:
+    void make_voice(std::unique_ptr<VoiceCatalog> catalog, const std::string& helper_path);
 };
 
 /// The largest step from one sample to the next.
