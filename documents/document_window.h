@@ -41,6 +41,7 @@ public:
     void DockSaveToWave_Click() { m_wave_file.DockSaveToWave_Click(); }
     void ReadClipboardtoFile_Click() { DockSaveToWave_Click(); }
     void Play_Click() { m_wave_file.Play_Click(); }
+    void ResetBtn_Click() { m_panel.ResetBtn_Click(); }
     void Check1_Click() { m_panel.Check1_Click(); }
     void Adjustspeaker() { m_panel.Adjustspeaker(); }
     void Adjustspeed() { m_panel.Adjustspeed(); }
