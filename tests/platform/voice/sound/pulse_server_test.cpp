@@ -213,7 +213,7 @@ TEST_F(PulseServer, AServerThatDoesNotAnswerIsGivenUp)
     EXPECT_THROW(open(), Failure); // it was connected
     EXPECT_THROW(open(), Failure); // it is connected anew
     process->signal(SIGCONT);
-    EXPECT_TRUE(open()->alive());
+    EXPECT_TRUE(eventually([&] { return attempt([&] { open(); }); }));
     EXPECT_TRUE(sink->alive());
 }
 
