@@ -17,7 +17,8 @@ bool looks_like_markup(std::u16string_view text)
 /// began and how many of its items are over, so that going on there repeats every decision.
 class TextReader::Impl {
 public:
-    Impl(TextSlice text, ReaderOptions options, const VoiceChooser& voices, ReadingPlace start)
+    Impl(TextSlice text, ReaderOptions options, const VoiceChooser& voices,
+        const ReadingPlace& start)
         : m_text(std::move(text))
         , m_gatherer(m_text.view(), options.markup, voices, gather_place(start))
         , m_composer(options.speak_punctuation)
@@ -92,8 +93,8 @@ private:
 };
 
 TextReader::TextReader(
-    TextSlice text, ReaderOptions options, const VoiceChooser& voices, ReadingPlace start)
-    : m_impl(std::make_unique<Impl>(std::move(text), options, voices, std::move(start)))
+    TextSlice text, ReaderOptions options, const VoiceChooser& voices, const ReadingPlace& start)
+    : m_impl(std::make_unique<Impl>(std::move(text), options, voices, start))
 {
 }
 

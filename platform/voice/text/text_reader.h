@@ -36,8 +36,8 @@ bool looks_like_markup(std::u16string_view text);
 /// length, so a text of '<' alone is read in proportion to its length too.
 class TextReader {
 public:
-    TextReader(
-        TextSlice text, ReaderOptions options, const VoiceChooser& voices, ReadingPlace start = {});
+    TextReader(TextSlice text, ReaderOptions options, const VoiceChooser& voices,
+        const ReadingPlace& start = {});
     ~TextReader();
     TextReader(TextReader&&) noexcept;
     TextReader& operator=(TextReader&&) noexcept;

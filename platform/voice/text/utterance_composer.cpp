@@ -182,20 +182,26 @@ void UtteranceComposer::flush()
     while (run.text.back() == u' ')
         run.text.pop_back();
     const std::size_t size = run.text.size();
+    const bool short_enough = cut_behind(run, 0, m_items->size() == m_first_item) == size;
+    if (short_enough && run.text.front() != u' ')
+        return add_part(std::move(run), true);
     for (std::size_t from = 0; from < size;) {
         const bool first = m_items->size() == m_first_item;
         const std::size_t end = cut_behind(run, from, first);
-        const bool whole = from == 0 && end == size && run.text.front() != u' ';
-        Utterance part = whole ? std::move(run) : cut_out(run, from, end);
-        if (from == 0 && m_run_settings->pronunciation)
-            part.pronunciation = m_run_settings->pronunciation->phonemes;
+        Utterance part = cut_out(run, from, end);
+        if (!part.text.empty())
+            add_part(std::move(part), from == 0);
         from = end;
-        if (part.text.empty())
-            continue;
-        const std::uint32_t source
-            = part.tokens.empty() ? m_run_source : part.tokens.front().source_begin;
-        m_items->push_back({ std::move(part), source });
     }
+}
+
+void UtteranceComposer::add_part(Utterance part, bool first_of_run)
+{
+    if (first_of_run && m_run_settings->pronunciation)
+        part.pronunciation = m_run_settings->pronunciation->phonemes;
+    const std::uint32_t source
+        = part.tokens.empty() ? m_run_source : part.tokens.front().source_begin;
+    m_items->push_back({ std::move(part), source });
 }
 
 void UtteranceComposer::add_pronunciation(const Pronunciation& pronunciation)

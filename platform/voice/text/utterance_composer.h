@@ -30,6 +30,7 @@ public:
 private:
     void add_stretch(std::uint32_t begin, std::uint32_t end);
     void flush();
+    void add_part(Utterance part, bool first_of_run);
     void add_pronunciation(const Pronunciation& pronunciation);
     void add_item(const decltype(SentenceMark::what)& what, std::uint32_t source_begin);
     void finish_sentence();
