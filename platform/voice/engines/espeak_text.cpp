@@ -6,6 +6,7 @@
 #include <unicode/uscript.h>
 
 #include <algorithm>
+#include <string_view>
 
 namespace tessavox::voice {
 
@@ -24,37 +25,61 @@ bool is_blank(const std::string& text)
     return text.find_first_not_of(' ') == std::string::npos;
 }
 
-// espeak-ng changes its language within a word that goes from one script to another, and then reads
-// the rest of it in memory that it has freed. A blank between the two makes them two words.
+// espeak-ng changes its language for a word in another script. Where such a word holds a character
+// that this language doesn't know, such as a letter of a third script or an apostrophe, it goes on
+// in memory that it has freed. A blank between the two makes them two words.
 class ScriptWatch {
 public:
     // Whether `character` must be parted from what stood before it.
     bool changes(char32_t character)
     {
-        const UScriptCode script = script_of(character);
-        if (character == U' ')
-            m_script = USCRIPT_COMMON;
-        if (script == USCRIPT_COMMON || script == USCRIPT_INHERITED)
+        if (character == U' ') {
+            m_kind = neutral;
             return false;
-        const bool changed = m_script != USCRIPT_COMMON && m_script != script;
-        m_script = script;
+        }
+        const int kind = kind_of(character);
+        if (kind == neutral)
+            return false;
+        const bool joined = (kind == stranger && may_hold_stranger(m_kind))
+            || (m_kind == stranger && may_hold_stranger(kind));
+        const bool changed = m_kind != neutral && m_kind != kind && !joined;
+        if (!joined || kind != stranger)
+            m_kind = kind;
         return changed;
     }
 
 private:
-    static UScriptCode script_of(char32_t character)
+    // A script, or one of these.
+    static constexpr int neutral = -1; // punctuation, digits, marks above and below letters
+    static constexpr int stranger = -2; // apostrophes, signs and modifiers
+
+    // Cyrillic and Hebrew words often hold an apostrophe, and the library bears it.
+    static bool may_hold_stranger(int kind)
     {
-        if (character < 0x80)
-            return u_isalpha(static_cast<UChar32>(character)) ? USCRIPT_LATIN : USCRIPT_COMMON;
+        return kind == USCRIPT_LATIN || kind == USCRIPT_CYRILLIC || kind == USCRIPT_HEBREW
+            || kind == USCRIPT_ARABIC;
+    }
+
+    static int kind_of(char32_t character)
+    {
+        constexpr std::u32string_view apostrophes = U"'\u2018\u2019\u02BC\uFF07";
+        if (apostrophes.find(character) != std::u32string_view::npos)
+            return stranger;
+        const auto point = static_cast<UChar32>(character);
         UErrorCode status = U_ZERO_ERROR;
-        const UScriptCode script = uscript_getScript(static_cast<UChar32>(character), &status);
+        const UScriptCode script = uscript_getScript(point, &status);
+        if (script == USCRIPT_COMMON || script == USCRIPT_INHERITED) {
+            const bool usual
+                = u_ispunct(point) || u_isdigit(point) || (U_GET_GC_MASK(point) & U_GC_M_MASK) != 0;
+            return usual || character < 0x80 ? neutral : stranger;
+        }
         // A Japanese word mixes three scripts.
         const bool japanese
             = script == USCRIPT_HAN || script == USCRIPT_HIRAGANA || script == USCRIPT_KATAKANA;
         return japanese ? USCRIPT_JAPANESE : script;
     }
 
-    UScriptCode m_script = USCRIPT_COMMON;
+    int m_kind = neutral;
 };
 
 // The text from `begin` to `end`. `first` is the first token at or behind `begin`.
