@@ -62,6 +62,7 @@ ChildWindow::ChildWindow(Form& form, MainWindow& parent, std::unique_ptr<SubWind
 {
     m_window.owner = this;
     m_window.canvas.sized = [this] { client_sized(); };
+    m_window.canvas.restyled = [this] { views().redraw_all(); };
     parent.add(*this);
     m_window.hide(); // until the form is loaded
     resize_to({ to_pixels(form.Width), to_pixels(form.Height) });
@@ -82,6 +83,7 @@ void ChildWindow::detach()
 {
     m_window.owner = nullptr;
     m_window.canvas.sized = nullptr;
+    m_window.canvas.restyled = nullptr;
     if (m_parent)
         m_parent->remove(*this);
     m_parent = nullptr;

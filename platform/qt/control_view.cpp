@@ -78,7 +78,8 @@ void WidgetView::control_changed()
         m_widget.setGeometry(place);
     m_widget.setEnabled(m_control->Enabled);
     m_widget.setVisible(m_control->Visible);
-    m_widget.setToolTip(to_qt(m_control->ToolTipText));
+    if (const QString tip = to_qt(m_control->ToolTipText); m_widget.toolTip() != tip)
+        m_widget.setToolTip(tip);
     redraw();
 }
 

@@ -38,6 +38,7 @@ DialogWindow::DialogWindow(Form& form, std::unique_ptr<Dialog> dialog)
 {
     m_dialog.owner = this;
     m_dialog.canvas.sized = [this] { report_client_size(m_dialog.canvas.size()); };
+    m_dialog.canvas.restyled = [this] { views().redraw_all(); };
     resize_to({ to_pixels(form.Width), to_pixels(form.Height) });
 }
 
@@ -47,6 +48,7 @@ void DialogWindow::detach()
 {
     m_dialog.owner = nullptr;
     m_dialog.canvas.sized = nullptr;
+    m_dialog.canvas.restyled = nullptr;
     QtFormWindow::detach();
 }
 

@@ -30,7 +30,7 @@ bool is_part_of_the_frame(const Control& control)
 
 bool keeps_its_size(const Control& control)
 {
-    return is_any_of<CommandButton, CheckBox, ComboBox, ScrollBar, Label>(control);
+    return is_any_of<CommandButton, CheckBox, ComboBox, ScrollBar, TextBox, Label>(control);
 }
 
 const Control* label_of(const Form& form, const Control& control)

@@ -7,6 +7,8 @@
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/twips.h"
 
+#include <QEvent>
+
 namespace tessavox {
 namespace {
 
@@ -76,7 +78,11 @@ void QtFormWindow::control_changed()
 {
     if (!m_form || !m_top)
         return;
-    m_top->setWindowTitle(as_title(m_form->Caption));
+    // The main window's title also tells the maximised document, so it isn't set again for nothing.
+    if (m_caption != m_form->Caption.get()) {
+        m_caption = m_form->Caption;
+        m_top->setWindowTitle(as_title(m_caption));
+    }
     if (m_width != m_form->Width || m_height != m_form->Height) {
         m_width = m_form->Width;
         m_height = m_form->Height;
@@ -149,6 +155,15 @@ void QtFormWindows::close(std::unique_ptr<FormWindow> window)
     if (auto* ours = dynamic_cast<QtFormWindow*>(window.get()))
         ours->detach();
     std::make_unique<ClosedWindow>(std::move(window), &m_closed).release(); // deletes itself
+}
+
+void ClientArea::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    const bool new_look = event->type() == QEvent::PaletteChange
+        || event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange;
+    if (new_look && restyled)
+        restyled();
 }
 
 void ClientArea::showEvent(QShowEvent* event)

@@ -48,12 +48,14 @@ private:
     QPointer<QWidget> m_top;
     FormViews m_views;
     bool m_was_shown = false;
+    std::string m_caption; // as shown
     WindowState m_state = WindowState::normal;
     double m_width;
     double m_height;
     QSize m_reported;
 };
 
+/// Makes the windows, and lets closed ones go.
 class QtFormWindows : public FormWindows {
 public:
     std::unique_ptr<FormWindow> open(Form& form) override;
@@ -64,13 +66,15 @@ private:
     QObject m_closed; // owns closed windows until the handlers that closed them have returned
 };
 
-/// A plain area that says when it is shown and resized.
+/// A plain area that says when it is shown or resized, and when the desktop's look changes.
 class ClientArea : public QWidget {
 public:
     using QWidget::QWidget;
     std::function<void()> sized;
+    std::function<void()> restyled;
 
 protected:
+    void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 };

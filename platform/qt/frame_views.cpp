@@ -16,7 +16,9 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QStatusBar>
+#include <QStyle>
 #include <QToolBar>
 
 #include <algorithm>
@@ -43,6 +45,33 @@ protected:
             fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()));
     }
 };
+
+/// The system's short form of a time, less its seconds: the clock moves once a minute.
+QString without_seconds(const QLocale& locale)
+{
+    static const QRegularExpression seconds("[^A-Za-z]?ss?");
+    return locale.timeFormat(QLocale::ShortFormat).remove(seconds);
+}
+
+struct ToolSign {
+    const char* key;
+    QStyle::StandardPixmap sign;
+};
+
+constexpr ToolSign tool_signs[] = {
+    { "New", QStyle::SP_FileIcon },
+    { "Open", QStyle::SP_DialogOpenButton },
+    { "Save", QStyle::SP_DialogSaveButton },
+};
+
+QIcon tool_icon(const std::string& key, const QStyle& style)
+{
+    for (const ToolSign& row : tool_signs) {
+        if (key == row.key)
+            return style.standardIcon(row.sign);
+    }
+    return {};
+}
 
 } // namespace
 
@@ -149,14 +178,15 @@ ToolBarView::ToolBarView(ToolBar& control, QMainWindow& window)
 {
     m_bar.setObjectName(to_qt(control.name()));
     m_bar.setMovable(false);
+    m_bar.setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     for (std::size_t i = 0; i < control.buttons().size(); ++i) {
         const ToolBar::Button& button = control.buttons()[i];
         if (button.Key.empty()) {
             m_actions.push_back(m_bar.addSeparator());
             continue;
         }
-        m_actions.push_back(
-            m_bar.addAction(to_qt(button.caption.empty() ? button.Key : button.caption)));
+        m_actions.push_back(m_bar.addAction(tool_icon(button.Key, *m_bar.style()),
+            to_qt(button.caption.empty() ? button.Key : button.caption)));
         connect(m_actions.back(), &QAction::triggered, this, [this, index = int(i) + 1] {
             if (m_control)
                 attempt([&] { m_control->user_press(index); });
@@ -232,7 +262,7 @@ void StatusBarView::show_clock()
         if (kind == StatusBar::PanelKind::date)
             m_panels[i]->setText(QLocale().toString(now.date(), QLocale::ShortFormat));
         else if (kind == StatusBar::PanelKind::time)
-            m_panels[i]->setText(QLocale().toString(now.time(), QLocale::ShortFormat));
+            m_panels[i]->setText(QLocale().toString(now.time(), without_seconds(QLocale())));
     }
     constexpr int minute_ms = 60'000;
     m_minute.start(minute_ms - now.time().msecsSinceStartOfDay() % minute_ms + 1);

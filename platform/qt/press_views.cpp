@@ -23,6 +23,7 @@ constexpr int big_button_height = 40;
 constexpr double big_button_text_scale = 1.3;
 constexpr int sign_side = 24;
 constexpr int text_margin = 6;
+constexpr int label_indent = 3;
 
 struct SignRow {
     const char* name;
@@ -120,16 +121,31 @@ public:
         , m_control(control)
         , m_label(label)
     {
+        label.setContentsMargins(label_indent, 0, 0, 0);
     }
 
 private:
     void redraw() override
     {
-        m_label.setText(fit_text(m_label, shown_caption(m_control), m_label.size()));
+        m_label.setText(
+            fit_text(m_label, shown_caption(m_control), m_label.size() - QSize(label_indent, 0)));
     }
 
     Label& m_control;
     QLabel& m_label;
+};
+
+/// An edge groups what has a name in common; without one there is nothing to see.
+class NamedGroup : public QGroupBox {
+public:
+    using QGroupBox::QGroupBox;
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        if (!title().isEmpty())
+            QGroupBox::paintEvent(event);
+    }
 };
 
 class FrameView : public WidgetView {
@@ -167,7 +183,7 @@ std::unique_ptr<WidgetView> view_label(Label& label, QWidget& parent)
 
 std::unique_ptr<WidgetView> view_frame(Frame& frame, QWidget& parent)
 {
-    return std::make_unique<FrameView>(frame, make_child<QGroupBox>(&parent));
+    return std::make_unique<FrameView>(frame, make_child<NamedGroup>(&parent));
 }
 
 } // namespace tessavox

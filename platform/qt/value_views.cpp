@@ -11,7 +11,10 @@
 #include "platform/qt/view_makers.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
+#include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPointer>
 #include <QScreen>
@@ -25,7 +28,9 @@ namespace {
 
 constexpr int visible_list_entries = 20;
 
-/// A list whose popup is as wide as its longest entry needs, whatever the width of the box.
+/// A list whose popup is as wide as its longest entry needs, whatever the width of the box. What is
+/// typed finds the entry that begins with it, or else one that contains it; blanks too may be part
+/// of a name.
 class WideComboBox : public QComboBox {
 public:
     using QComboBox::QComboBox;
@@ -39,6 +44,34 @@ public:
         list.setTextElideMode(Qt::ElideRight);
         QComboBox::showPopup();
     }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        const bool goes_on = m_since_key.isValid()
+            && !m_since_key.hasExpired(QApplication::keyboardInputInterval());
+        if (!goes_on)
+            m_typed.clear();
+        const bool is_text = !isEditable() && !event->text().isEmpty()
+            && event->text().front().isPrint()
+            && !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier))
+            && (goes_on || event->key() != Qt::Key_Space);
+        if (!is_text)
+            return QComboBox::keyPressEvent(event);
+        m_typed += event->text();
+        m_since_key.start();
+        int found = findText(m_typed, Qt::MatchStartsWith);
+        if (found < 0)
+            found = findText(m_typed, Qt::MatchContains);
+        if (found < 0 || found == currentIndex())
+            return;
+        setCurrentIndex(found);
+        emit activated(found);
+    }
+
+private:
+    QString m_typed;
+    QElapsedTimer m_since_key;
 };
 
 class ComboBoxView : public WidgetView {
@@ -79,8 +112,9 @@ private:
         const QString text = to_qt(m_control.Text);
         if (QLineEdit* line = m_box.lineEdit(); line && line->text() != text)
             line->setText(text);
-        if (m_control.ToolTipText.get().empty())
-            m_box.setToolTip(text); // the box may be too narrow for it
+        // The box may be too narrow for its entry; the tool tip has room for it.
+        const QString tip = to_qt(m_control.ToolTipText);
+        m_box.setToolTip(tip.isEmpty() ? text : text.isEmpty() ? tip : tip + "\n" + text);
     }
 
     ComboBox& m_control;

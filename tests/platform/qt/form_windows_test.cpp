@@ -59,7 +59,7 @@ TEST_F(Windows, AWindowTooSmallForTheControlsScrolls)
     window("DemoChild").resize(150, 120);
     desktop.settle();
     EXPECT_GE(child->ScaleWidth(), child->button.Width());
-    EXPECT_GE(child->ScaleHeight(), child->line.Top() + child->line.Height());
+    EXPECT_GE(child->ScaleHeight() + twips_per_pixel, child->line.Top() + child->line.Height());
 }
 
 TEST_F(Windows, AChildMayRefuseToCloseAndGoesWhenItAgrees)
@@ -110,7 +110,7 @@ TEST_F(Windows, TheUserActivatesAndMinimisesDocuments)
     EXPECT_EQ(first->activations, 2);
     window("first").showMinimized();
     desktop.settle();
-    EXPECT_EQ(first->window_state, WindowState::minimised);
+    EXPECT_EQ(first->window_state.get(), WindowState::minimised);
     first->window_state = WindowState::normal;
     EXPECT_FALSE(window("first").isMinimized());
 }
