@@ -1,0 +1,145 @@
+#include "tests/fakes/fake_platform.h"
+
+#include "platform/failure.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace tessavox {
+
+namespace {
+
+class FakeWindow : public FormWindow, public ControlView {
+public:
+    FakeWindow(FakeWindows& windows, Form& form)
+        : m_windows(windows)
+        , m_form(form)
+    {
+        m_form.set_view(this);
+    }
+    Form& form() { return m_form; }
+
+    void focus(Control& control) override
+    {
+        if (!m_windows.is_on_screen(m_form))
+            throw Failure("a hidden window can't have the focus");
+        m_windows.focused = &control;
+    }
+    void bring_forward() override { m_windows.in_front = &m_form; }
+    void control_changed() override
+    {
+        const auto forms = m_windows.open_forms;
+        for (Form* form : forms) { // a child comes on the screen with its parent
+            if (m_windows.is_on_screen(*form) && m_windows.sized.insert(form).second)
+                form->client_resized(m_windows.client_width, m_windows.client_height);
+        }
+    }
+
+private:
+    FakeWindows& m_windows;
+    Form& m_form;
+};
+
+} // namespace
+
+std::string FakeFiles::read(const std::string& path)
+{
+    count_call();
+    const auto found = files.find(path);
+    if (found == files.end())
+        throw Failure("there is no " + path);
+    return found->second;
+}
+
+void FakeFiles::write(const std::string& path, const std::string& bytes)
+{
+    count_call();
+    if (refused.contains(path) || path.empty())
+        throw Failure(path + " can't be written");
+    files[path] = bytes;
+}
+
+void FakeFiles::count_call()
+{
+    if (m_calls_until_failure > 0 && --m_calls_until_failure == 0)
+        throw Failure("this call was told to fail");
+}
+
+MessageAnswer FakeMessageBoxes::show(
+    const std::string& text, const std::string& title, MessageButtons buttons, MessageIcon icon)
+{
+    shown.push_back({ text, title, buttons, icon });
+    if (buttons == MessageButtons::ok)
+        return MessageAnswer::ok;
+    if (answers.empty()) {
+        ADD_FAILURE() << "nobody expected the question: " << text;
+        return MessageAnswer::cancel;
+    }
+    const MessageAnswer answer = answers.front();
+    answers.pop_front();
+    return answer;
+}
+
+std::optional<std::string> FakeDialogs::ShowOpen(const FileDialogRequest& request)
+{
+    return answer(request);
+}
+
+std::optional<std::string> FakeDialogs::ShowSave(const FileDialogRequest& request)
+{
+    return answer(request);
+}
+
+std::optional<std::string> FakeDialogs::answer(const FileDialogRequest& request)
+{
+    requests.push_back(request);
+    if (answers.empty()) {
+        ADD_FAILURE() << "nobody expected the dialog " << request.DialogTitle;
+        return std::nullopt;
+    }
+    const auto answer = answers.front();
+    answers.pop_front();
+    return answer;
+}
+
+std::unique_ptr<FormWindow> FakeWindows::open(Form& form)
+{
+    open_forms.push_back(&form);
+    return std::make_unique<FakeWindow>(*this, form);
+}
+
+void FakeWindows::close(std::unique_ptr<FormWindow> window)
+{
+    Form* const form = &static_cast<FakeWindow&>(*window).form();
+    std::erase(open_forms, form);
+    sized.erase(form);
+}
+
+bool FakeWindows::is_on_screen(const Form& form) const
+{
+    const auto is_hidden_parent = [](const Form* other) {
+        return other->kind() == FormKind::mdi_parent && !other->Visible;
+    };
+    return form.Visible
+        && (form.kind() != FormKind::mdi_child
+            || std::none_of(open_forms.begin(), open_forms.end(), is_hidden_parent));
+}
+
+FakePlatform::FakePlatform()
+    : platform{ windows, [this](std::function<void()> call) { posted.push_back(std::move(call)); },
+        [this] { has_quit = true; }, files, clipboard, boxes, dialogs, screen, panes, speech,
+        "/home/conf", "/app", {} }
+{
+}
+
+void FakePlatform::run_posted()
+{
+    while (!posted.empty()) {
+        const auto call = std::move(posted.front());
+        posted.pop_front();
+        call();
+    }
+}
+
+} // namespace tessavox

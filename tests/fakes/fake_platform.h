@@ -1,0 +1,112 @@
+// Everything outside the program, for one test.
+#pragma once
+
+#include "platform/services.h"
+#include "tests/fakes/fake_pane.h"
+#include "tests/fakes/recording_voice.h"
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace tessavox {
+
+class FakeFiles : public FileStore {
+public:
+    std::string read(const std::string& path) override;
+    void write(const std::string& path, const std::string& bytes) override;
+    /// The n-th call from now on, reads and writes counted together from 1, fails.
+    void fail_call(int n) { m_calls_until_failure = n; }
+
+    std::map<std::string, std::string> files;
+    std::set<std::string> refused; // paths that can't be written
+
+private:
+    void count_call();
+    int m_calls_until_failure = 0;
+};
+
+class FakeClipboard : public Clipboard {
+public:
+    TextSlice GetText() override { return text; }
+    std::u16string text;
+};
+
+class FakeMessageBoxes : public MessageBoxes {
+public:
+    struct Box {
+        std::string text;
+        std::string title;
+        MessageButtons buttons;
+        MessageIcon icon;
+    };
+    MessageAnswer show(const std::string& text, const std::string& title, MessageButtons buttons,
+        MessageIcon icon) override;
+    std::vector<Box> take_shown() { return std::exchange(shown, {}); }
+
+    std::vector<Box> shown;
+    std::deque<MessageAnswer> answers; // for boxes that ask; a question without one fails the test
+};
+
+class FakeDialogs : public FileDialogs {
+public:
+    std::optional<std::string> ShowOpen(const FileDialogRequest& request) override;
+    std::optional<std::string> ShowSave(const FileDialogRequest& request) override;
+
+    std::vector<FileDialogRequest> requests;
+    std::deque<std::optional<std::string>> answers; // a dialog without one fails the test
+private:
+    std::optional<std::string> answer(const FileDialogRequest& request);
+};
+
+class FakeScreen : public Screen {
+public:
+    void set_MousePointer(MousePointer wanted) override { pointer = wanted; }
+    bool has_tray_icon() const override { return tray_icon; }
+    MousePointer pointer = MousePointer::normal;
+    bool tray_icon = false;
+};
+
+class FakePanes : public RichTextPanes {
+public:
+    std::unique_ptr<RichTextPane> create() override { return std::make_unique<FakePane>(); }
+};
+
+/// Windows without a screen: each has a client area, and one control of all has the focus.
+class FakeWindows : public FormWindows {
+public:
+    std::unique_ptr<FormWindow> open(Form& form) override;
+    void close(std::unique_ptr<FormWindow> window) override;
+
+    double client_width = 12000; // twips, of every window
+    double client_height = 9000;
+    Control* focused = nullptr;
+    Form* in_front = nullptr;
+    std::vector<Form*> open_forms;
+    /// Whether it and, of a child, its parent are visible.
+    bool is_on_screen(const Form& form) const;
+    std::set<Form*> sized; // those that have been told their client size
+};
+
+struct FakePlatform {
+    FakePlatform();
+    /// Runs what was posted, and what that posts, until nothing is left.
+    void run_posted();
+
+    FakeWindows windows;
+    std::deque<std::function<void()>> posted;
+    bool has_quit = false;
+    FakeFiles files;
+    FakeClipboard clipboard;
+    FakeMessageBoxes boxes;
+    FakeDialogs dialogs;
+    FakeScreen screen;
+    FakePanes panes;
+    RecordingSpeech speech;
+    Platform platform;
+};
+
+} // namespace tessavox

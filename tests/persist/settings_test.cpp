@@ -1,0 +1,79 @@
+#include "persist/settings_files.h"
+
+#include "persist/number_text.h"
+#include "platform/failure.h"
+#include "speech/formats.h"
+#include "tests/fakes/fake_platform.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+namespace tessavox {
+namespace {
+
+TEST(Settings, AreBuiltByteForByte)
+{
+    EXPECT_EQ(speech_settings_text({ "16kHz 8Bit Mono", -1, -10, 1, "http://a.example/" }),
+        "\r\n16kHz 8Bit Mono\r\n-1\r\n-10\r\n 1\r\nhttp://a.example/\r\n");
+    EXPECT_EQ(speech_settings_text({ "", 0, 10, 0, "" }), "\r\n\r\n 0\r\n 10\r\n 0\r\n\r\n");
+
+    UrlHistory history;
+    EXPECT_EQ(history_settings_text(history), "\r\n");
+    history[0] = "a";
+    history[3] = "say \"b\"";
+    history[10] = "c";
+    history[11] = "in memory only";
+    EXPECT_EQ(history_settings_text(history), "\r\na\r\nsay \"b\"\r\nc\r\n");
+
+    EXPECT_EQ(opened_text(true), "\r\n1\r\n");
+    EXPECT_EQ(command_flags_text(CommandFlag::none), "\r\n0\r\n0\r\n0\r\n0\r\n");
+    EXPECT_EQ(command_flags_text(CommandFlag::pause), "\r\n0\r\n1\r\n0\r\n0\r\n");
+}
+
+TEST(Settings, NumbersReadAsAPersonMeansThem)
+{
+    const std::pair<const char*, int> good[] = { { " 0", 0 }, { "-1", -1 }, { " 12 ", 12 },
+        { "+7", 7 }, { "10.4", 10 }, { "10.5", 10 }, { "11.5", 12 }, { "-2.5", -2 }, { "1e2", 100 },
+        { "32767", 32767 }, { "-32768", -32768 }, { "32767.4", 32767 }, { "007", 7 } };
+    for (const auto& [text, number] : good)
+        EXPECT_EQ(to_integer16(text), number) << text;
+    const char* const bad[] = { "", " ", "\"", "one", "1 2", "0x10", "1,5", "nan", "inf", "-", "+",
+        "+-1", "--1", "1e", "32768", "-32769", "1e300", "1e999", "48kHz", "True" };
+    for (const char* text : bad)
+        EXPECT_THROW(to_integer16(text), Failure) << text;
+}
+
+TEST(Settings, TruthReadsFromWordsAndNumbers)
+{
+    for (const char* text : { "True", "true", " TRUE ", "1", "-1", "0.5" })
+        EXPECT_TRUE(to_boolean(text)) << text;
+    for (const char* text : { "False", "false", "0", " 0" })
+        EXPECT_FALSE(to_boolean(text)) << text;
+    for (const char* text : { "", "yes", "Truth", "\"" })
+        EXPECT_THROW(to_boolean(text), Failure) << text;
+}
+
+/// The files of a first start have to be what the program itself would write.
+TEST(Settings, ShippedFilesHaveTheFormOfWrittenOnes)
+{
+    const std::pair<const char*, std::string> shipped[] = {
+        { opened_file, opened_text(false) },
+        { web_file, command_flags_text(CommandFlag::none) },
+        { control_file, command_flags_text(CommandFlag::none) },
+        { speech_settings_file,
+            speech_settings_text({ formats[35].text, 0, 0, 1, "http://www.example.org/" }) },
+        { font_settings_file, "\r\nComic Sans MS\r\n 12\r\nFalse\r\n" },
+        { history_settings_file, history_settings_text({}) },
+    };
+    for (const auto& [name, text] : shipped) {
+        std::ifstream file(std::string(TESSAVOX_SHARE "/conf") + name, std::ios::binary);
+        std::stringstream bytes;
+        bytes << file.rdbuf();
+        EXPECT_EQ(bytes.str(), '"' + text + "\"\r\n") << name;
+    }
+}
+
+} // namespace
+} // namespace tessavox
