@@ -12,6 +12,7 @@ namespace tessavox::voice {
 namespace {
 
 constexpr int slices_a_second = 20;
+constexpr std::size_t longest_first_units = 240; // a dozen seconds of speech, some ms of work
 constexpr int usual_rate = 22050; // for a silence before the first word
 
 } // namespace
@@ -70,11 +71,25 @@ std::optional<LiveReading::Placed> LiveReading::next_placed()
     return Placed{ std::move(*item), std::move(place) };
 }
 
+// The sound starts when the first utterance is rendered, so a very long one is given in two parts.
+void LiveReading::shorten_first(Placed& placed)
+{
+    auto* utterance = std::get_if<Utterance>(&placed.item);
+    if (!utterance || !m_in_flight.empty())
+        return;
+    const std::size_t division = division_of(*utterance, longest_first_units);
+    if (division == 0)
+        return;
+    m_backlog.push_front({ rest_of(*utterance, division), placed.place });
+    *utterance = start_of(*utterance, division);
+}
+
 bool LiveReading::begin_next_item()
 {
     std::optional<Placed> placed = next_placed();
     if (!placed)
         return false;
+    shorten_first(*placed);
     forget_heard();
     m_samples.clear();
     m_converted = 0;

@@ -45,6 +45,7 @@ private:
     };
 
     std::optional<Placed> next_placed();
+    void shorten_first(Placed& placed);
     bool begin_next_item();
     void begin_utterance(Segment& segment, const Utterance& utterance);
     void begin_silence(const Silence& silence);

@@ -105,6 +105,39 @@ Utterance rest_of(const Utterance& utterance, std::size_t first)
     return rest;
 }
 
+Utterance start_of(const Utterance& utterance, std::size_t end)
+{
+    Utterance start = utterance;
+    start.text.resize(utterance.tokens[end].begin);
+    start.tokens.resize(end);
+    start.ends_sentence = false;
+    return start;
+}
+
+std::size_t division_of(const Utterance& utterance, std::size_t most_units)
+{
+    if (utterance.text.size() <= most_units || !utterance.pronunciation.empty())
+        return 0;
+    constexpr std::u16string_view marks = u",;:)";
+    std::size_t best = 0;
+    bool best_has_mark = false;
+    for (std::size_t i = 1; i < utterance.tokens.size(); ++i) {
+        const Token& token = utterance.tokens[i];
+        if (token.begin > most_units)
+            break;
+        const Token& before = utterance.tokens[i - 1];
+        const std::u16string_view between
+            = std::u16string_view(utterance.text)
+                  .substr(before.begin + before.length, token.begin - before.begin - before.length);
+        const bool has_mark = between.find_first_of(marks) != std::u16string_view::npos;
+        if (has_mark || !best_has_mark) {
+            best = i;
+            best_has_mark = has_mark && token.begin > most_units / 4;
+        }
+    }
+    return best;
+}
+
 void scale_to_style(std::vector<std::int16_t>& samples, const SpeechStyle& style)
 {
     if (style.volume == 100)

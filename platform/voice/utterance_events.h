@@ -28,6 +28,14 @@ void append_levels(std::span<const std::int16_t> samples, int sample_rate, int c
 /// The utterance from its token `first` on, to be spoken anew.
 Utterance rest_of(const Utterance& utterance, std::size_t first);
 
+/// The utterance up to, not including, its token `end`.
+Utterance start_of(const Utterance& utterance, std::size_t end);
+
+/// The token before which an utterance of more than `most_units` of text is best divided, so that
+/// its first part has no more: behind a punctuation mark if there is one far enough on. 0: leave it
+/// whole.
+std::size_t division_of(const Utterance& utterance, std::size_t most_units);
+
 /// Applies the volume that markup asks for.
 void scale_to_style(std::vector<std::int16_t>& samples, const SpeechStyle& style);
 
