@@ -1,0 +1,322 @@
+// How fast the voice is: from Speak to the first sound, and a text saved to a file beside the
+// programs that its engines come with. Prints one line a number; a ratio under 1 is better than the
+// program that it is compared with.
+//
+// bench_voice [--helper PROGRAM] [--quick]: PROGRAM renders long texts (tessavox-voice-helper).
+#include "platform/failure.h"
+#include "platform/voice/engines/voice_catalog.h"
+#include "platform/voice/sound/audio_sink.h"
+#include "platform/voice/speech_service.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <mutex>
+#include <string>
+#include <sys/resource.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using namespace tessavox;
+using namespace tessavox::voice;
+using Clock = std::chrono::steady_clock;
+
+double milliseconds_since(Clock::time_point start)
+{
+    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+// Tells when the first frames come; for the rest it is a clock.
+class FirstWrite {
+public:
+    void written()
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_written)
+            return;
+        m_written = true;
+        m_when = Clock::now();
+        m_condition.notify_one();
+    }
+    Clock::time_point wait()
+    {
+        std::unique_lock lock(m_mutex);
+        m_condition.wait(lock, [this] { return m_written; });
+        return m_when;
+    }
+    void reset()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_written = false;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_condition;
+    bool m_written = false;
+    Clock::time_point m_when;
+};
+
+class WatchedSink : public AudioSink {
+public:
+    WatchedSink(PcmFormat format, FirstWrite& first)
+        : m_clock(make_clock_sink(format))
+        , m_first(first)
+    {
+    }
+    PcmFormat format() const override { return m_clock->format(); }
+    std::size_t writable() override { return m_clock->writable(); }
+    void write(std::span<const std::byte> frames) override
+    {
+        m_clock->write(frames);
+        m_first.written();
+    }
+    void finish() override { m_clock->finish(); }
+    std::uint64_t played() override { return m_clock->played(); }
+    void pause() override { m_clock->pause(); }
+    void resume() override { m_clock->resume(); }
+    void flush() override { m_clock->flush(); }
+    bool alive() const override { return true; }
+
+private:
+    std::unique_ptr<AudioSink> m_clock;
+    FirstWrite& m_first;
+};
+
+class WatchedServer : public SoundServer {
+public:
+    explicit WatchedServer(FirstWrite& first)
+        : m_first(first)
+    {
+    }
+    std::unique_ptr<AudioSink> open(
+        PcmFormat format, const std::string&, std::function<void()>) override
+    {
+        return std::make_unique<WatchedSink>(format, m_first);
+    }
+    std::vector<Output> outputs() override { return {}; }
+
+private:
+    FirstWrite& m_first;
+};
+
+class Deaf : public SpeechVoiceEvents {
+    void Voice_StartStream(std::int32_t, std::int64_t) override { }
+    void Voice_EndStream(std::int32_t, std::int64_t) override { }
+    void Voice_VoiceChange(std::int32_t, std::int64_t, const SpeechObjectToken&) override { }
+    void Voice_Bookmark(std::int32_t, std::int64_t, const std::string&, std::int32_t) override { }
+    void Voice_Word(std::int32_t, std::int64_t, std::int32_t, std::int32_t) override { }
+    void Voice_Sentence(std::int32_t, std::int64_t, std::int32_t, std::int32_t) override { }
+    void Voice_Phoneme(
+        std::int32_t, std::int64_t, std::int32_t, std::int16_t, std::int32_t, std::int16_t) override
+    {
+    }
+    void Voice_Viseme(
+        std::int32_t, std::int64_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t) override
+    {
+    }
+    void Voice_AudioLevel(std::int32_t, std::int64_t, std::int32_t) override { }
+    void Voice_EnginePrivate(std::int32_t, std::int32_t, std::int64_t) override { }
+};
+
+std::u16string english(std::size_t units)
+{
+    constexpr std::u16string_view sentences[] = {
+        u"The quick brown fox jumps over the lazy dog, and nobody in the village takes notice. ",
+        u"Is there any reason to believe that the river will rise again before the morning? ",
+        u"He walked to the station, bought a ticket for the last train and waited in the cold. ",
+        u"What the old man had written in his letter was read aloud to all who came that night. ",
+    };
+    std::u16string text;
+    for (std::size_t i = 0; text.size() < units; ++i)
+        text += sentences[i % std::size(sentences)];
+    text.resize(units);
+    return text;
+}
+
+long resident_kilobytes()
+{
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("VmRSS:"))
+            return std::strtol(line.c_str() + 6, nullptr, 10);
+    }
+    return 0;
+}
+
+/// Looks at the memory of this process every few milliseconds until it ends.
+class MemoryPeak {
+public:
+    MemoryPeak()
+        : m_thread([this] {
+            while (!m_over) {
+                m_peak = std::max(m_peak, resident_kilobytes());
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            }
+        })
+    {
+    }
+    long end()
+    {
+        m_over = true;
+        m_thread.join();
+        return m_peak;
+    }
+
+private:
+    std::atomic<bool> m_over{ false };
+    long m_peak = 0;
+    std::thread m_thread;
+};
+
+class Bench {
+public:
+    Bench(const std::string& helper, bool quick)
+        : m_rounds(quick ? 3 : 5)
+    {
+        SpeechServiceOptions options;
+        options.post = [](const std::function<void()>&) {};
+        options.helper_path = helper;
+        options.helpers = helper.empty() ? 0 : 2;
+        m_service = make_speech_service(
+            std::move(options), make_installed_catalog(), std::make_unique<WatchedServer>(m_first));
+        m_voice = m_service->create_voice(m_deaf);
+        std::filesystem::create_directories(m_folder);
+    }
+    ~Bench() { std::filesystem::remove_all(m_folder); }
+
+    void set_voice(const std::string& id)
+    {
+        SpeechObjectToken token;
+        token.id = id;
+        m_voice->set_Voice(token);
+    }
+
+    void first_sound(const char* what, const TextSlice& text)
+    {
+        std::vector<double> call;
+        std::vector<double> sound;
+        for (int i = 0; i < 20; ++i) {
+            m_first.reset();
+            const auto start = Clock::now();
+            m_voice->Speak(text, SVSFlagsAsync | SVSFIsXML);
+            call.push_back(milliseconds_since(start));
+            sound.push_back(
+                std::chrono::duration<double, std::milli>(m_first.wait() - start).count());
+            m_voice->Speak(u"", SVSFPurgeBeforeSpeak);
+        }
+        std::printf("first sound, %s: %.2f ms (worst %.2f), the call %.3f ms\n", what,
+            median(sound), *std::max_element(sound.begin(), sound.end()), median(call));
+    }
+
+    double save(const TextSlice& text, int type)
+    {
+        const auto start = Clock::now();
+        const auto stream = m_service->create_file_stream();
+        stream->set_FormatType(type);
+        stream->Open(m_folder / "ours.wav", SSFMCreateForWrite, false);
+        m_voice->set_AudioOutputStream(stream);
+        m_voice->Speak(text, SVSFlagsAsync | SVSFIsNotXML);
+        m_voice->WaitUntilDone(-1);
+        m_voice->set_AudioOutput(std::nullopt);
+        stream->Close();
+        return milliseconds_since(start);
+    }
+
+    // Ours and theirs in turn, so that what else the machine does weighs on both.
+    void against(const char* what, const TextSlice& text, int type, const std::string& command)
+    {
+        const std::string in = m_folder / "text.txt";
+        std::ofstream(in) << to_utf8(text.view());
+        const std::string line = command + " -f " + in
+            + (command.starts_with("flite") ? " -o " : " -w ") + (m_folder / "theirs.wav").string()
+            + " > /dev/null 2>&1";
+        std::vector<double> ours;
+        std::vector<double> theirs;
+        for (int i = 0; i < m_rounds; ++i) {
+            ours.push_back(save(text, type));
+            const auto start = Clock::now();
+            if (std::system(line.c_str()) != 0) {
+                std::printf("%s: %s is not installed\n", what, command.c_str());
+                return;
+            }
+            theirs.push_back(milliseconds_since(start));
+        }
+        std::printf("%s: %.0f ms, %s %.0f ms, ratio %.2f\n", what, median(ours), command.c_str(),
+            median(theirs), median(ours) / median(theirs));
+    }
+
+    void memory(const TextSlice& text)
+    {
+        save(english(1000), 22);
+        const long idle = resident_kilobytes();
+        MemoryPeak peak;
+        const double time = save(text, 22);
+        std::printf("memory while saving %zu units: %.1f MB above idle, in %.0f s\n", text.size(),
+            static_cast<double>(peak.end() - idle) / 1024, time / 1000);
+    }
+
+private:
+    const int m_rounds;
+    const std::filesystem::path m_folder
+        = std::filesystem::temp_directory_path() / ("bench-voice-" + std::to_string(getpid()));
+    FirstWrite m_first;
+    Deaf m_deaf;
+    std::unique_ptr<SpeechService> m_service;
+    std::unique_ptr<SpeechVoice> m_voice;
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::string helper;
+    bool quick = false;
+    for (int i = 1; i < argc; ++i) {
+        const std::string argument = argv[i];
+        if (argument == "--helper" && i + 1 < argc)
+            helper = argv[++i];
+        else if (argument == "--quick")
+            quick = true;
+    }
+    try {
+        Bench bench(helper, quick);
+        bench.set_voice("espeak:gmw/en");
+        const TextSlice book(english(10'000'000));
+        bench.first_sound("10 words", u"One two three four five six seven eight nine ten.");
+        bench.first_sound("100 kB", english(100'000));
+        bench.first_sound("10 MB", book);
+        bench.first_sound("10 MB without a sentence end", [] {
+            std::u16string text;
+            while (text.size() < 10'000'000)
+                text += u"words and more words and still no end of it ";
+            return TextSlice(std::move(text));
+        }());
+        const TextSlice chapter(english(100'000));
+        bench.against("save 100 kB, 22 kHz mono", chapter, 22, "espeak-ng -v gmw/en");
+        bench.against("save 100 kB, 48 kHz stereo", chapter, 39, "espeak-ng -v gmw/en");
+        bench.set_voice("flite:kal16");
+        bench.against("save 20 kB with kal16", english(20'000), 18, "flite -voice kal16");
+        bench.set_voice("espeak:gmw/en");
+        if (!quick)
+            bench.memory(book);
+    } catch (const Failure& failure) {
+        std::cerr << failure.what() << '\n';
+        return 1;
+    }
+    return 0;
+}
