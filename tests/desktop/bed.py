@@ -4,6 +4,7 @@ For use inside with_desktop. The program is named by TESSAVOX_PROGRAM."""
 
 import array
 import os
+import shutil
 import subprocess
 import tempfile
 import time
@@ -22,6 +23,11 @@ SILENCE_PEAK = 100  # of 32767; speech peaks lie above 3000
 
 program_path = os.environ.get("TESSAVOX_PROGRAM", "")
 config_folder = os.path.join(os.environ.get("XDG_CONFIG_HOME", ""), "tessavox", "conf")
+
+
+def forget_settings():
+    """Makes the next start a first one. A program that was killed still counts as running."""
+    shutil.rmtree(config_folder, ignore_errors=True)
 
 
 def wait_for(condition, what, seconds=PATIENCE_SECONDS):
@@ -99,7 +105,7 @@ class Control:
     @property
     def box(self):
         """Left, top, width, height on the screen."""
-        box = self.node.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+        box = Atspi.Component.get_extents(self.node, Atspi.CoordType.SCREEN)
         return box.x, box.y, box.width, box.height
 
     def click(self, button=1):
@@ -113,58 +119,66 @@ class Control:
 
     @property
     def value(self):
-        return self.node.get_value_iface().get_current_value()
+        return Atspi.Value.get_current_value(self.node)
 
     def drag_to_end(self, direction):
-        """Drags the thumb of a scroll bar, which stands in the middle, to the left or right end."""
+        """Drags the thumb of a scroll bar to the left (-1) or right (1) end."""
         left, top, width, height = self.box
-        middle, y = left + width // 2, top + height // 2
-        xdotool("mousemove", middle, y, "mousedown", 1)
+        lowest = Atspi.Value.get_minimum_value(self.node)
+        share = (self.value - lowest) / (Atspi.Value.get_maximum_value(self.node) - lowest)
+        ends = 25  # the arrow and half the thumb
+        x, y = int(left + ends + share * (width - 2 * ends)), top + height // 2
+        xdotool("mousemove", x, y, "mousedown", 1)
         # A bar follows the pointer only after it has seen it move.
-        for step in (10, 20, width):
-            xdotool("mousemove", middle + direction * step, y)
+        for step in (5, 10, width):
+            xdotool("mousemove", "--", max(0, x + direction * step), y)
         xdotool("mouseup", 1)
 
     def choose(self, index):
-        """Chooses an entry of a combo box by its position, with the keyboard. Returns its text."""
-        entry = self.node.get_child_at_index(0).get_child_at_index(index).get_name()
-        self.node.get_component_iface().grab_focus()
-        wait_for(lambda: self.has(Atspi.StateType.FOCUSED), "the list has the focus")
-        keys("Home", *["Down"] * index)
-        wait_for(lambda: self.name == entry, f"'{entry}' is chosen")
+        """Chooses an entry of a list by its position, with mouse and keys. Returns its text."""
+        entries = self.children()[0]
+        entry = Control(entries.node.get_child_at_index(index)).name
+        # A program that is slow to open its list takes the end of the click for a choice.
+        for last in (False, True):
+            self.press()
+            try:
+                wait_for(lambda: entries.showing, "the open list", 5)
+                break
+            except AssertionError:
+                if last:
+                    raise
+        keys("Home", *["Down"] * index, "Return")
+        wait_for(lambda: not entries.showing and self.name == entry, f"'{entry}' is chosen")
         return entry
 
 
 class TextPane(Control):
     @property
     def text(self):
-        iface = self.node.get_text_iface()
-        return Atspi.Text.get_text(iface, 0, Atspi.Text.get_character_count(iface))
+        return Atspi.Text.get_text(self.node, 0, Atspi.Text.get_character_count(self.node))
 
     @text.setter
     def text(self, text):
-        Atspi.EditableText.set_text_contents(self.node.get_editable_text_iface(), text)
+        Atspi.EditableText.set_text_contents(self.node, text)
         wait_for(lambda: self.text == text, "the new text")
 
     @property
     def caret(self):
-        return Atspi.Text.get_caret_offset(self.node.get_text_iface())
+        return Atspi.Text.get_caret_offset(self.node)
 
     @caret.setter
     def caret(self, offset):
-        iface = self.node.get_text_iface()
-        if Atspi.Text.get_n_selections(iface):
-            Atspi.Text.remove_selection(iface, 0)
-        Atspi.Text.set_caret_offset(iface, offset)
+        if Atspi.Text.get_n_selections(self.node):
+            Atspi.Text.remove_selection(self.node, 0)
+        Atspi.Text.set_caret_offset(self.node, offset)
         wait_for(lambda: self.selection == (offset, offset), f"the caret at {offset}")
 
     @property
     def selection(self):
         """Its begin and end, both the caret where nothing is selected."""
-        iface = self.node.get_text_iface()
-        if not Atspi.Text.get_n_selections(iface):
+        if not Atspi.Text.get_n_selections(self.node):
             return (self.caret, self.caret)
-        found = Atspi.Text.get_selection(iface, 0)
+        found = Atspi.Text.get_selection(self.node, 0)
         return (found.start_offset, found.end_offset)
 
     @property
@@ -174,7 +188,7 @@ class TextPane(Control):
 
     def select(self, begin, end):
         self.caret = begin
-        Atspi.Text.add_selection(self.node.get_text_iface(), begin, end)
+        Atspi.Text.add_selection(self.node, begin, end)
         wait_for(lambda: self.selection == (begin, end), f"a selection from {begin} to {end}")
 
 
@@ -231,19 +245,20 @@ class Program:
 
     def answer(self, message, button="OK"):
         """Presses a button of a message box. Returns the message's text."""
-        text = " ".join(part.name for part in message.walk() if part.role == "label")
+        text = " ".join(part.name for part in message.walk() if part.role == "label" and part.name)
         next(part for part in message.walk()
              if part.role == "push button" and part.name.replace("&", "") == button).press()
         wait_for(lambda: not self.message() or self.message().node != message.node,
                  f"the message '{text}' goes away")
         return text
 
-    def find_all(self, role, name=None, description=None):
+    def find_all(self, role, name=None, description=""):
+        """The controls of that kind and name whose description begins with `description`."""
         return [control for control in self.application.walk()
                 if control.role == role and name in (None, control.name)
-                and description in (None, control.description)]
+                and control.description.startswith(description)]
 
-    def find(self, role, name=None, description=None):
+    def find(self, role, name=None, description=""):
         """The shown control of that kind; waits until there is one."""
         return wait_for(lambda: next((control for control in self.find_all(role, name, description)
                                       if control.showing), None),
@@ -251,6 +266,11 @@ class Program:
 
     def button(self, name):
         return self.find("push button", name)
+
+    def read(self):
+        self.button("Read").press()
+        stop = self.find_all("push button", "Stop")[0]
+        wait_for(lambda: stop.enabled, "the reading begins")
 
     def text_pane(self):
         return TextPane(self.find("text").node)
@@ -260,25 +280,35 @@ class Program:
         return next((control.name for control in self.find_all("label")
                      if control.name.startswith(start)), "")
 
-    def follow_reading(self, until_idle=True, count=None):
-        """The selections that come by, until the Read button is enabled again, or `count` came."""
-        read, pane, seen = self.button("Read"), self.text_pane(), []
+    def wait_until_idle(self):
+        read = self.button("Read")
+        wait_for(lambda: read.enabled, "the end of the reading", 120)
 
-        def done():
-            idle = until_idle and read.enabled
+    def follow_reading(self, button="Read"):
+        """Presses the button and returns the selections that come by until the reading is over."""
+        start, read, stop, pane = (self.button(button), self.button("Read"),
+                                   self.find_all("push button", "Stop")[0], self.text_pane())
+        seen = [pane.selection]
+        start.press()
+        wait_for(lambda: stop.enabled, "the reading begins")
+
+        def over():
+            idle = read.enabled
             selection = pane.selection
-            if not seen or seen[-1] != selection:
+            if seen[-1] != selection:
                 seen.append(selection)
-            return idle or (count and len(seen) >= count)
-        wait_for(done, "the end of the reading", 120)
+            return idle
+        wait_for(over, "the end of the reading", 120)
         return seen
 
     def close(self):
         """Asks the window manager to close the main window; returns the exit code."""
-        windows = subprocess.run(["wmctrl", "-lp"], check=True, text=True, capture_output=True)
-        own = [line.split()[0] for line in windows.stdout.splitlines()
-               if line.split()[2] == str(self.process.pid)]
-        subprocess.run(["wmctrl", "-i", "-c", own[0]], check=True)
+        def own_windows():
+            windows = subprocess.run(["wmctrl", "-lp"], check=True, text=True, capture_output=True)
+            return [line.split()[0] for line in windows.stdout.splitlines()
+                    if line.split()[2] == str(self.process.pid)]
+        window = wait_for(own_windows, "the window manager knows the window")[0]
+        subprocess.run(["wmctrl", "-i", "-c", window], check=True)
         return self.process.wait(PATIENCE_SECONDS)
 
 

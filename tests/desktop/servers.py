@@ -120,7 +120,8 @@ def start_sound_server(folder, environment, address):
         "--disallow-exit=yes",
         "-L", "module-null-sink sink_name=nul rate=48000 channels=2",
         "-L", f"module-native-protocol-unix auth-anonymous=1 socket={address}"],
-        folder, environment)
+        # On a session bus there can be only one sound server.
+        folder, dict(environment, DBUS_SESSION_BUS_ADDRESS="disabled:"))
 
     def answers():
         with socket.socket(socket.AF_UNIX) as client:

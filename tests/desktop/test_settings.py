@@ -1,10 +1,9 @@
 """What is chosen on the panel is there again at the next start, and lies in the files as promised."""
 
 import os
-import shutil
 import unittest
 
-from bed import Program, config_folder, wait_for
+from bed import Program, config_folder, forget_settings, keys, wait_for
 
 
 def content(name):
@@ -19,7 +18,7 @@ def write(name, data):
 
 class Settings(unittest.TestCase):
     def setUp(self):
-        shutil.rmtree(config_folder, ignore_errors=True)
+        forget_settings()
 
     def panel(self, program):
         return {"voice": program.find("combo box", description="Select one voice"),
@@ -75,6 +74,21 @@ class Settings(unittest.TestCase):
                          b'"\r\n48kHz 16Bit Stereo\r\n 2\r\n-10\r\n 0\r\nhttp://a.example/\r\n"\r\n')
         self.assertEqual(content("setting2.txt"), b'"\r\nDejaVu Sans\r\n 14\r\nTrue\r\n"\r\n')
         self.assertEqual(content("setting3.txt"), b'"\r\nhttp://a.example/\r\n"\r\n')
+
+    def test_of_two_documents_the_one_closed_last_is_remembered(self):
+        with Program() as program:
+            program.button("New").press()
+            wait_for(lambda: len(program.find_all("scroll bar", "Speed")) == 2, "two documents")
+            second = program.find_all("scroll bar", "Speed")[1]
+            second.drag_to_end(1)
+            wait_for(lambda: second.value == 10, "the highest speed in the second one")
+            keys("alt+f", "c")
+            wait_for(lambda: len(program.find_all("scroll bar", "Speed")) == 1, "one document")
+            self.assertIn(b"\r\n 10\r\n", content("setting1.txt"))
+            self.close(program)
+        self.assertEqual(content("setting1.txt").split(b"\r\n")[3], b" 0")
+        with Program() as program:
+            self.assertEqual(self.panel(program)["speed"].value, 0)
 
     def test_reset_brings_the_defaults_back(self):
         with Program() as program:

@@ -6,7 +6,7 @@ import tempfile
 import unittest
 
 import servers
-from bed import Program, Recorder, config_folder, wait_for
+from bed import Program, Recorder, config_folder, forget_settings, program_path, wait_for
 
 TEXT = "One two three four five six seven eight nine ten eleven twelve."
 SETTINGS = ("setting1.txt", "setting2.txt", "setting3.txt")
@@ -14,14 +14,12 @@ SETTINGS = ("setting1.txt", "setting2.txt", "setting3.txt")
 
 class Troubles(unittest.TestCase):
     def setUp(self):
-        shutil.rmtree(config_folder, ignore_errors=True)
+        forget_settings()
 
     def read_to_the_end(self, program):
         pane = program.text_pane()
         pane.text = TEXT
         pane.caret = 0
-        program.button("Read").press()
-        wait_for(lambda: program.button("Stop").enabled, "the reading begins")
         program.follow_reading()
         self.assertEqual(pane.selected, "twelve")
         self.assertFalse(program.button("Stop").enabled)
@@ -41,13 +39,12 @@ class Troubles(unittest.TestCase):
             pane = program.text_pane()
             pane.text = TEXT
             pane.caret = 0
-            program.button("Read").press()
+            program.read()
             wait_for(lambda: pane.selected == "three", "a word while the server lives")
             server.kill()
-            program.follow_reading()
+            program.wait_until_idle()
             self.assertEqual(pane.selected, "twelve")
 
-            os.unlink(address)
             server = servers.start_sound_server(folder, os.environ, address)
             self.addCleanup(server.stop)
             with Recorder(PULSE_SERVER="unix:" + address) as recorder:
@@ -66,11 +63,24 @@ class Troubles(unittest.TestCase):
     def test_a_folder_that_cannot_be_made_is_told_and_reading_works(self):
         with tempfile.NamedTemporaryFile() as no_folder:
             with Program(XDG_CONFIG_HOME=no_folder.name) as program:
-                self.assertEqual(len(program.messages), 3)
-                for message in program.messages:
-                    self.assertIn("The software setting files ", message)
-                    self.assertIn(" have been moved, please reinstall our software again", message)
+                names = ("opened.txt", "setting1.txt", "setting3.txt", "setting2.txt")
+                for name, message in zip(names, program.messages, strict=True):
+                    self.assertRegex(message, f"^The software setting files .*/{name} have been "
+                                     "moved, please reinstall our software again$")
                 self.read_to_the_end(program)
+
+    def test_without_its_start_document_the_program_has_an_empty_one(self):
+        folder = self.enterContext(tempfile.TemporaryDirectory())
+        program_folder = os.path.join(folder, "bin")
+        os.mkdir(program_folder)
+        shutil.copy(program_path, program_folder)
+        source = os.path.join(os.path.dirname(__file__), "..", "..", "share")
+        shutil.copytree(source, os.path.join(folder, "share", "tessavox"),
+                        ignore=shutil.ignore_patterns("first.txt"))
+        with Program(path=os.path.join(program_folder, "tessavox")) as program:
+            self.assertEqual(program.messages, [])
+            self.assertEqual(program.text_pane().text, "")
+            self.read_to_the_end(program)
 
     def test_strange_settings_files_do_no_harm(self):
         with Program() as program:
