@@ -60,13 +60,14 @@ class Troubles(unittest.TestCase):
             self.close(program)
         self.assertLessEqual(set(SETTINGS), set(os.listdir(config_folder)))
 
-    def test_a_folder_that_cannot_be_made_is_told_and_reading_works(self):
+    def test_a_folder_that_cannot_be_made_is_told_and_a_voice_can_be_chosen_all_the_same(self):
         with tempfile.NamedTemporaryFile() as no_folder:
             with Program(XDG_CONFIG_HOME=no_folder.name) as program:
                 names = ("opened.txt", "setting1.txt", "setting3.txt", "setting2.txt")
                 for name, message in zip(names, program.messages, strict=True):
                     self.assertRegex(message, f"^The software setting files .*/{name} have been "
                                      "moved, please reinstall our software again$")
+                program.find("combo box", description="Select one voice").choose(0)
                 self.read_to_the_end(program)
 
     def test_without_its_start_document_the_program_has_an_empty_one(self):
