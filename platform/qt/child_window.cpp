@@ -5,7 +5,6 @@
 #include "platform/qt/main_window.h"
 #include "platform/qt/twips.h"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -13,11 +12,33 @@
 
 namespace tessavox {
 
-/// Where the screen is too small for the controls of fixed size, the client area scrolls.
+namespace {
+
+/// Where the screen is too small for the controls of fixed size, the client area scrolls, and
+/// follows the focus. A pane that is larger than the screen itself moves nothing.
+class ClientScroll : public QScrollArea {
+public:
+    using QScrollArea::QScrollArea;
+
+protected:
+    bool focusNextPrevChild(bool next) override
+    {
+        if (!QAbstractScrollArea::focusNextPrevChild(next))
+            return false;
+        constexpr int margin = 2;
+        QWidget* focused = focusWidget();
+        if (focused && focused->height() < viewport()->height())
+            ensureWidgetVisible(focused, margin, margin);
+        return true;
+    }
+};
+
+} // namespace
+
 class ChildWindow::SubWindow : public QMdiSubWindow {
 public:
     SubWindow()
-        : scroll(make_child<QScrollArea>(this))
+        : scroll(make_child<ClientScroll>(this))
         , canvas(make_child<ClientArea>())
     {
         scroll.setFrameShape(QFrame::NoFrame);
@@ -26,10 +47,6 @@ public:
         scroll.setWidget(&canvas);
         setWidget(&scroll);
         setAttribute(Qt::WA_DeleteOnClose, false);
-        connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
-            if (now && canvas.isAncestorOf(now))
-                scroll.ensureWidgetVisible(now, 2, 2);
-        });
     }
 
     QScrollArea& scroll;

@@ -73,6 +73,7 @@ void WidgetView::control_changed()
     if (!m_control)
         return;
     const QSignalBlocker quiet(m_widget);
+    const bool had_focus = m_widget.window()->focusWidget() == &m_widget;
     const QRect place = place_of(*m_control);
     if (m_widget.geometry() != place)
         m_widget.setGeometry(place);
@@ -81,6 +82,8 @@ void WidgetView::control_changed()
     if (const QString tip = to_qt(m_control->ToolTipText); m_widget.toolTip() != tip)
         m_widget.setToolTip(tip);
     redraw();
+    if (had_focus && m_widget.window()->focusWidget() != &m_widget)
+        lost_focus();
 }
 
 void WidgetView::name_for_assistance(const QString& label)

@@ -259,10 +259,13 @@ void StatusBarView::show_clock()
     const QDateTime now = QDateTime::currentDateTime();
     for (std::size_t i = 0; i < m_panels.size(); ++i) {
         const StatusBar::PanelKind kind = m_control->panels()[i].kind;
-        if (kind == StatusBar::PanelKind::date)
-            m_panels[i]->setText(QLocale().toString(now.date(), QLocale::ShortFormat));
-        else if (kind == StatusBar::PanelKind::time)
-            m_panels[i]->setText(QLocale().toString(now.time(), without_seconds(QLocale())));
+        if (kind == StatusBar::PanelKind::text)
+            continue;
+        const QString text = kind == StatusBar::PanelKind::date
+            ? QLocale().toString(now.date(), QLocale::ShortFormat)
+            : QLocale().toString(now.time(), without_seconds(QLocale()));
+        m_panels[i]->setText(text);
+        m_panels[i]->setMinimumWidth(m_panels[i]->fontMetrics().horizontalAdvance(text));
     }
     constexpr int minute_ms = 60'000;
     m_minute.start(minute_ms - now.time().msecsSinceStartOfDay() % minute_ms + 1);

@@ -82,6 +82,36 @@ private:
             fit_text(m_button, shown_caption(m_control), room, big ? big_button_text_scale : 1));
     }
 
+    /// A button often disables itself by what it does. Whoever presses it by the keyboard then
+    /// finds the focus on the button in its place, or on the first one beside it that can be
+    /// pressed, and not in the text, where the next key would overwrite the word that is being
+    /// read.
+    void lost_focus() override
+    {
+        QMetaObject::invokeMethod(
+            &m_button,
+            [&button = m_button] {
+                if (QPushButton* other = successor(button))
+                    other->setFocus();
+            },
+            Qt::QueuedConnection); // once the state of all buttons is settled
+    }
+
+    static QPushButton* successor(const QPushButton& button)
+    {
+        QPushButton* first = nullptr;
+        for (QObject* child : button.parentWidget()->children()) {
+            auto* other = qobject_cast<QPushButton*>(child);
+            if (!other || other->isHidden() || !other->isEnabled())
+                continue;
+            if (other == &button || other->geometry() == button.geometry())
+                return other;
+            if (!first)
+                first = other;
+        }
+        return first;
+    }
+
     CommandButton& m_control;
     QPushButton& m_button;
     std::optional<TransportSign> m_sign;

@@ -27,6 +27,7 @@ namespace tessavox {
 namespace {
 
 constexpr int visible_list_entries = 20;
+constexpr int list_text_margin = 4; // pixels
 
 /// A list whose popup is as wide as its longest entry needs, whatever the width of the box. What is
 /// typed finds the entry that begins with it, or else one that contains it; blanks too may be part
@@ -46,6 +47,23 @@ public:
     }
 
 protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        if (isEditable())
+            return QComboBox::paintEvent(event);
+        QStyleOptionComboBox option;
+        initStyleOption(&option);
+        const int room
+            = style()
+                  ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this)
+                  .width();
+        option.currentText
+            = fontMetrics().elidedText(option.currentText, Qt::ElideRight, room - list_text_margin);
+        QStylePainter painter(this);
+        painter.drawComplexControl(QStyle::CC_ComboBox, option);
+        painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+    }
+
     void keyPressEvent(QKeyEvent* event) override
     {
         const bool goes_on = m_since_key.isValid()

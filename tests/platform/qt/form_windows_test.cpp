@@ -59,7 +59,7 @@ TEST_F(Windows, AWindowTooSmallForTheControlsScrolls)
     window("DemoChild").resize(150, 120);
     desktop.settle();
     EXPECT_GE(child->ScaleWidth(), child->button.Width());
-    EXPECT_GE(child->ScaleHeight() + twips_per_pixel, child->line.Top() + child->line.Height());
+    EXPECT_GE(child->ScaleHeight() + twips_per_pixel, child->stop.Top() + child->stop.Height());
 }
 
 TEST_F(Windows, AChildMayRefuseToCloseAndGoesWhenItAgrees)

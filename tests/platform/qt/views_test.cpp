@@ -50,6 +50,30 @@ TEST_F(Views, AButtonRunsItsHandlerOncePerPressOfMouseOrKey)
     EXPECT_FALSE(button.isVisible());
 }
 
+TEST_F(Views, WhoPressesAButtonThatDisablesItselfLandsOnTheOneInItsPlace)
+{
+    form->button.Click = [this] {
+        form->button.Enabled = false;
+        form->stop.Enabled = true;
+    };
+    form->stop.Click = [this] {
+        form->stop.Visible = false;
+        form->go_on.Visible = true;
+        form->button.Enabled = true;
+    };
+    form->stop.Enabled = false;
+    form->go_on.Visible = false;
+    auto& read = desktop.find<QPushButton>("SpeakBtn");
+    auto& stop = desktop.find<QPushButton>("StopBtn");
+    read.setFocus();
+    QTest::keyClick(&read, Qt::Key_Space);
+    desktop.settle();
+    EXPECT_EQ(read.window()->focusWidget(), &stop);
+    QTest::keyClick(&stop, Qt::Key_Space);
+    desktop.settle();
+    EXPECT_EQ(read.window()->focusWidget(), &desktop.find<QPushButton>("ResumeBtn"));
+}
+
 TEST_F(Views, AFailureOfAHandlerEndsWithThatHandler)
 {
     form->button.Click = [] { throw Failure("no voice"); };
@@ -162,7 +186,8 @@ TEST_F(Views, TheTabKeyGoesThroughTheControlsInTheirOrder)
 {
     auto& button = desktop.find<QPushButton>("SpeakBtn");
     button.setFocus();
-    const char* names[] = { "check", "combo", "slider", "line", "tabsHeads", "text" };
+    const char* names[]
+        = { "StopBtn", "ResumeBtn", "check", "combo", "slider", "line", "tabsHeads", "text" };
     for (const char* name : names) {
         QTest::keyClick(button.window()->focusWidget(), Qt::Key_Tab);
         EXPECT_EQ(button.window()->focusWidget()->objectName(), name);
