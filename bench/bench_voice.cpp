@@ -284,6 +284,7 @@ private:
 
 int main(int argc, char** argv)
 {
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
     std::string helper;
     bool quick = false;
     for (int i = 1; i < argc; ++i) {
@@ -312,8 +313,7 @@ int main(int argc, char** argv)
         bench.set_voice("flite:kal16");
         bench.against("save 20 kB with kal16", english(20'000), 18, "flite -voice kal16");
         bench.set_voice("espeak:gmw/en");
-        if (!quick)
-            bench.memory(book);
+        bench.memory(quick ? TextSlice(english(1'000'000)) : book);
     } catch (const Failure& failure) {
         std::cerr << failure.what() << '\n';
         return 1;
