@@ -95,7 +95,8 @@ TEST_F(Farm, GivesBackWhatThePlainWayGivesInTheSameOrder)
         const RenderFarm::Result result = farm.take(not_cancelled);
         EXPECT_EQ(result.utterance.text, utterances[at].text);
         const auto expected = static_cast<double>(plain[at].samples.size());
-        EXPECT_NEAR(static_cast<double>(result.rendering.samples.size()), expected, 300 + expected / 50)
+        EXPECT_NEAR(
+            static_cast<double>(result.rendering.samples.size()), expected, 300 + expected / 50)
             << at;
         EXPECT_EQ(result.rendering.words.size(), plain[at].words.size());
         EXPECT_EQ(result.rendering.phones.size(), plain[at].phones.size());

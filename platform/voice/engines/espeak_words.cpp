@@ -1,0 +1,133 @@
+#include "platform/voice/engines/espeak_words.h"
+
+#include <unicode/uchar.h>
+#include <unicode/uscript.h>
+
+#include <algorithm>
+
+namespace tessavox::voice {
+
+namespace {
+
+// What a character is within a word: a script, or one of these.
+enum Kind : int {
+    neutral = -1, // punctuation, digits, marks above and below letters
+    stranger = -2, // apostrophes, signs and modifiers
+    loner = -3, // always alone
+};
+
+// A dotted abbreviation holds 80 bytes; a character of it takes at most four and its dot none.
+constexpr int longest_abbreviation = 10;
+
+constexpr bool is_between(char32_t character, char32_t first, char32_t last)
+{
+    return character >= first && character <= last;
+}
+
+int kind_of(char32_t character)
+{
+    constexpr std::u32string_view apostrophes = U"'\u2018\u2019\u02BC\uFF07";
+    if (apostrophes.find(character) != std::u32string_view::npos)
+        return stranger;
+    // Archaic Greek letters and Georgian capitals.
+    if (is_between(character, 0x3D0, 0x3FF) || is_between(character, 0x10A0, 0x10C5))
+        return loner;
+    const auto point = static_cast<UChar32>(character);
+    UErrorCode status = U_ZERO_ERROR;
+    const UScriptCode script = uscript_getScript(point, &status);
+    if (script == USCRIPT_COMMON || script == USCRIPT_INHERITED) {
+        const bool usual
+            = u_ispunct(point) || u_isdigit(point) || (U_GET_GC_MASK(point) & U_GC_M_MASK) != 0;
+        return usual || character < 0x100 ? neutral : stranger;
+    }
+    // A Japanese word mixes three scripts.
+    const bool japanese
+        = script == USCRIPT_HAN || script == USCRIPT_HIRAGANA || script == USCRIPT_KATAKANA;
+    return japanese ? USCRIPT_JAPANESE : script;
+}
+
+// Words of these scripts often hold an apostrophe, and the library bears it.
+bool may_hold_stranger(int kind)
+{
+    return kind == USCRIPT_LATIN || kind == USCRIPT_CYRILLIC || kind == USCRIPT_HEBREW
+        || kind == USCRIPT_ARABIC;
+}
+
+// Breaks one word, given by its place in the text, where its kinds change.
+void break_by_script(
+    std::u32string_view text, std::size_t begin, std::size_t end, std::vector<bool>& breaks)
+{
+    int before = neutral;
+    for (std::size_t at = begin; at < end; ++at) {
+        const int kind = kind_of(text[at]);
+        if (before == loner)
+            breaks[at] = true;
+        if (kind == neutral) {
+            before = before == loner ? static_cast<int>(neutral) : before;
+            continue;
+        }
+        const bool joined = (kind == stranger && may_hold_stranger(before))
+            || (before == stranger && may_hold_stranger(kind));
+        if (kind == loner || (before != neutral && before != kind && !joined))
+            breaks[at] = true;
+        if (!joined || kind != stranger)
+            before = kind;
+    }
+}
+
+bool needs_vowel(char32_t character)
+{
+    return is_between(character, 0x531, 0x587) || is_between(character, 0x10D0, 0x10FF);
+}
+
+bool is_vowel(char32_t character)
+{
+    constexpr std::u32string_view vowels = U"ԱԵԷԸԻՈՕաեէըիոօևაეიოუ";
+    return vowels.find(character) != std::u32string_view::npos;
+}
+
+// Breaks the run without a vowel that ends before `end` into letters.
+void break_without_vowel(
+    std::u32string_view text, std::size_t begin, std::size_t end, std::vector<bool>& breaks)
+{
+    const std::u32string_view run = text.substr(begin, end - begin);
+    if (std::ranges::any_of(run, needs_vowel) && std::ranges::none_of(run, is_vowel))
+        std::fill(breaks.begin() + static_cast<std::ptrdiff_t>(begin),
+            breaks.begin() + static_cast<std::ptrdiff_t>(end), true);
+}
+
+void break_word(
+    std::u32string_view text, std::size_t begin, std::size_t end, std::vector<bool>& breaks)
+{
+    const auto is_ascii = [](char32_t character) { return character < 0x80; };
+    if (!std::ranges::all_of(text.substr(begin, end - begin), is_ascii)) {
+        break_by_script(text, begin, end, breaks);
+        std::size_t run = begin;
+        for (std::size_t at = begin + 1; at <= end; ++at)
+            if (at == end || breaks[at]) {
+                break_without_vowel(text, run, at, breaks);
+                run = at;
+            }
+    }
+    int dotted = 0;
+    for (std::size_t at = begin; at < end; ++at)
+        if (text[at] == U'.' && ++dotted % longest_abbreviation == 0 && at + 1 < end)
+            breaks[at + 1] = true;
+    breaks[begin] = false;
+}
+
+} // namespace
+
+std::vector<bool> breaks_for_espeak(std::u32string_view text)
+{
+    std::vector<bool> breaks(text.size());
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find(U' ', at), text.size());
+        if (end > at)
+            break_word(text, at, end, breaks);
+        at = end + 1;
+    }
+    return breaks;
+}
+
+} // namespace tessavox::voice

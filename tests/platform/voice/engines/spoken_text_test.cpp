@@ -1,0 +1,165 @@
+// What engines are given to read, and how their reports become marks.
+#include "made_utterance.h"
+
+#include "platform/text.h"
+#include "platform/voice/engines/ascii_text.h"
+#include "platform/voice/engines/espeak_text.h"
+#include "platform/voice/engines/phone_tables.h"
+#include "platform/voice/engines/word_timing.h"
+
+#include <gtest/gtest.h>
+
+namespace tessavox::voice {
+
+using namespace tests;
+
+namespace {
+
+std::string described(const std::vector<EspeakPiece>& pieces)
+{
+    std::string result;
+    for (const EspeakPiece& piece : pieces)
+        if (const auto* words = std::get_if<SpokenText>(&piece))
+            result += "[" + words->utf8 + "]";
+        else
+            result += "<" + std::to_string(std::get<NamedPiece>(piece).characters.size()) + ">";
+    return result;
+}
+
+std::vector<std::uint64_t> frames_of(const std::vector<WordMark>& marks)
+{
+    std::vector<std::uint64_t> frames;
+    for (const WordMark& mark : marks)
+        frames.push_back(mark.frame);
+    return frames;
+}
+
+} // namespace
+
+TEST(SpokenText, KeepsWhatTheLibraryCouldTakeForACommandFromIt)
+{
+    struct Case {
+        std::u16string text;
+        const char* pieces;
+    };
+    const Case cases[] = {
+        { u"plain [[text]] <b>", "[plain [[text]] <b>]" },
+        { std::u16string(u"a\u0001b\0c\x7F"
+                         u"d",
+              7),
+            "[a b c d]" },
+        { u"a\xD800"
+          u"b\xDC00",
+            "[a b ]" },
+        { u"\uE001x\uFDD0", "[ x ]" },
+        { u"\t \n", "" },
+        // Tamil digits are read as digits; a letter that Tamil doesn't have isn't.
+        { u"\u0BE7\u0BE8 \u0B80", "[12  ]" },
+        // Words that change their script are two words, but not those with an apostrophe.
+        { u"aλ п'ять don't", "[a λ п'ять don't]" },
+        { u"λ'λ 漢字かな 3λ", "[λ ' λ 漢字かな 3λ]" },
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(described(espeak_pieces(utterance_of(each.text), true)), each.pieces);
+}
+
+TEST(SpokenText, SpellsAndNamesMarks)
+{
+    SpeechStyle spelled;
+    spelled.spell = true;
+    EXPECT_EQ(described(espeak_pieces(utterance_of(u"a, b", spelled), true)), "<1><1><1>");
+    EXPECT_EQ(ascii_text(utterance_of(u"a, bé", spelled)).utf8, " A  comma   B  E");
+    SpeechStyle marked;
+    marked.speak_punctuation = true;
+    EXPECT_EQ(described(espeak_pieces(utterance_of(u"Well -- done !", marked), true)),
+        "[Well ]<2>[ done ]<1>");
+    EXPECT_EQ(ascii_text(utterance_of(u"so ! on", marked)).utf8, "so  exclamation mark  on");
+}
+
+TEST(SpokenText, BecomesAsciiWithEveryByteAtItsToken)
+{
+    const SpokenText text = ascii_text(utterance_of(u"Größe “naïve” Москва ☃"));
+    EXPECT_EQ(text.utf8, "Grosse \"naive\" Moskva  snowman ");
+    ASSERT_EQ(text.tokens.size(), text.utf8.size());
+    EXPECT_EQ(text.tokens[text.utf8.find("naive")], 1U);
+    EXPECT_EQ(text.tokens[text.utf8.find("Moskva")], 2U);
+    EXPECT_EQ(text.tokens[text.utf8.find("snowman")], 3U);
+}
+
+TEST(SpokenText, FollowsTheContextsThatItKnows)
+{
+    struct Case {
+        const char* context;
+        const char16_t* text;
+        const char* english;
+        const char* other;
+    };
+    const Case cases[] = {
+        { "date_mdy", u"12/25/2003", "December 25 2003", "12/25/2003" },
+        { "date_dmy", u"25.12.2003", "25 December 2003", "25.12.2003" },
+        { "date_ymd", u"2003-1-09", "2003 January 09", "2003-1-09" },
+        { "date_my", u"7/2003", "July 2003", "7/2003" },
+        { "date_mdy", u"13/25/2003", "13/25/2003", "13/25/2003" },
+        { "date_mdy", u"12/25/2003/1", "12/25/2003/1", "12/25/2003/1" },
+        { "date_mdy", u"May 5", "May 5", "May 5" },
+        { "phone_number", u"555-12 ü7", "5 5 5 -1 2  ü7", "5 5 5 -1 2  ü7" },
+        { "address", u"12 Main", "12 Main", "12 Main" },
+    };
+    for (const Case& each : cases)
+        for (const bool english : { true, false }) {
+            SpeechStyle style;
+            style.context = each.context;
+            const auto pieces = espeak_pieces(utterance_of(each.text, style), english);
+            ASSERT_EQ(pieces.size(), 1U);
+            const auto& words = std::get<SpokenText>(pieces[0]);
+            EXPECT_EQ(words.utf8, english ? each.english : each.other);
+            EXPECT_EQ(words.tokens.size(), to_utf16(words.utf8).size());
+        }
+}
+
+TEST(WordTiming, SharesOutWhatTheEngineDoesNotTell)
+{
+    const Utterance utterance = utterance_of(u"aa bbbb cc dd");
+    const std::vector<PhoneMark> phones{ { 100, 100, 1, 1, 0 }, { 200, 200, 1, 1, 0 },
+        { 400, 100, 1, 1, 0 }, { 500, 300, 0, 0, 0 }, { 800, 200, 1, 1, 0 } };
+    struct Case {
+        std::vector<HeardToken> heard;
+        std::vector<std::uint64_t> frames;
+    };
+    const Case cases[] = {
+        { { { 0, 100 }, { 1, 200 }, { 2, 400 }, { 3, 800 } }, { 100, 200, 400, 800 } },
+        // Reports out of order or far ahead don't hide the others.
+        { { { 0, 100 }, { 3, 150 }, { 1, 200 }, { 2, 400 }, { 3, 800 } }, { 100, 200, 400, 800 } },
+        { { { 0, 100 }, { 1, 200 }, { 0, 300 }, { 2, 400 }, { 2, 500 }, { 3, 800 } },
+            { 100, 200, 400, 800 } },
+        // Tokens between two known ones begin at phones, and not in the pause.
+        { { { 0, 100 }, { 3, 800 } }, { 100, 200, 400, 800 } },
+        // The first begins with the first sound.
+        { { { 1, 200 }, { 2, 400 }, { 3, 800 } }, { 100, 200, 400, 800 } },
+    };
+    for (const Case& each : cases)
+        EXPECT_EQ(
+            frames_of(complete_marks(utterance.tokens, each.heard, phones, 1000)), each.frames);
+    EXPECT_EQ(frames_of(complete_marks(utterance.tokens, {}, {}, 1000)),
+        (std::vector<std::uint64_t>{ 0, 200, 600, 800 }));
+    EXPECT_EQ(frames_of(complete_marks(utterance.tokens, {}, {}, 0)),
+        (std::vector<std::uint64_t>{ 0, 0, 0, 0 }));
+    EXPECT_TRUE(complete_marks({}, {}, phones, 1000).empty());
+}
+
+TEST(PhoneTables, KnowTheVisemesOfBothAlphabets)
+{
+    EXPECT_EQ(viseme_of_arpabet("sh"), 16);
+    EXPECT_EQ(viseme_of_arpabet("ow1"), 8);
+    EXPECT_EQ(viseme_of_arpabet("pau"), 0);
+    EXPECT_EQ(viseme_of_espeak("S"), 16);
+    EXPECT_EQ(viseme_of_espeak("oU"), 8);
+    EXPECT_EQ(viseme_of_espeak("3:r"), 5);
+    EXPECT_EQ(viseme_of_espeak("_:"), 0);
+    EXPECT_EQ(espeak_phonemes_of_sapi("h eh 1 l ow"), "h'EloU");
+    EXPECT_EQ(flite_phones_of_sapi("H eh1 - l OW 2"), "hh eh1 l ow0");
+    EXPECT_FALSE(espeak_phonemes_of_sapi("h eh ]] l"));
+    EXPECT_FALSE(espeak_phonemes_of_sapi("1 h"));
+}
+
+} // namespace tessavox::voice

@@ -1,0 +1,159 @@
+// The list of voices, and how markup finds one in it.
+#include "made_utterance.h"
+
+#include "platform/failure.h"
+#include "platform/voice/engines/espeak_voice_list.h"
+#include "platform/voice/engines/voice_catalog.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+namespace tessavox::voice {
+
+using namespace tests;
+
+namespace {
+
+class ListedEngine : public Engine {
+public:
+    explicit ListedEngine(std::vector<SpeechObjectToken> tokens)
+        : m_tokens(std::move(tokens))
+    {
+    }
+    std::vector<SpeechObjectToken> voices() override { return m_tokens; }
+    Rendering render(const RenderRequest& request, const std::atomic<bool>&) override
+    {
+        Rendering rendering;
+        rendering.sample_rate = static_cast<int>(request.voice_id.size()) * 1000 + request.rate;
+        return rendering;
+    }
+
+private:
+    std::vector<SpeechObjectToken> m_tokens;
+};
+
+VoiceCatalog small_catalog()
+{
+    std::vector<std::unique_ptr<Engine>> engines;
+    engines.push_back(std::make_unique<ListedEngine>(std::vector<SpeechObjectToken>{
+        { "0", "Anna (Germany), female", "Anna", "Female", "Adult", "407", "One" },
+        { "1", "Bert (America), male", "Bert", "Male", "Adult", "409", "One" } }));
+    engines.push_back(std::make_unique<ListedEngine>(std::vector<SpeechObjectToken>{
+        { "two", "Anna (Spain), female", "Anna", "Female", "Child", "c0a;40a", "Two" },
+        { "three", "Nameless", "", "Male", "", "", "Two" } }));
+    return VoiceCatalog(std::move(engines));
+}
+
+} // namespace
+
+TEST(VoiceCatalog, FindsVoicesByTheirAttributes)
+{
+    struct Case {
+        const char* required;
+        const char* optional;
+        std::vector<int> voices;
+    };
+    const Case cases[] = {
+        { "", "", { 0, 1, 2, 3 } },
+        { "Name=Anna", "", { 0, 2 } },
+        { "NAME = anna ; gender=FEMALE;", "", { 0, 2 } },
+        { "Name=Anna (Spain), female", "", { 2 } },
+        { "Gender!=Male", "", { 0, 2 } },
+        { "Gender!=Male;Age!=Child", "", { 0 } },
+        { "Language=409", "", { 1 } },
+        { "Language=0x0409", "", { 1 } },
+        { "Language=40A", "", { 2 } },
+        { "Language=9", "", { 1 } },
+        { "Language!=407", "", { 1, 2, 3 } },
+        { "Language=english", "", {} },
+        { "Language=", "", {} },
+        { "Name", "", { 0, 1, 2 } },
+        { "Language;Age", "", { 0, 1, 2 } },
+        { "Vendor=Two;Name", "", { 2 } },
+        { "Shoe=9", "", {} },
+        { "Shoe!=9", "", { 0, 1, 2, 3 } },
+        { "Shoe", "", {} },
+        { "Name=Nobody", "Gender=Male", {} },
+        { "", "Gender=Female;Age=Child", { 2, 0, 1, 3 } },
+        { "Gender=Male", "Language=409", { 1, 3 } },
+        { ";;=;", "", { 0, 1, 2, 3 } },
+    };
+    const VoiceCatalog catalog = small_catalog();
+    for (const Case& each : cases)
+        EXPECT_EQ(catalog.matching(each.required, each.optional), each.voices)
+            << each.required << " | " << each.optional;
+}
+
+TEST(VoiceCatalog, ChoosesTheBestAndStaysWithTheCurrentOneIfItIsAsGood)
+{
+    const VoiceCatalog catalog = small_catalog();
+    EXPECT_EQ(catalog.choose("Name=Anna", "", 2), 2);
+    EXPECT_EQ(catalog.choose("Name=Anna", "", 1), 0);
+    EXPECT_EQ(catalog.choose("Name=Anna", "Age=Child", 0), 2);
+    EXPECT_EQ(catalog.choose("", "", 3), 3);
+    EXPECT_EQ(catalog.choose("", "Language=409", 3), 1);
+    EXPECT_EQ(catalog.choose("", "", -1), 0);
+    EXPECT_EQ(catalog.choose("Name=Nobody", "", 1), std::nullopt);
+}
+
+TEST(VoiceCatalog, SpeaksWithTheEngineOfTheVoice)
+{
+    const VoiceCatalog catalog = small_catalog();
+    const Utterance utterance = utterance_of(u"Hello");
+    const std::atomic<bool> cancelled{ false };
+    EXPECT_EQ(catalog.render(1, 3, utterance, cancelled).sample_rate, 1003);
+    EXPECT_EQ(catalog.render(3, 99, utterance, cancelled).sample_rate, 5010);
+    EXPECT_THROW(catalog.render(-1, 0, utterance, cancelled), Failure);
+    EXPECT_THROW(catalog.render(4, 0, utterance, cancelled), Failure);
+    EXPECT_EQ(catalog.find("two"), 2);
+    EXPECT_EQ(catalog.find("four"), -1);
+}
+
+TEST(VoiceCatalog, HoldsEveryInstalledVoiceOnce)
+{
+    const auto catalog = make_installed_catalog();
+    std::set<std::string> descriptions;
+    for (const SpeechObjectToken& token : catalog->tokens())
+        EXPECT_TRUE(descriptions.insert(token.description).second) << token.description;
+    EXPECT_GT(descriptions.size(), 100U);
+    const int american = catalog->find("espeak:gmw/en-US");
+    ASSERT_GE(american, 0);
+    const SpeechObjectToken& token = catalog->tokens()[static_cast<std::size_t>(american)];
+    EXPECT_EQ(token.description, "English (America), male");
+    EXPECT_EQ(token.language, "409");
+    EXPECT_FALSE(catalog->matching("Language=407", "").empty());
+    EXPECT_FALSE(catalog->matching("Gender=Female;Language=409", "").empty());
+}
+
+TEST(EspeakVoiceList, ReadsWellWithTheUsersLanguagesFirst)
+{
+    const std::vector<EspeakVoice> voices{
+        { "Zulu_", "zu", "bnt/zu", 0, 0 },
+        { "Chinese_(Mandarin,_latin_as_English)", "cmn", "sit/cmn", 0, 0 },
+        { "English_(America,_New_York_City)", "en-us-nyc", "gmw/en-US-nyc", 1, 30 },
+        { "German", "de", "gmw/de", 2, 70 },
+        { "English_(America)", "en-us", "gmw/en-US", 1, 10 },
+        { "plain-name", "de-at", "gmw/de-AT", 1, 15 },
+        { "Zulu", "zu", "bnt/zu2", 1, 0 },
+    };
+    std::vector<std::string> descriptions;
+    for (const SpeechObjectToken& token : espeak_tokens(voices, { "de-at", "en-us" }))
+        descriptions.push_back(token.description + ", " + token.age);
+    EXPECT_EQ(descriptions,
+        (std::vector<std::string>{ "Plain Name, male, Teen", "German, female, Senior",
+            "English (America), male, Child", "English (America, New York City), male, Adult",
+            "Chinese (Mandarin, Latin as English), male, Adult", "Zulu, male, Adult",
+            "Zulu, male 2, Adult" }));
+}
+
+TEST(EspeakVoiceList, TakesLanguagesFromLocales)
+{
+    EXPECT_EQ(tag_of_locale("de_AT.UTF-8@euro"), "de-at");
+    EXPECT_EQ(tag_of_locale("pt_BR"), "pt-br");
+    EXPECT_EQ(tag_of_locale("C.UTF-8"), "");
+    EXPECT_EQ(tag_of_locale("POSIX"), "");
+    EXPECT_EQ(tag_of_locale(""), "");
+}
+
+} // namespace tessavox::voice
