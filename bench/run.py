@@ -1,11 +1,12 @@
 #!/usr/bin/python3
-"""run.py BUILD_FOLDER: measures the program and its parts, and prints one table.
+"""run.py BUILD_FOLDER [--quick]: measures the program and its parts, and prints one table.
 
 For use inside with_desktop. A row has the figure, what was measured, what it is measured against,
 and how they compare: below 1 is better than the yardstick."""
 
 import json
 import os
+import re
 import subprocess
 import sys
 import tempfile
@@ -26,10 +27,13 @@ class Table:
         self.rows = []
 
     def add(self, figure, value, unit, limit=None, yardstick=""):
-        self.rows.append((figure, f"{value:.4g} {unit}".strip(),
-                          "" if limit is None else f"{limit:.4g} {unit} {yardstick}".strip(),
-                          "" if not limit else f"{value / limit:.2f}"))
-        print(f"  {figure}: {value:.4g} {unit}", file=sys.stderr, flush=True)
+        self.add_row(figure, f"{value:.4g} {unit}".strip(),
+                     "" if limit is None else f"{limit:.4g} {unit} {yardstick}".strip(),
+                     "" if not limit else f"{value / limit:.2f}")
+
+    def add_row(self, figure, measured, yardstick, ratio):
+        self.rows.append((figure, measured, yardstick, ratio))
+        print(f"  {figure}: {measured}", file=sys.stderr, flush=True)
 
     def show(self):
         rows = [("figure", "measured", "yardstick", "ratio"), *self.rows]
@@ -156,21 +160,14 @@ def benchmark_program(table, path):
                 table.add(f"{one['name']} {name.replace('_', ' ')}", value, "")
 
 
-def yardsticks(table):
-    """What one would use instead, on this machine."""
-    text = ("The quick brown fox jumps over the lazy dog, and nobody knows why it does so. "
-            * (100_000 // 79))
-    with tempfile.TemporaryDirectory() as folder:
-        source, wave = os.path.join(folder, "text"), os.path.join(folder, "wave.wav")
-        with open(source, "w") as file:
-            file.write(text)
-        for name, command in (
-                ("espeak-ng", ["espeak-ng", "-f", source, "-w", wave]),
-                ("flite kal16", ["flite", "-voice", "kal16", "-f", source, "-o", wave])):
-            begin = time.monotonic()
-            subprocess.run(command, check=True, capture_output=True)
-            table.add(f"yardstick: {name}, 100 kB of text into a file",
-                      time.monotonic() - begin, "s")
+def voice(table, build, arguments):
+    """bench_voice tells a figure a line, as "figure: ours, theirs, ratio r" or "figure: ours"."""
+    command = [os.path.join(build, "bench", "bench_voice"),
+               "--helper", os.path.join(build, "tessavox-voice-helper"), *arguments]
+    output = subprocess.run(command, check=True, text=True, stdout=subprocess.PIPE).stdout
+    for line in output.splitlines():
+        compared = re.fullmatch(r"(.+?): (.+?), (.+), ratio ([0-9.]+)", line)
+        table.add_row(*(compared.groups() if compared else (*line.split(": ", 1), "", "")))
 
 
 def main():
@@ -184,12 +181,9 @@ def main():
     bed.forget_settings()
     opening_of_documents(table, program)
     heard(table, folder)
-    for name in sorted(os.listdir(folder)):
-        path = os.path.join(folder, name)
-        if name.startswith("bench_") and name != "bench_heard" and os.access(path, os.X_OK):
-            print(name, file=sys.stderr)
-            benchmark_program(table, path)
-    yardsticks(table)
+    voice(table, build, sys.argv[2:])
+    for name in ("bench_window", "bench_text", "bench_engines", "bench_sound"):
+        benchmark_program(table, os.path.join(folder, name))
     print()
     table.show()
 
