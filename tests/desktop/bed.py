@@ -243,6 +243,15 @@ class Program:
                                       if top.name == title and top.showing), None),
                         f"the dialog '{title}'")
 
+    def file_dialog(self):
+        """The file dialog that is shown, whatever its title."""
+        return wait_for(lambda: next((top for top in self.application.children()
+                                      if top.role in ("dialog", "file chooser") and top.showing),
+                                     None), "a file dialog")
+
+    def wait_for_message(self):
+        return wait_for(self.message, "a message")
+
     def answer(self, message, button="OK"):
         """Presses a button of a message box. Returns the message's text."""
         text = " ".join(part.name for part in message.walk() if part.role == "label" and part.name)
@@ -274,6 +283,9 @@ class Program:
 
     def text_pane(self):
         return TextPane(self.find("text").node)
+
+    def text_panes(self):
+        return [TextPane(control.node) for control in self.find_all("text")]
 
     def panel(self, start):
         """The text of the status bar panel that begins with `start`, "" if there is none."""

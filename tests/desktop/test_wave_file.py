@@ -42,7 +42,7 @@ class WaveFile(unittest.TestCase):
                 self.assertEqual(formats_list.choose(index), name)
                 self.pane.caret = 0
                 self.save_as(path)
-                message = wait_for(self.program.message, "the message of success")
+                message = self.program.wait_for_message()
                 self.assertEqual(message.name, "File Saved")
                 self.assertIn("WAV file successfully written!", self.program.answer(message))
                 self.assertEqual((soxi("-r", path), soxi("-b", path), soxi("-c", path)), expected)
@@ -51,7 +51,7 @@ class WaveFile(unittest.TestCase):
     def test_after_a_save_reading_sounds_again_and_the_file_can_be_played(self):
         path = os.path.join(self.folder, "kept")  # no ending is forced on a name
         self.save_as(path)
-        self.program.answer(wait_for(self.program.message, "the message of success"))
+        self.program.answer(self.program.wait_for_message())
         self.assertEqual(os.listdir(self.folder), ["kept"])
         self.pane.caret = 0
         self.program.read()
