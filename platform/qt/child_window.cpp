@@ -62,8 +62,11 @@ protected:
     void changeEvent(QEvent* event) override
     {
         QMdiSubWindow::changeEvent(event);
-        if (owner && event->type() == QEvent::WindowStateChange)
-            owner->user_changes_state();
+        if (!owner || event->type() != QEvent::WindowStateChange)
+            return;
+        owner->user_changes_state();
+        if (owner && owner->m_parent)
+            owner->m_parent->show_title();
     }
 };
 
@@ -118,6 +121,13 @@ void ChildWindow::user_activates()
 {
     if (Form* activated = form())
         attempt([activated] { activated->user_activated(); });
+}
+
+void ChildWindow::control_changed()
+{
+    QtFormWindow::control_changed();
+    if (m_parent)
+        m_parent->show_title();
 }
 
 void ChildWindow::resize_to(const QSize& pixels)

@@ -15,6 +15,7 @@ public:
     ~ChildWindow() override;
 
     void bring_forward() override;
+    void control_changed() override;
     void detach() override;
     void user_activates();
     void parent_is_gone() { m_parent = nullptr; }

@@ -12,12 +12,6 @@
 namespace tessavox {
 namespace {
 
-/// Qt takes "[*]" in a title for a mark of its own; a file may be called so.
-QString as_title(const std::string& caption)
-{
-    return to_qt(caption).replace("[*]", "[*][*]");
-}
-
 Qt::WindowStates with_state(Qt::WindowStates states, WindowState state)
 {
     states.setFlag(Qt::WindowMinimized, state == WindowState::minimised);
@@ -40,6 +34,11 @@ private:
 };
 
 } // namespace
+
+QString as_title(const std::string& caption)
+{
+    return to_qt(caption).replace("[*]", "[*][*]");
+}
 
 QtFormWindow::QtFormWindow(Form& form, QWidget& top, QWidget& canvas)
     : m_form(&form)

@@ -16,6 +16,10 @@ namespace tessavox {
 
 class MainWindow;
 
+/// A caption as the title of a window. Qt takes "[*]" for a mark of its own; a file may be called
+/// so.
+QString as_title(const std::string& caption);
+
 /// What the three kinds of windows share.
 class QtFormWindow : public FormWindow, public ControlView {
 public:

@@ -54,8 +54,14 @@ protected:
     void changeEvent(QEvent* event) override
     {
         QMainWindow::changeEvent(event);
-        if (owner && event->type() == QEvent::WindowStateChange)
+        if (!owner)
+            return;
+        if (event->type() == QEvent::WindowStateChange)
             owner->user_changes_state();
+        // The toolkit composes a title of its own, but forgets documents from before the first
+        // show.
+        if (event->type() == QEvent::WindowTitleChange)
+            owner->show_title();
     }
 
     bool eventFilter(QObject* watched, QEvent* event) override
@@ -142,6 +148,18 @@ void MainWindow::show_first()
         m_frame.show();
 }
 
+void MainWindow::show_title()
+{
+    if (!form())
+        return;
+    QString title = as_title(form()->Caption);
+    const QMdiSubWindow* document = m_area.currentSubWindow();
+    if (document && !document->isHidden() && document->isMaximized())
+        title += " - [" + document->windowTitle() + "]";
+    if (m_frame.windowTitle() != title)
+        m_frame.setWindowTitle(title);
+}
+
 void MainWindow::report_area()
 {
     report_client_size(m_area.viewport()->size());
@@ -164,6 +182,7 @@ void MainWindow::user_activates(QMdiSubWindow* window)
         [&](const ChildWindow* child) { return &child->sub_window() == window; });
     if (found != m_children.end())
         (*found)->user_activates();
+    show_title();
 }
 
 void MainWindow::list_documents()

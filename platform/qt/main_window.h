@@ -26,6 +26,8 @@ public:
     /// The documents lie in an area whose size their forms ask for, so it is reported before
     /// theirs.
     void report_area();
+    /// The form's caption, and that of the document which fills the window.
+    void show_title();
 
 private:
     class Frame;

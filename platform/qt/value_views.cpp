@@ -17,6 +17,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPointer>
+#include <QProxyStyle>
 #include <QScreen>
 #include <QScrollBar>
 #include <QStyleOption>
@@ -29,12 +30,41 @@ namespace {
 constexpr int visible_list_entries = 20;
 constexpr int list_text_margin = 4; // pixels
 
+/// Gives lists a popup of limited height with a scroll bar, where some styles would cover the whole
+/// screen as if it were a menu.
+class ScrollingListStyle : public QProxyStyle {
+public:
+    /// One for all lists.
+    static QStyle& shared()
+    {
+        constexpr char name[] = "scrollingLists";
+        if (auto* known = qApp->findChild<QProxyStyle*>(name))
+            return *known;
+        auto& style = make_child<ScrollingListStyle>();
+        style.setObjectName(name);
+        style.setParent(qApp);
+        return style;
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+        QStyleHintReturn* result) const override
+    {
+        if (hint == SH_ComboBox_Popup)
+            return 0;
+        return QProxyStyle::styleHint(hint, option, widget, result);
+    }
+};
+
 /// A list whose popup is as wide as its longest entry needs, whatever the width of the box. What is
 /// typed finds the entry that begins with it, or else one that contains it; blanks too may be part
 /// of a name.
 class WideComboBox : public QComboBox {
 public:
-    using QComboBox::QComboBox;
+    explicit WideComboBox(QWidget* parent)
+        : QComboBox(parent)
+    {
+        setStyle(&ScrollingListStyle::shared());
+    }
 
     void showPopup() override
     {

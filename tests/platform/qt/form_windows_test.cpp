@@ -52,6 +52,26 @@ TEST_F(Windows, AChildIsToldItsClientSizeWhenItIsShownAndWhenItChanges)
     EXPECT_EQ(desktop.main->ScaleWidth(), to_twips(area().viewport()->width()));
 }
 
+TEST_F(Windows, TheMainWindowsTitleTellsTheMaximisedDocumentAlsoOneOpenedBeforeIt)
+{
+    const auto main = std::make_shared<DemoMain>(desktop.forms);
+    desktop.main->Unload();
+    desktop.settle();
+    main->Load();
+    const auto child = std::make_shared<DemoChild>(desktop.forms);
+    child->Caption = "Document";
+    child->Load();
+    child->Caption = "later";
+    main->Show();
+    desktop.settle();
+    EXPECT_EQ(desktop.find<QMainWindow>("DemoMain").windowTitle(), "Demo - [later]");
+    child->Caption = "last";
+    EXPECT_EQ(desktop.find<QMainWindow>("DemoMain").windowTitle(), "Demo - [last]");
+    window("DemoChild").showNormal();
+    EXPECT_EQ(desktop.find<QMainWindow>("DemoMain").windowTitle(), "Demo");
+    main->Unload();
+}
+
 TEST_F(Windows, AWindowTooSmallForTheControlsScrolls)
 {
     const auto child = desktop.open();
