@@ -135,6 +135,28 @@ std::string_view name_of_mark(char mark)
     return row == std::end(marks) ? std::string_view() : row->name;
 }
 
+namespace {
+
+// Flite overruns a buffer over some hundreds of punctuation marks without a blank, and no word is
+// as long as this.
+SpokenText with_short_words(const SpokenText& text)
+{
+    constexpr int longest_word = 100;
+    SpokenText result;
+    int length = 0;
+    for (std::size_t at = 0; at < text.utf8.size(); ++at) {
+        length = text.utf8[at] == ' ' ? 0 : length + 1;
+        if (length > longest_word) {
+            result.append(" ", text.tokens[at]);
+            length = 1;
+        }
+        result.append(text.utf8.substr(at, 1), text.tokens[at]);
+    }
+    return result;
+}
+
+} // namespace
+
 SpokenText ascii_text(const Utterance& utterance)
 {
     const std::u16string_view text = utterance.text;
@@ -155,7 +177,7 @@ SpokenText ascii_text(const Utterance& utterance)
         named = by_name ? token : static_cast<std::uint32_t>(-1);
         result.append(by_name ? spelled(character) : ascii_of(character), token);
     }
-    return result;
+    return with_short_words(result);
 }
 
 } // namespace tessavox::voice

@@ -9,6 +9,8 @@
 #include "platform/voice/engines/voice_catalog.h"
 #include "platform/voice/engines/word_timing.h"
 
+#include <unicode/uchar.h>
+
 #include <algorithm>
 #include <optional>
 
@@ -51,6 +53,14 @@ std::vector<PhoneMark> phone_marks(const EspeakSound& sound, bool emphasis)
         marks[at].frames = (at + 1 < marks.size() ? marks[at + 1].frame : end) - marks[at].frame;
     std::erase_if(marks, [](const PhoneMark& mark) { return mark.frames == 0; });
     return marks;
+}
+
+// Signs are read as words instead: their names in the dictionaries, such as that of an umbrella in
+// Hindi, are longer than the library's buffer for the name of a character.
+bool has_spelling(char32_t character)
+{
+    const auto point = static_cast<UChar32>(character);
+    return character < 0x80 || u_isalnum(point) || u_ispunct(point);
 }
 
 // One utterance on its way through the library.
@@ -97,8 +107,14 @@ private:
     void speak_names(const NamedPiece& piece)
     {
         m_heard.push_back({ piece.token, m_sound.samples.size() });
-        for (const char32_t character : piece.characters)
-            m_library.say_name_of(character);
+        for (const char32_t character : piece.characters) {
+            SpokenText text;
+            text.append(character, piece.token);
+            if (has_spelling(character))
+                m_library.say_name_of(character);
+            else
+                m_library.say(text.utf8, false);
+        }
     }
 
     EspeakLibrary& m_library;
