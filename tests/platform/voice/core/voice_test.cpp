@@ -218,7 +218,9 @@ TEST_F(VoiceTest, SkipMovesBySentencesFromTheOneThatIsHeard)
         for (const Case& c : cases) {
             VoiceBed own;
             own.voice->Speak(u"A b c d. E f. G h. I j.", asynchronous);
-            ASSERT_TRUE(own.run_until([&] { return own.listener.count("Word") >= 6; }));
+            // At the first word of the second sentence, far from the next one: the device may run
+            // on by its buffer before the event is here.
+            ASSERT_TRUE(own.run_until([&] { return own.listener.count("Word") >= 5; }));
             if (paused)
                 own.voice->Pause();
             EXPECT_EQ(own.voice->Skip("Sentence", c.count), c.count);
