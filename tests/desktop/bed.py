@@ -30,14 +30,19 @@ def forget_settings():
     shutil.rmtree(config_folder, ignore_errors=True)
 
 
+def holds(condition):
+    """The value of condition(); an accessible that has just gone counts as false."""
+    try:
+        return condition()
+    except GLib.Error:
+        return False
+
+
 def wait_for(condition, what, seconds=PATIENCE_SECONDS):
-    """Returns the first true value of condition(); an accessible that has just gone counts as false."""
+    """Returns the first true value of condition()."""
     end = time.monotonic() + seconds
     while True:
-        try:
-            value = condition()
-        except GLib.Error:
-            value = None
+        value = holds(condition)
         if value:
             return value
         if time.monotonic() > end:
@@ -117,6 +122,18 @@ class Control:
         wait_for(lambda: self.showing and self.enabled, f"'{self.name}' can be pressed")
         self.click()
 
+    def press_until(self, condition, what):
+        """Presses it again if nothing comes of it: a click is lost on a window that is just being
+        placed, and a slow program takes the late end of a click for another one."""
+        for seconds in (5, 5, PATIENCE_SECONDS):
+            if not holds(condition):
+                self.press()
+            try:
+                return wait_for(condition, what, seconds)
+            except AssertionError as failure:
+                missed = failure
+        raise missed
+
     @property
     def value(self):
         return Atspi.Value.get_current_value(self.node)
@@ -138,15 +155,7 @@ class Control:
         """Chooses an entry of a list by its position, with mouse and keys. Returns its text."""
         entries = self.children()[0]
         entry = Control(entries.node.get_child_at_index(index)).name
-        # A program that is slow to open its list takes the end of the click for a choice.
-        for last in (False, True):
-            self.press()
-            try:
-                wait_for(lambda: entries.showing, "the open list", 5)
-                break
-            except AssertionError:
-                if last:
-                    raise
+        self.press_until(lambda: entries.showing, "the open list")
         keys("Home", *["Down"] * index, "Return")
         wait_for(lambda: not entries.showing and self.name == entry, f"'{entry}' is chosen")
         return entry
@@ -255,10 +264,13 @@ class Program:
     def answer(self, message, button="OK"):
         """Presses a button of a message box. Returns the message's text."""
         text = " ".join(part.name for part in message.walk() if part.role == "label" and part.name)
-        next(part for part in message.walk()
-             if part.role == "push button" and part.name.replace("&", "") == button).press()
-        wait_for(lambda: not self.message() or self.message().node != message.node,
-                 f"the message '{text}' goes away")
+        pressed = next(part for part in message.walk()
+                       if part.role == "push button" and part.name.replace("&", "") == button)
+
+        def gone():
+            shown = self.message()
+            return not shown or shown.node != message.node
+        pressed.press_until(gone, f"the message '{text}' goes away")
         return text
 
     def find_all(self, role, name=None, description=""):
