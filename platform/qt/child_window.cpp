@@ -115,6 +115,8 @@ void ChildWindow::bring_forward()
     if (!m_parent)
         return;
     m_parent->area().setActiveSubWindow(&m_window);
+    if (m_parent->next_is_maximised() && !m_window.isHidden())
+        m_window.showMaximized();
 }
 
 void ChildWindow::user_activates()
@@ -125,6 +127,10 @@ void ChildWindow::user_activates()
 
 void ChildWindow::control_changed()
 {
+    // Behind a document that filled the main window comes one that does so too.
+    const bool goes = form() && !form()->Visible && !m_window.isHidden();
+    if (goes && m_parent && m_window.isMaximized())
+        m_parent->maximise_next();
     QtFormWindow::control_changed();
     if (m_parent)
         m_parent->show_title();
@@ -132,8 +138,8 @@ void ChildWindow::control_changed()
 
 void ChildWindow::resize_to(const QSize& pixels)
 {
-    const QSize room = m_parent->area().viewport()->size();
-    m_window.resize(pixels.boundedTo(room));
+    const QWidget& area = *m_parent->area().viewport();
+    m_window.resize(area.isVisible() ? pixels.boundedTo(area.size()) : pixels);
 }
 
 void ChildWindow::show_first()

@@ -4,6 +4,8 @@
 #include "platform/qt/form_windows.h"
 #include "platform/qt/frame_views.h"
 
+#include <utility>
+
 class QMainWindow;
 class QMdiArea;
 class QMdiSubWindow;
@@ -28,6 +30,9 @@ public:
     void report_area();
     /// The form's caption, and that of the document which fills the window.
     void show_title();
+    /// The document that comes forward next is to fill the window.
+    void maximise_next() { m_next_is_maximised = true; }
+    bool next_is_maximised() { return std::exchange(m_next_is_maximised, false); }
 
 private:
     class Frame;
@@ -44,6 +49,7 @@ private:
     std::vector<std::unique_ptr<ToolBarView>> m_tool_bars;
     std::vector<std::unique_ptr<StatusBarView>> m_status_bars;
     std::vector<QAction*> m_listed;
+    bool m_next_is_maximised = false;
 };
 
 } // namespace tessavox

@@ -118,6 +118,9 @@ TEST_F(Windows, AChildMayCloseItselfFromItsOwnHandlersAndAnotherBecomesActive)
     EXPECT_EQ(desktop.forms.active_child(), first.get());
     EXPECT_EQ(area().activeSubWindow(), &window("first"));
     EXPECT_EQ(first->activations, 2);
+    EXPECT_TRUE(window("first").isMaximized()); // as the one before it was
+    window("first").showNormal();
+    EXPECT_GE(window("first").width(), 500); // and its own size is still the design's
 }
 
 TEST_F(Windows, TheUserActivatesAndMinimisesDocuments)
