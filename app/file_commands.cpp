@@ -32,8 +32,13 @@ std::int16_t frmMain::ActiveDocumentIndex()
 
 std::shared_ptr<frmDocument> frmMain::put_document_in_slot(int slot)
 {
+    DocumentTables& tables = m_process.tables;
     auto document = std::make_shared<frmDocument>(m_process, *this, *m_dock);
-    m_process.tables.documentWindows[slot - 1] = document;
+    // Its activation will come before it has its number, so what the last document in the slot has
+    // left is cleared here; but not what one that is still open needs.
+    if (!tables.documentWindows[slot - 1])
+        tables.documentChanged[slot] = false;
+    tables.documentWindows[slot - 1] = document;
     document->Load(); // before its Tag is set, so nothing in the load may depend on that
     document->Caption = "Document " + std::to_string(slot);
     document->Tag = std::to_string(slot);

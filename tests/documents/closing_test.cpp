@@ -38,6 +38,20 @@ TEST_F(Closing, AChangedDocumentAsks)
     EXPECT_EQ(document().Caption, "Document 1");
 }
 
+TEST_F(Closing, ANewDocumentInAFreedSlotStartsUnchanged)
+{
+    for (int times = 0; times < 2; ++times) {
+        open_another();
+        EXPECT_EQ(document().Caption, "Document 2");
+        EXPECT_TRUE(document().user_closed());
+        open_another();
+        program.pane().user_types(u"x");
+        answer(MessageAnswer::no);
+        EXPECT_TRUE(document().user_closed());
+    }
+    EXPECT_EQ(program.boxes.shown.size(), 2u);
+}
+
 TEST_F(Closing, ComingBackToADocumentForgetsItsChange)
 {
     frmDocument& first = document();
