@@ -75,7 +75,7 @@ bool frmDocument::has_default_caption() const
 
 void frmDocument::Form_Load()
 {
-    Voice.create(m_process.platform.speech, m_voice_events);
+    attempt([&] { Voice.create(m_process.platform.speech, m_voice_events); });
     m_process.find_ConfigFolder();
     settingsFile.ReadFromFile(m_process.ConfigFolder + speech_settings_file);
     load_speech();

@@ -118,8 +118,9 @@ public:
     std::shared_ptr<SpeechBaseStream> AudioOutputStream() const override { return m_stream; }
     void set_AudioOutputStream(std::shared_ptr<SpeechBaseStream> stream) override
     {
-        m_stream = std::dynamic_pointer_cast<RecordingStream>(stream);
-        note("AudioOutputStream", m_stream->name());
+        const auto wanted = std::dynamic_pointer_cast<RecordingStream>(stream);
+        note("AudioOutputStream", wanted->name());
+        m_stream = wanted;
     }
     void set_AllowAudioOutputFormatChangesOnNextSet(bool allow) override
     {
@@ -153,6 +154,8 @@ SpeechObjectToken token_named(const std::string& description)
 
 std::unique_ptr<SpeechVoice> RecordingSpeech::create_voice(SpeechVoiceEvents& events)
 {
+    if (refuses_voices)
+        throw Failure("no voice can be made");
     records.push_back(std::make_shared<VoiceRecord>(events));
     return std::make_unique<RecordingVoice>(*this, records.back());
 }

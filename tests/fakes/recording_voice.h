@@ -58,6 +58,8 @@ public:
     std::vector<SpeechObjectToken> voices{ token_named("Anna"), token_named("Bob") };
     std::vector<SpeechObjectToken> outputs{ token_named("Speakers") };
     std::vector<std::shared_ptr<VoiceRecord>> records;
+    /// Whether no further voice can be made.
+    bool refuses_voices = false;
     /// What every Speak does before it returns, such as delivering events.
     std::function<void(VoiceRecord&)> while_speaking;
 };

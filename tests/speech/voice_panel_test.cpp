@@ -124,6 +124,18 @@ TEST_F(Panel, ACompanionProgramCanChangeVoiceAndSpeed)
     EXPECT_EQ(program.file("/control.txt"), file_of_lines({ "0", "0", "0", "0" }));
 }
 
+TEST_F(Panel, WithoutAVoiceTheWindowLoadsToItsEnd)
+{
+    program.files.files["/home/conf//setting1.txt"] = file_of_lines({ "", " 1", "-3", " 0", "" });
+    program.speech.refuses_voices = true;
+    start();
+    EXPECT_EQ(program.panel(3), "Speaking Speed: -3");
+    EXPECT_EQ(program.pane().font_name, "Comic Sans MS");
+    document().SpeakBtn_Click();
+    EXPECT_FALSE(document().m_bSpeaking());
+    EXPECT_TRUE(program.main_window().Unload());
+}
+
 TEST_F(Panel, WithoutVoicesAndOutputsItStillLoads)
 {
     program.speech.voices.clear();
