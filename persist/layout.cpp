@@ -40,15 +40,14 @@ struct MoveRow {
     Length left, top, width, height;
 };
 
-struct ShownRow {
-    Pick<D> control;
-    bool visible;
+/// What is on in the text view and in the web view.
+template <class Window> struct ViewRow {
+    Pick<Window> control;
+    bool text;
+    bool web;
 };
 
-struct MenuRow {
-    Pick<M> item;
-    bool enabled;
-};
+enum class View { text, web };
 
 constexpr MoveRow text_moves[] = {
     { pick<&D::Picture3>, at(2900), at(0), keep, keep },
@@ -74,42 +73,23 @@ constexpr MoveRow web_moves[] = {
     { pick<&D::Command3>, client(-950), keep, keep, keep },
 };
 
-constexpr ShownRow text_shown[] = {
-    { pick<&D::PicBox>, true },
-    { pick<&D::Picbox2>, false },
-    { pick<&D::rtfText>, true },
-    { pick<&D::WebBrowser1>, false },
-    { pick<&D::CoolBar1>, false },
+constexpr ViewRow<D> shown[] = {
+    { pick<&D::PicBox>, true, false },
+    { pick<&D::Picbox2>, false, true },
+    { pick<&D::rtfText>, true, false },
+    { pick<&D::WebBrowser1>, false, true },
+    { pick<&D::CoolBar1>, false, true },
 };
 
-constexpr ShownRow web_shown[] = {
-    { pick<&D::PicBox>, false },
-    { pick<&D::Picbox2>, true },
-    { pick<&D::rtfText>, false },
-    { pick<&D::WebBrowser1>, true },
-    { pick<&D::CoolBar1>, true },
-};
-
-constexpr MenuRow text_menus[] = {
-    { pick<&M::mnuInsert>, true },
-    { pick<&M::mnuEdit>, true },
-    { pick<&M::mnuFormat>, true },
-    { pick<&M::mnuWindow>, true },
-    { pick<&M::mnuFileNew>, true },
-    { pick<&M::mnuFileSave>, true },
-    { pick<&M::mnuFileSaveAs>, true },
-    { pick<&M::mnuFilePrint>, true },
-};
-
-constexpr MenuRow web_menus[] = {
-    { pick<&M::mnuInsert>, false },
-    { pick<&M::mnuEdit>, false },
-    { pick<&M::mnuFormat>, false },
-    { pick<&M::mnuWindow>, false },
-    { pick<&M::mnuFileNew>, true },
-    { pick<&M::mnuFileSave>, false },
-    { pick<&M::mnuFileSaveAs>, false },
-    { pick<&M::mnuFilePrint>, false },
+constexpr ViewRow<M> enabled[] = {
+    { pick<&M::mnuInsert>, true, false },
+    { pick<&M::mnuEdit>, true, false },
+    { pick<&M::mnuFormat>, true, false },
+    { pick<&M::mnuWindow>, true, false },
+    { pick<&M::mnuFileNew>, true, true },
+    { pick<&M::mnuFileSave>, true, false },
+    { pick<&M::mnuFileSaveAs>, true, false },
+    { pick<&M::mnuFilePrint>, true, false },
 };
 
 struct Outer {
@@ -148,16 +128,16 @@ void move(D& document, std::span<const MoveRow> rows)
     }
 }
 
-void show(D& document, std::span<const ShownRow> rows)
+void show_panes(D& document, View view)
 {
-    for (const ShownRow& row : rows)
-        row.control(document).Visible = row.visible;
+    for (const auto& row : shown)
+        row.control(document).Visible = view == View::text ? row.text : row.web;
 }
 
-void enable(M& main, std::span<const MenuRow> rows)
+void enable_menus(M& main, View view)
 {
-    for (const MenuRow& row : rows)
-        row.item(main).Enabled = row.enabled;
+    for (const auto& row : enabled)
+        row.control(main).Enabled = view == View::text ? row.text : row.web;
 }
 
 } // namespace
@@ -167,10 +147,10 @@ void control_pos(D& document, M& main, const Handler& focused)
     main.tbToolBar.Visible = true;
     main.Toolbar2.Visible = false;
     move(document, text_moves);
-    show(document, text_shown);
+    show_panes(document, View::text);
     attempt([&] { document.rtfText.SetFocus(); });
     focused();
-    enable(main, text_menus);
+    enable_menus(main, View::text);
 }
 
 void control_pos2(D& document, M& main)
@@ -178,9 +158,9 @@ void control_pos2(D& document, M& main)
     main.tbToolBar.Visible = false;
     main.Toolbar2.Visible = true;
     move(document, web_moves);
-    show(document, web_shown);
+    show_panes(document, View::web);
     attempt([&] { document.WebBrowser1.SetFocus(); });
-    enable(main, web_menus);
+    enable_menus(main, View::web);
 }
 
 void fit_text_pane(D& document, const M& main)
