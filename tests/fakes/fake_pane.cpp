@@ -8,6 +8,11 @@ namespace tessavox {
 
 namespace {
 
+bool is_unholdable(char16_t unit)
+{
+    return unit == u'\0' || unit == 0xFDD0 || unit == 0xFDD1 || unit == 0xFFFC;
+}
+
 std::u16string normalised(const std::u16string& text)
 {
     std::u16string out;
@@ -16,7 +21,7 @@ std::u16string normalised(const std::u16string& text)
             out += u'\n';
             i += i + 1 < text.size() && text[i + 1] == u'\n';
         } else {
-            out += text[i] == u'\0' ? u'\xFFFD' : text[i];
+            out += is_unholdable(text[i]) ? u'\xFFFD' : text[i];
         }
     }
     return out;

@@ -1,0 +1,34 @@
+#include "tests/contract/file_store_contract.h"
+#include "tests/contract/rich_text_pane_contract.h"
+#include "tests/fakes/fake_platform.h"
+
+namespace tessavox {
+namespace {
+
+class FakePaneBed {
+public:
+    RichTextPane& pane() { return m_pane; }
+    void user_types(const std::u16string& text) { m_pane.user_types(text); }
+    void user_selects(std::int32_t start, std::int32_t length)
+    {
+        m_pane.user_selects(start, length);
+    }
+
+private:
+    FakePane m_pane;
+};
+
+class FakeFilesBed {
+public:
+    FileStore& store() { return m_files; }
+    std::string path(const std::string& name) const { return "/folder/" + name; }
+
+private:
+    FakeFiles m_files;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, RichTextPaneContract, FakePaneBed);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FileStoreContract, FakeFilesBed);
+
+} // namespace
+} // namespace tessavox
