@@ -120,9 +120,11 @@ TEST(Start, ASecondCopyRunsBesideTheFirstIfTheUserWantsIt)
     program.start();
     auto& question = static_cast<openmsg&>(*program.windows.open_forms.at(0));
     EXPECT_EQ(question.Label1.Caption, "Tessavox has been opened.");
+    program.files.files.erase("/home/conf//opened.txt");
     question.Command2.user_press();
     program.run_posted();
     EXPECT_EQ(window_of(program), "shown");
+    EXPECT_FALSE(program.files.files.contains("/home/conf//opened.txt"));
     EXPECT_FALSE(program.has_quit);
     EXPECT_TRUE(program.main_window().Unload());
     EXPECT_EQ(program.file("/opened.txt"), file_of_lines({ "0" })); // though the first one runs

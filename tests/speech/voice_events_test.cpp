@@ -21,9 +21,11 @@ TEST_F(Words, AreSelectedAsTheyAreSpoken)
 {
     document().SpeakBtn_Click();
     voice().start_stream();
+    program.main_window().mnuEdit.Enabled = true;
     voice().word(4, 3);
     EXPECT_EQ(selected(), "two");
     EXPECT_EQ(program.panel(1), "Line Number: 1");
+    EXPECT_TRUE(program.main_window().mnuEdit.Enabled); // a word costs no round of all controls
     voice().word(8, 5);
     EXPECT_EQ(selected(), "three");
     EXPECT_EQ(program.panel(1), "Line Number: 2");
