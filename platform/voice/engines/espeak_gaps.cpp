@@ -15,8 +15,7 @@ struct Range {
 };
 
 // Found by speaking every character by itself under the address sanitizer with voices of ten
-// scripts. The last two have names that are too long for a
-// buffer. In rising order.
+// scripts. The last two have names that are too long for a buffer. In rising order.
 constexpr Range unreadable[] = {
     { 0x380, 0x385 },
     { 0x387, 0x387 },
