@@ -83,13 +83,15 @@ protected:
             return QComboBox::paintEvent(event);
         QStyleOptionComboBox option;
         initStyleOption(&option);
-        const int room
+        const QSize field
             = style()
                   ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this)
-                  .width();
-        option.currentText
-            = fontMetrics().elidedText(option.currentText, Qt::ElideRight, room - list_text_margin);
+                  .size();
+        const QSize room(field.width() - list_text_margin, field.height());
         QStylePainter painter(this);
+        painter.setFont(fitted_font(font(), option.currentText, room));
+        option.currentText
+            = painter.fontMetrics().elidedText(option.currentText, Qt::ElideRight, room.width());
         painter.drawComplexControl(QStyle::CC_ComboBox, option);
         painter.drawControl(QStyle::CE_ComboBoxLabel, option);
     }
