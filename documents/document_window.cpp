@@ -47,9 +47,9 @@ frmDocument::frmDocument(Process& process, frmMain& main, frmDockDemo& dock)
     , m_session({ *this, dock, main }, Voice)
     , m_flags(*this)
     , m_panel(*this, main, Voice, m_session, m_flags, settingsFile, process.ConfigFolder)
-    , m_reading(*this, Voice, m_session, m_panel, m_flags, place, process.platform.clipboard)
+    , m_reading(m_reading_parts, process.platform.clipboard)
     , m_voice_events(*this, m_session, place)
-    , m_wave_file(*this, Voice, m_session, m_panel, m_flags, place, process.platform)
+    , m_wave_file(m_reading_parts, process.platform)
 {
     for (const ButtonRow& row : button_rows)
         (this->*row.button).Click = [this, click = row.Click] { (this->*click)(); };

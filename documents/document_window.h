@@ -78,6 +78,7 @@ private:
     SpeechSession m_session;
     SpeakFlags m_flags;
     VoicePanel m_panel;
+    ReadingParts m_reading_parts{ *this, Voice, m_session, m_panel, m_flags, place };
     Reading m_reading;
     VoiceEvents m_voice_events;
     WaveFile m_wave_file;

@@ -17,6 +17,16 @@ struct ReadingPlace {
     std::int16_t isReadClipbd = 0; // 1: words move the selection. It is no clipboard reading then.
 };
 
+/// What of a document its readings work on.
+struct ReadingParts {
+    DocumentControls& controls;
+    DocumentVoice& Voice;
+    SpeechSession& session;
+    VoicePanel& panel;
+    SpeakFlags& flags;
+    ReadingPlace& place;
+};
+
 /// The text pane's part of a Read command: the selection, or else the text from the caret to its
 /// end, which then is the selection. Sets `position` to where that begins.
 TextSlice selection_or_rest(RichTextPane& pane, std::int32_t& position);
@@ -24,8 +34,11 @@ TextSlice selection_or_rest(RichTextPane& pane, std::int32_t& position);
 /// Each entry hands the whole text to the voice in one call and returns before the first sound.
 class Reading {
 public:
-    Reading(DocumentControls& controls, DocumentVoice& Voice, SpeechSession& session,
-        VoicePanel& panel, SpeakFlags& flags, ReadingPlace& place, Clipboard& clipboard);
+    Reading(const ReadingParts& document, Clipboard& clipboard)
+        : m_document(document)
+        , m_clipboard(clipboard)
+    {
+    }
 
     /// Reads the document: its selection, or from the caret on, or from the top if nothing is left
     /// behind the caret. Does nothing while a reading runs, also while it is paused.
@@ -38,14 +51,10 @@ public:
 
 private:
     void speak_pane();
+    void begin_outside_text();
     void speak_outside_text(const std::function<TextSlice()>& text);
 
-    DocumentControls& m_controls;
-    DocumentVoice& Voice;
-    SpeechSession& m_session;
-    VoicePanel& m_panel;
-    SpeakFlags& m_flags;
-    ReadingPlace& m_place;
+    const ReadingParts m_document;
     Clipboard& m_clipboard;
 };
 

@@ -22,23 +22,11 @@ constexpr std::int32_t no_time_limit = -1;
 
 } // namespace
 
-WaveFile::WaveFile(DocumentControls& controls, DocumentVoice& voice, SpeechSession& session,
-    VoicePanel& panel, SpeakFlags& flags, ReadingPlace& place, Platform& platform)
-    : m_controls(controls)
-    , Voice(voice)
-    , m_session(session)
-    , m_panel(panel)
-    , m_flags(flags)
-    , m_place(place)
-    , m_platform(platform)
-{
-}
-
 void WaveFile::menuFileSaveToWave_Click()
 {
     save([&] {
-        return m_place.view_status == 1
-            ? selection_or_rest(m_controls.rtfText.pane(), m_place.position)
+        return m_document.place.view_status == 1
+            ? selection_or_rest(m_document.controls.rtfText.pane(), m_document.place.position)
             : m_platform.clipboard.GetText();
     });
 }
@@ -50,11 +38,11 @@ void WaveFile::DockSaveToWave_Click()
 
 void WaveFile::save(const std::function<TextSlice()>& text)
 {
-    if (m_session.m_bSpeaking())
+    if (m_document.session.m_bSpeaking())
         return;
     try {
-        m_panel.set_Voice();
-        Voice->set_Rate(m_controls.cpvSlider1.Value);
+        m_document.panel.set_Voice();
+        m_document.Voice->set_Rate(m_document.controls.cpvSlider1.Value);
         m_file_name.clear();
         FileDialogRequest request = wave_request(2103, m_file_name);
         request.overwrite_prompt = true;
@@ -65,7 +53,7 @@ void WaveFile::save(const std::function<TextSlice()>& text)
         m_platform.screen.set_MousePointer(MousePointer::hourglass);
         const auto stream = m_platform.speech.create_file_stream();
         speak_into(stream, text);
-        m_panel.AudioOutputCB_Click();
+        m_document.panel.AudioOutputCB_Click();
         stream->Close();
         m_platform.screen.set_MousePointer(MousePointer::normal);
         m_platform.message_boxes.show(
@@ -78,17 +66,17 @@ void WaveFile::save(const std::function<TextSlice()>& text)
 void WaveFile::speak_into(
     const std::shared_ptr<SpeechFileStream>& stream, const std::function<TextSlice()>& text)
 {
-    stream->set_FormatType(m_panel.chosen_format());
+    stream->set_FormatType(m_document.panel.chosen_format());
     stream->Open(m_file_name, SSFMCreateForWrite, false);
-    Voice->set_AllowAudioOutputFormatChangesOnNextSet(false);
-    Voice->set_AudioOutputStream(stream);
-    Voice->Speak(text(), m_flags.m_lSpeakFlags());
-    Voice->WaitUntilDone(no_time_limit);
+    m_document.Voice->set_AllowAudioOutputFormatChangesOnNextSet(false);
+    m_document.Voice->set_AudioOutputStream(stream);
+    m_document.Voice->Speak(text(), m_document.flags.m_lSpeakFlags());
+    m_document.Voice->WaitUntilDone(no_time_limit);
 }
 
 void WaveFile::Play_Click()
 {
-    if (m_session.m_bSpeaking())
+    if (m_document.session.m_bSpeaking())
         return;
     try {
         const std::optional<std::string> chosen
@@ -96,13 +84,13 @@ void WaveFile::Play_Click()
         if (!chosen)
             throw Failure("no file was chosen");
         m_file_name = *chosen;
-        m_controls.chkSpFlagIsFilename.Value = 1;
-        Voice->Speak(to_utf16(m_file_name), m_flags.m_lSpeakFlags());
-        m_controls.chkSpFlagIsFilename.Value = 0;
-        m_session.UpdateSpeechControls(true, m_session.m_bPaused());
+        m_document.controls.chkSpFlagIsFilename.Value = 1;
+        m_document.Voice->Speak(to_utf16(m_file_name), m_document.flags.m_lSpeakFlags());
+        m_document.controls.chkSpFlagIsFilename.Value = 0;
+        m_document.session.UpdateSpeechControls(true, m_document.session.m_bPaused());
     } catch (const Failure& failure) {
         ReportDebugText("Speak Wave Error: ", failure.what());
-        m_session.UpdateSpeechControls(false, m_session.m_bPaused());
+        m_document.session.UpdateSpeechControls(false, m_document.session.m_bPaused());
     }
 }
 

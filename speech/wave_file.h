@@ -3,9 +3,6 @@
 
 #include "platform/services.h"
 #include "speech/reading.h"
-#include "speech/speak_flags.h"
-#include "speech/speech_session.h"
-#include "speech/voice_panel.h"
 
 #include <string>
 
@@ -16,8 +13,11 @@ namespace tessavox {
 /// succeeds, or a reset, gives the voice its output back.
 class WaveFile {
 public:
-    WaveFile(DocumentControls& controls, DocumentVoice& Voice, SpeechSession& session,
-        VoicePanel& panel, SpeakFlags& flags, ReadingPlace& place, Platform& platform);
+    WaveFile(const ReadingParts& document, Platform& platform)
+        : m_document(document)
+        , m_platform(platform)
+    {
+    }
 
     /// Saves the speech of the document.
     void menuFileSaveToWave_Click();
@@ -30,12 +30,7 @@ private:
     void speak_into(
         const std::shared_ptr<SpeechFileStream>& stream, const std::function<TextSlice()>& text);
 
-    DocumentControls& m_controls;
-    DocumentVoice& Voice;
-    SpeechSession& m_session;
-    VoicePanel& m_panel;
-    SpeakFlags& m_flags;
-    ReadingPlace& m_place;
+    const ReadingParts m_document;
     Platform& m_platform;
     std::string m_file_name; // the path that the user chose last
 };
