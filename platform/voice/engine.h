@@ -26,8 +26,8 @@ public:
     virtual std::vector<SpeechObjectToken> voices() = 0;
 
     /// Speaks one utterance. The loudness is the engine's own: volume is applied by the caller.
-    /// Every token of the utterance gets exactly one word mark. When `cancelled` turns true the call
-    /// returns early with what there is.
+    /// Every token of the utterance gets exactly one word mark. When `cancelled` turns true the
+    /// call returns early with what there is.
     /// @throws Failure if the engine can't speak; the caller then goes on with the next utterance.
     virtual Rendering render(const RenderRequest& request, const std::atomic<bool>& cancelled) = 0;
 };
