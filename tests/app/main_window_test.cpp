@@ -15,6 +15,14 @@ struct MainWindow : testing::Test {
     RunningProgram program;
 };
 
+TEST_F(MainWindow, BeginsWithItsOwnSizeAndWithoutTheTrayMenu)
+{
+    EXPECT_EQ(main_window().Height, 8000.0);
+    EXPECT_EQ(main_window().Width, 25600.0);
+    EXPECT_TRUE(main_window().sbStatusBar.Visible);
+    EXPECT_FALSE(main_window().Popmenu.Visible);
+}
+
 TEST_F(MainWindow, LeadsItsMenusToTheActiveDocument)
 {
     main_window().mnuFileNew.user_choose();

@@ -28,6 +28,10 @@ TEST_F(Documents, OpenWithTheSettingsOfTheFiles)
     EXPECT_EQ(document().Combo1.List(1), "b");
     EXPECT_EQ(document().Combo1.Text, "Http://");
     EXPECT_EQ(program.windows.focused, &document().rtfText);
+    for (const Control* control : std::initializer_list<const Control*>{ &document().Command1,
+             &document().Command2, &document().SkipBtn, &document().SkipTxtBox, &document().UpDown1,
+             &document().SkinLabel2, &document().AudioOutputCB, &document().Frame1 })
+        EXPECT_FALSE(control->Visible) << control->name();
 
     document().Unload();
     EXPECT_EQ(program.file("/setting1.txt"),

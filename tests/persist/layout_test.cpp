@@ -51,7 +51,9 @@ struct Layout : testing::Test {
 
 TEST_F(Layout, TheTextViewFillsTheWindowRightOfTheColumn)
 {
+    program.main_window().sbStatusBar.PanelText(1) = "Line Number: 9"; // of another document
     resize(20000, 10000);
+    EXPECT_EQ(program.panel(1), "Line Number: 1");
     expect({ { "Picture1.l", 0 }, { "Picture1.t", 0 }, { "Picture1.w", 2775 },
         { "Picture3.l", 2900 }, { "Picture3.t", 0 }, { "Picboxsetting.t", 2600 },
         { "PicBox.l", 2900 }, { "PicBox.t", 500 }, { "PicBox.w", 17100 }, { "PicBox.h", 9200 },

@@ -128,6 +128,21 @@ TEST_F(Reading, OfTheClipboardSetsNoVolumeAndMovesNoSelection)
     EXPECT_EQ(document().place.position, 5);
     voice().word(0, 6);
     EXPECT_EQ(program.pane().SelLength(), 0);
+    voice().end_stream();
+    document().SpeakBtn_Click();
+    EXPECT_EQ(document().place.isReadClipbd, 1);
+}
+
+TEST_F(Reading, EndsTheReadingOfFilesByName)
+{
+    const std::function<void()> entries[] = { [&] { document().SpeakBtn_Click(); },
+        [&] { document().ReadClipbdBtn_Click(); }, [&] { document().readtext(u"a"); } };
+    for (const auto& entry : entries) {
+        document().chkSpFlagIsFilename.Value = 1;
+        entry();
+        EXPECT_EQ(document().chkSpFlagIsFilename.Value, 0);
+        document().StopBtn_Click();
+    }
 }
 
 TEST_F(Reading, OfTheClipboardGoesOnOverFailures)

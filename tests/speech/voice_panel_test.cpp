@@ -76,7 +76,10 @@ TEST_F(Panel, ResetRestoresTheDefaultsInThisOrder)
     document().cpvSlider1.user_drag(4);
     document().cpvSlider2.user_drag(4);
     document().SkipTxtBox.Text = "9";
-    document().chkSpFlagPersistXML.Value = 1;
+    CheckBox* const unticked[] = { &document().chkSpFlagPersistXML,
+        &document().chkSpFlagNLPSpeakPunc, &document().chkSpFlagIsFilename };
+    for (CheckBox* box : unticked)
+        box->Value = 1;
     document().PauseBtn_Click();
     voice().take_calls();
 
@@ -91,7 +94,8 @@ TEST_F(Panel, ResetRestoresTheDefaultsInThisOrder)
     EXPECT_EQ(document().Check1.Value, 1);
     EXPECT_EQ(document().FormatCB.Text, "48kHz 16Bit Stereo");
     EXPECT_EQ(document().SkipTxtBox.Text, "0");
-    EXPECT_EQ(document().chkSpFlagPersistXML.Value, 0);
+    for (const CheckBox* box : unticked)
+        EXPECT_EQ(box->Value, 0) << box->name();
     EXPECT_FALSE(document().m_bPaused());
     // The state comes last and offers the tray's entry again, although reading is automatic now.
     EXPECT_TRUE(program.main_window().mnuTrayReadClipboard.Enabled);
@@ -116,6 +120,13 @@ TEST_F(Panel, ACompanionProgramCanChangeVoiceAndSpeed)
     EXPECT_EQ(program.panel(2), "Speaker:  Bob");
     EXPECT_EQ(document().cpvSlider1.Value, 0);
     EXPECT_EQ(program.file("/control.txt"), file_of_lines({ "0", "0", "0", "0" }));
+
+    // A voice that isn't there changes nothing, but the panel tells this document's voice again.
+    program.files.files["/home/conf//setting1.txt"] = file_of_lines({ "", " 9", " 7", " 1", "" });
+    program.main_window().sbStatusBar.PanelText(2) = "Speaker:  of another document";
+    document().Adjustspeaker();
+    EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Bob" }));
+    EXPECT_EQ(program.panel(2), "Speaker:  Bob");
 
     program.files.files["/home/conf//control.txt"] = file_of_lines({ "0", "1", "0", "0" });
     document().Adjustspeed();

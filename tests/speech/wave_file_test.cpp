@@ -141,6 +141,13 @@ TEST_F(Waves, PlaySpeaksAFileByItsName)
     document().Play_Click();
     EXPECT_EQ(program.dialogs.requests[1].FileName, "/a.wav");
     EXPECT_FALSE(document().m_bSpeaking());
+
+    // A save begins without a name, and even a cancelled one makes the dialog forget the last.
+    program.dialogs.answers = { std::nullopt, std::nullopt };
+    document().menuFileSaveToWave_Click();
+    document().Play_Click();
+    EXPECT_EQ(program.dialogs.requests[2].FileName, "");
+    EXPECT_EQ(program.dialogs.requests[3].FileName, "");
 }
 
 TEST_F(Waves, AFileThatCannotBePlayedReturnsToIdle)
