@@ -39,6 +39,7 @@ std::int32_t leading_number(const std::string& name)
 template <class... Cases> struct Overloaded : Cases... {
     using Cases::operator()...;
 };
+template <class... Cases> Overloaded(Cases...) -> Overloaded<Cases...>;
 
 } // namespace
 

@@ -15,7 +15,6 @@ namespace {
 // Below this the helpers would have started just when the text ends.
 constexpr std::size_t worth_helpers_units = 20'000;
 constexpr std::size_t most_items_ahead = 256;
-constexpr std::size_t written_at_once_bytes = 1 << 18;
 constexpr int usual_rate = 22050; // for a silence before the first word
 
 // Without a program to start, a farm renders on the thread that takes from it.
