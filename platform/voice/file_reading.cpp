@@ -13,7 +13,7 @@ namespace tessavox::voice {
 namespace {
 
 // Below this the helpers would have started just when the text ends.
-constexpr std::size_t worth_helpers_units = 20'000;
+constexpr std::size_t worth_helpers_units = 4'000;
 constexpr std::size_t most_items_ahead = 256;
 constexpr int usual_rate = 22050; // for a silence before the first word
 

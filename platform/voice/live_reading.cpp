@@ -12,7 +12,7 @@ namespace tessavox::voice {
 namespace {
 
 constexpr int slices_a_second = 20;
-constexpr std::size_t longest_first_units = 240; // a dozen seconds of speech, some ms of work
+constexpr std::size_t longest_first_units = 160; // some ten seconds of speech, some ms of work
 constexpr int usual_rate = 22050; // for a silence before the first word
 
 } // namespace
