@@ -200,6 +200,10 @@ class TextPane(Control):
         Atspi.Text.add_selection(self.node, begin, end)
         wait_for(lambda: self.selection == (begin, end), f"a selection from {begin} to {end}")
 
+    def copy(self, begin, end):
+        """Puts that part of the text on the clipboard."""
+        Atspi.EditableText.copy_text(self.node, begin, end)
+
 
 class Program:
     """The running program. Use it in a `with` statement, which ends it.

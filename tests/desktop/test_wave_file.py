@@ -25,8 +25,8 @@ class WaveFile(unittest.TestCase):
         self.pane.text = TEXT
         self.pane.caret = 0
 
-    def save_as(self, path):
-        self.program.button("Read to File").press()
+    def save_as(self, path, button="Read to File"):
+        self.program.button(button).press()
         self.program.dialog("Save to a Wave File")
         type_text(path)
         keys("Return")
@@ -47,6 +47,29 @@ class WaveFile(unittest.TestCase):
                 self.assertIn("WAV file successfully written!", self.program.answer(message))
                 self.assertEqual((soxi("-r", path), soxi("-b", path), soxi("-c", path)), expected)
                 self.assertTrue(2 < float(soxi("-D", path)) < 8, soxi("-D", path))
+
+    def test_selection_rest_and_clipboard_are_saved_and_nothing_else(self):
+        four, eight = TEXT.index("four"), TEXT.index("eight")
+        cases = {
+            "the selection": (four, TEXT.index(" seven"), "Read to File", "four five six"),
+            "the rest from the caret on": (eight, eight, "Read to File", TEXT[eight:]),
+            "the clipboard": (four, TEXT.index(" nine"), "Save Clipboard to File",
+                              TEXT[four:TEXT.index(" nine")]),
+        }
+        for case, (begin, end, button, words) in cases.items():
+            with self.subTest(case):
+                path = os.path.join(self.folder, case)
+                if "Clipboard" in button:
+                    self.pane.copy(begin, end)
+                else:
+                    self.pane.select(begin, end)
+                self.save_as(path, button)
+                self.program.answer(self.program.wait_for_message())
+                by_the_engine = os.path.join(self.folder, "reference")
+                subprocess.run(["espeak-ng", "-v", "gmw/en-US", "-w", by_the_engine, words],
+                               check=True)
+                expected = float(soxi("-D", by_the_engine))
+                self.assertAlmostEqual(float(soxi("-D", path)), expected, delta=0.1 * expected)
 
     def test_after_a_save_reading_sounds_again_and_the_file_can_be_played(self):
         path = os.path.join(self.folder, "kept")  # no ending is forced on a name
