@@ -119,32 +119,31 @@ QString chosen_path(QFileDialog& dialog)
     return {};
 }
 
+/// Begins in `folder` unless the request names one, and leaves there the folder of what was chosen.
+std::optional<std::string> ask_for_path(const FileDialogRequest& request,
+    QFileDialog::AcceptMode purpose, QFileDialog::FileMode mode, QString& folder)
+{
+    QFileDialog dialog(QApplication::activeWindow());
+    dialog.setAcceptMode(purpose);
+    dialog.setFileMode(mode);
+    begin_with(dialog, request, folder);
+    const QString path = chosen_path(dialog);
+    if (path.isEmpty())
+        return std::nullopt;
+    folder = QFileInfo(path).absolutePath();
+    return from_qt(path);
+}
+
 } // namespace
 
 std::optional<std::string> QtFileDialogs::ShowOpen(const FileDialogRequest& request)
 {
-    QFileDialog dialog(QApplication::activeWindow());
-    dialog.setAcceptMode(QFileDialog::AcceptOpen);
-    dialog.setFileMode(QFileDialog::ExistingFile);
-    begin_with(dialog, request, m_folder);
-    const QString path = chosen_path(dialog);
-    if (path.isEmpty())
-        return std::nullopt;
-    m_folder = QFileInfo(path).absolutePath();
-    return from_qt(path);
+    return ask_for_path(request, QFileDialog::AcceptOpen, QFileDialog::ExistingFile, m_folder);
 }
 
 std::optional<std::string> QtFileDialogs::ShowSave(const FileDialogRequest& request)
 {
-    QFileDialog dialog(QApplication::activeWindow());
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setFileMode(QFileDialog::AnyFile);
-    begin_with(dialog, request, m_folder);
-    const QString path = chosen_path(dialog);
-    if (path.isEmpty())
-        return std::nullopt;
-    m_folder = QFileInfo(path).absolutePath();
-    return from_qt(path);
+    return ask_for_path(request, QFileDialog::AcceptSave, QFileDialog::AnyFile, m_folder);
 }
 
 // Mouse pointer and panes ------------------------------------------------------------------------
