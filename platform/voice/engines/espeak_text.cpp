@@ -17,6 +17,13 @@ std::u32string characters_of(std::u16string_view text)
     return characters;
 }
 
+// The library passes over these without a sound, though a person reads them as words.
+bool is_silent_sign(std::u16string_view token)
+{
+    return !token.empty() && (token.front() == u'<' || token.front() == u'>')
+        && token.find_first_not_of(token.front()) == std::u16string_view::npos;
+}
+
 bool is_blank(const std::string& text)
 {
     return text.find_first_not_of(' ') == std::string::npos;
@@ -63,9 +70,12 @@ std::vector<EspeakPiece> espeak_pieces(const Utterance& utterance, bool english)
     };
     const SpeechStyle& style = utterance.style;
     for (std::uint32_t token = 0; token < utterance.tokens.size(); ++token) {
-        const std::u16string_view text = token_text(utterance, token);
-        if (!style.spell && !(style.speak_punctuation && is_mark(text)))
+        std::u16string_view text = token_text(utterance, token);
+        const bool silent = is_silent_sign(text);
+        if (!style.spell && !silent && !(style.speak_punctuation && is_mark(text)))
             continue;
+        if (silent) // a row of them is said once
+            text = text.substr(0, 1);
         add_words(utterance.tokens[token].begin);
         pieces.emplace_back(NamedPiece{ characters_of(text), token });
         begin = token_end(utterance, token);

@@ -296,6 +296,21 @@ TEST_P(EngineProsody, CancelledItStopsAtOnceAndSpeaksOnAfterwards)
         static_cast<double>(whole) / 200);
 }
 
+TEST(Espeak, SaysAnAngleBracketAndARowOfThemOnce)
+{
+    const auto engine = make_espeak_engine();
+    const auto seconds = [&](std::u16string_view text) {
+        const Utterance utterance = utterance_of(text);
+        const Rendering rendering
+            = engine->render({ "espeak:gmw/en-US", 0, &utterance }, not_cancelled);
+        return static_cast<double>(rendering.samples.size()) / rendering.sample_rate;
+    };
+    const double two_numbers = seconds(u"five six");
+    const double compared = seconds(u"five < six");
+    EXPECT_GT(compared, two_numbers + 0.25); // two words more
+    EXPECT_NEAR(seconds(u"five <<<<<<<< six"), compared, 0.1);
+}
+
 TEST_P(EngineContract, AnUnknownVoiceIsAFailure)
 {
     const Utterance utterance = utterance_of(u"Hello");
