@@ -299,6 +299,7 @@ TEST_P(EngineProsody, CancelledItStopsAtOnceAndSpeaksOnAfterwards)
 TEST(Espeak, SaysAnAngleBracketAndARowOfThemOnce)
 {
     const auto engine = make_espeak_engine();
+    const std::atomic<bool> not_cancelled{ false };
     const auto seconds = [&](std::u16string_view text) {
         const Utterance utterance = utterance_of(text);
         const Rendering rendering
