@@ -48,6 +48,7 @@ std::unique_ptr<SpeechService> make_speech()
     options.helper_path
         = from_qt(QCoreApplication::applicationDirPath() + "/tessavox-voice-helper");
     options.helpers = render_helpers;
+    options.default_output_name = "Default output";
     return voice::make_speech_service(std::move(options));
 }
 

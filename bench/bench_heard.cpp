@@ -180,20 +180,6 @@ public:
         at_word();
     }
     void Voice_EndStream(std::int32_t, std::int64_t) override { ended = true; }
-    void Voice_StartStream(std::int32_t, std::int64_t) override { }
-    void Voice_VoiceChange(std::int32_t, std::int64_t, const SpeechObjectToken&) override { }
-    void Voice_Bookmark(std::int32_t, std::int64_t, const std::string&, std::int32_t) override { }
-    void Voice_Sentence(std::int32_t, std::int64_t, std::int32_t, std::int32_t) override { }
-    void Voice_Phoneme(
-        std::int32_t, std::int64_t, std::int32_t, std::int16_t, std::int32_t, std::int16_t) override
-    {
-    }
-    void Voice_Viseme(
-        std::int32_t, std::int64_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t) override
-    {
-    }
-    void Voice_AudioLevel(std::int32_t, std::int64_t, std::int32_t) override { }
-    void Voice_EnginePrivate(std::int32_t, std::int32_t, std::int64_t) override { }
 };
 
 struct Bench {

@@ -114,24 +114,7 @@ private:
     FirstWrite& m_first;
 };
 
-class Deaf : public SpeechVoiceEvents {
-    void Voice_StartStream(std::int32_t, std::int64_t) override { }
-    void Voice_EndStream(std::int32_t, std::int64_t) override { }
-    void Voice_VoiceChange(std::int32_t, std::int64_t, const SpeechObjectToken&) override { }
-    void Voice_Bookmark(std::int32_t, std::int64_t, const std::string&, std::int32_t) override { }
-    void Voice_Word(std::int32_t, std::int64_t, std::int32_t, std::int32_t) override { }
-    void Voice_Sentence(std::int32_t, std::int64_t, std::int32_t, std::int32_t) override { }
-    void Voice_Phoneme(
-        std::int32_t, std::int64_t, std::int32_t, std::int16_t, std::int32_t, std::int16_t) override
-    {
-    }
-    void Voice_Viseme(
-        std::int32_t, std::int64_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t) override
-    {
-    }
-    void Voice_AudioLevel(std::int32_t, std::int64_t, std::int32_t) override { }
-    void Voice_EnginePrivate(std::int32_t, std::int32_t, std::int64_t) override { }
-};
+class Deaf : public SpeechVoiceEvents { };
 
 std::u16string english(std::size_t units)
 {

@@ -96,40 +96,52 @@ public:
     virtual void Close() = 0;
 };
 
-/// The ten events. They arrive on the interface thread, between handlers, or inside a Speak that
-/// was called without SVSFlagsAsync. StreamPos is a byte offset in the output of that stream;
-/// CharacterPosition and Length count UTF-16 code units of the text given to Speak, markup
-/// included.
+/// The ten events of SAPI, and one of our own. A listener overrides those that it wants; all arrive
+/// on the interface thread, between handlers, or inside a Speak that was called without
+/// SVSFlagsAsync. StreamPos is a byte offset in the output of that stream; CharacterPosition and
+/// Length count UTF-16 code units of the text given to Speak, markup included.
 class SpeechVoiceEvents {
 public:
     virtual ~SpeechVoiceEvents() = default;
-    virtual void Voice_StartStream(std::int32_t StreamNum, std::int64_t StreamPos) = 0;
-    virtual void Voice_EndStream(std::int32_t StreamNum, std::int64_t StreamPos) = 0;
+    virtual void Voice_StartStream(std::int32_t /*StreamNum*/, std::int64_t /*StreamPos*/) { }
+    virtual void Voice_EndStream(std::int32_t /*StreamNum*/, std::int64_t /*StreamPos*/) { }
     virtual void Voice_VoiceChange(
-        std::int32_t StreamNum, std::int64_t StreamPos, const SpeechObjectToken& Token)
-        = 0;
-    virtual void Voice_Bookmark(std::int32_t StreamNumber, std::int64_t StreamPosition,
-        const std::string& Bookmark, std::int32_t BookmarkId)
-        = 0;
-    virtual void Voice_Word(std::int32_t StreamNum, std::int64_t StreamPos,
-        std::int32_t CharacterPosition, std::int32_t Length)
-        = 0;
-    virtual void Voice_Sentence(std::int32_t StreamNum, std::int64_t StreamPos,
-        std::int32_t CharacterPosition, std::int32_t Length)
-        = 0;
-    virtual void Voice_Phoneme(std::int32_t StreamNumber, std::int64_t StreamPosition,
-        std::int32_t Duration, std::int16_t NextPhoneId, std::int32_t Feature,
-        std::int16_t CurrentPhoneId)
-        = 0;
-    virtual void Voice_Viseme(std::int32_t StreamNum, std::int64_t StreamPos, std::int32_t Duration,
-        std::int32_t VisemeType, std::int32_t Feature, std::int32_t VisemeId)
-        = 0;
+        std::int32_t /*StreamNum*/, std::int64_t /*StreamPos*/, const SpeechObjectToken& /*Token*/)
+    {
+    }
+    virtual void Voice_Bookmark(std::int32_t /*StreamNumber*/, std::int64_t /*StreamPosition*/,
+        const std::string& /*Bookmark*/, std::int32_t /*BookmarkId*/)
+    {
+    }
+    virtual void Voice_Word(std::int32_t /*StreamNum*/, std::int64_t /*StreamPos*/,
+        std::int32_t /*CharacterPosition*/, std::int32_t /*Length*/)
+    {
+    }
+    virtual void Voice_Sentence(std::int32_t /*StreamNum*/, std::int64_t /*StreamPos*/,
+        std::int32_t /*CharacterPosition*/, std::int32_t /*Length*/)
+    {
+    }
+    virtual void Voice_Phoneme(std::int32_t /*StreamNumber*/, std::int64_t /*StreamPosition*/,
+        std::int32_t /*Duration*/, std::int16_t /*NextPhoneId*/, std::int32_t /*Feature*/,
+        std::int16_t /*CurrentPhoneId*/)
+    {
+    }
+    virtual void Voice_Viseme(std::int32_t /*StreamNum*/, std::int64_t /*StreamPos*/,
+        std::int32_t /*Duration*/, std::int32_t /*VisemeType*/, std::int32_t /*Feature*/,
+        std::int32_t /*VisemeId*/)
+    {
+    }
     virtual void Voice_AudioLevel(
-        std::int32_t StreamNumber, std::int64_t StreamPosition, std::int32_t AudioLevel)
-        = 0;
+        std::int32_t /*StreamNumber*/, std::int64_t /*StreamPosition*/, std::int32_t /*AudioLevel*/)
+    {
+    }
     virtual void Voice_EnginePrivate(
-        std::int32_t StreamNumber, std::int32_t StreamPosition, std::int64_t lParam)
-        = 0;
+        std::int32_t /*StreamNumber*/, std::int32_t /*StreamPosition*/, std::int64_t /*lParam*/)
+    {
+    }
+    /// Not asked for by EventInterests: the sound output has been out of reach for some seconds
+    /// while something was spoken (false), or is there again (true). The words go on all the same.
+    virtual void Voice_AudioOutput(bool /*reachable*/) { }
 };
 
 /// One voice. Used on the interface thread only. Nothing here waits for the engine, the sound
@@ -154,6 +166,11 @@ public:
     /// Blocks until the queue is empty, or for `milliseconds` (-1: without limit). The events of
     /// that time arrive afterwards, through the message loop. Returns whether the queue is empty.
     virtual bool WaitUntilDone(std::int32_t milliseconds) = 0;
+    /// How far the text of the running Speak has been spoken, or written to a file, in UTF-16 code
+    /// units: for a progress display. Rises to the text's length, and starts anew with the next
+    /// one. A dialog may ask for it every 50 ms beside WaitUntilDone(0); Speak with an empty text
+    /// and SVSFPurgeBeforeSpeak ends the writing at once, and Close completes the file as it is.
+    virtual std::int64_t spoken_units() const = 0;
 
     /// The installed voices, in an order that is the same at every start. Two empty texts ask for
     /// all; otherwise the attributes as in markup, "Gender=Female;Language=409".

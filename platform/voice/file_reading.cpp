@@ -109,6 +109,10 @@ void FileReading::write_utterance(const Utterance& utterance, Rendering renderin
         [this](std::uint64_t sample) { return m_composer.frame_of(sample); }, m_next_sequence);
     std::move(events.begin(), events.end(), std::back_inserter(m_happened));
     m_composer.push(rendering.samples, m_sound);
+    if (!utterance.tokens.empty()) {
+        const Token& last = utterance.tokens.back();
+        m_spoken_units = last.source_begin + last.source_length;
+    }
 }
 
 void FileReading::write_silence(const Silence& silence)
@@ -133,6 +137,7 @@ bool FileReading::send()
     if (!m_sound.empty() && !m_job.file->write(m_sound))
         return false;
     m_sound.clear();
+    m_playback.set_spoken_units(m_spoken_units);
     return true;
 }
 

@@ -55,6 +55,7 @@ private:
     FrameComposer m_composer;
     int m_voice;
     std::uint64_t m_next_sequence = 0;
+    std::int64_t m_spoken_units = 0; // of the text, as far as m_sound has come
     std::vector<std::byte> m_sound;
     std::vector<StreamEvent> m_happened;
 };

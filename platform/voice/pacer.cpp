@@ -196,6 +196,8 @@ bool Pacer::release()
     for (StreamEvent& event : m_due.events) {
         if (auto* measured = std::get_if<LevelMeasured>(&event.happening); measured && m_gain)
             measured->level = measured->level * m_playback.volume() / 100;
+        if (const auto* word = std::get_if<WordStarted>(&event.happening))
+            m_playback.set_spoken_units(word->position + word->length);
     }
     if (!m_due.events.empty())
         m_events.append(*m_job, std::move(m_due.events));

@@ -25,6 +25,8 @@ Playback::Playback(std::shared_ptr<Wakeup> caller)
 void Playback::enqueue(std::shared_ptr<Job> job)
 {
     const std::lock_guard lock(m_mutex);
+    if (m_queue.empty() && !m_current)
+        m_spoken_units = 0;
     m_queue.push_back(std::move(job));
     m_worker.notify_one();
 }
@@ -138,6 +140,7 @@ std::shared_ptr<Job> Playback::take_job()
         job = std::move(m_queue.front());
         m_queue.pop_front();
         m_current = job;
+        m_spoken_units = 0;
         m_ring = SoundRing(job->format, static_cast<std::size_t>(job->format.rate));
     }
     if (!job->file)

@@ -47,6 +47,9 @@ public:
     // --- Any thread.
     int rate() const { return m_rate; }
     int volume() const { return m_volume; }
+    /// How far the text of the current job is spoken or written, in UTF-16 code units.
+    std::int64_t spoken_units() const { return m_spoken_units; }
+    void set_spoken_units(std::int64_t units) { m_spoken_units = units; }
     /// Rises with every change of the rate.
     int rate_version() const { return m_rate_version; }
     bool stopping() const { return m_stopping; }
@@ -108,6 +111,7 @@ private:
 
     std::atomic<int> m_rate{ 0 };
     std::atomic<int> m_volume{ 100 };
+    std::atomic<std::int64_t> m_spoken_units{ 0 };
     std::atomic<int> m_rate_version{ 0 };
     std::atomic<bool> m_stopping{ false };
     const std::shared_ptr<Wakeup> m_pacer = std::make_shared<Wakeup>();

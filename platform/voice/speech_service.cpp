@@ -43,6 +43,7 @@ std::unique_ptr<SpeechService> make_speech_service(SpeechServiceOptions options,
     parts.catalog = std::move(catalog);
     parts.server = std::move(server);
     parts.helpers = { std::move(options.helper_path), options.helpers };
+    parts.default_output_name = std::move(options.default_output_name);
     parts.post = std::move(options.post);
     return std::make_unique<SystemSpeechService>(std::move(parts));
 }

@@ -20,6 +20,8 @@ struct SpeechServiceOptions {
     /// into a file. Empty or 0: such a text is rendered by one thread.
     std::string helper_path;
     int helpers = 0;
+    /// What the list of outputs calls the system's default one, in the user's language.
+    std::string default_output_name;
     /// The name under which a sound mixer shows the program.
     std::string application_name = "Tessavox";
 };

@@ -11,7 +11,6 @@ namespace {
 
 // The default output's id; those of the others are the sound server's names for them.
 constexpr const char* default_output_id = "";
-constexpr const char* default_output_name = "Default output";
 
 ReaderOptions reading_options(const TextSlice& text, std::int32_t flags)
 {
@@ -167,7 +166,7 @@ SpeechObjectTokens SystemVoice::GetAudioOutputs(
         return {};
     std::vector<SpeechObjectToken> tokens(1);
     tokens.front().id = default_output_id;
-    tokens.front().description = default_output_name;
+    tokens.front().description = m_parts.default_output_name;
     for (const SoundServer::Output& output : m_parts.server->outputs()) {
         SpeechObjectToken token;
         token.id = output.name;

@@ -20,6 +20,7 @@ struct VoiceParts {
     std::shared_ptr<const VoiceCatalog> catalog;
     std::shared_ptr<SoundServer> server;
     RenderHelpers helpers;
+    std::string default_output_name;
     Post post;
 };
 
@@ -53,6 +54,7 @@ public:
     void Resume() override;
     std::int32_t Skip(std::string_view type, std::int32_t count) override;
     bool WaitUntilDone(std::int32_t milliseconds) override;
+    std::int64_t spoken_units() const override { return m_playback->spoken_units(); }
     SpeechObjectTokens GetVoices(
         std::string_view required_attributes, std::string_view optional_attributes) override;
     SpeechObjectTokens GetAudioOutputs(

@@ -82,8 +82,12 @@ public:
     bool WaitUntilDone(std::int32_t milliseconds) override
     {
         note("WaitUntilDone", std::to_string(milliseconds));
-        return true;
+        if (m_record->waits_until_done == 0)
+            return true;
+        --m_record->waits_until_done;
+        return false;
     }
+    std::int64_t spoken_units() const override { return m_record->spoken_units; }
     SpeechObjectTokens GetVoices(std::string_view, std::string_view) override
     {
         return SpeechObjectTokens(m_speech.voices);

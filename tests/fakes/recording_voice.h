@@ -41,6 +41,8 @@ public:
     bool released = false;
     std::string last_text; // of the last Speak, as UTF-8
     TextSlice last_slice; // the same as it was given
+    int waits_until_done = 0; // so many times WaitUntilDone finds the voice still busy
+    std::int64_t spoken_units = 0;
 
 private:
     SpeechVoiceEvents& m_events;

@@ -91,6 +91,20 @@ TEST_F(FileTest, AnotherFormatKeepsTimesAndEvents)
         listener.heard.back().position, static_cast<std::int64_t>(samples("b.wav").size()) * 2);
 }
 
+TEST_F(FileTest, AWritingTellsHowFarItHasComeAndCanBeEndedInBetween)
+{
+    auto stream = open_stream("part.wav");
+    voice.set_AudioOutputStream(stream);
+    bed.engine->held_at = 2;
+    voice.Speak(u"One. Two three. Four. Five.", SVSFlagsAsync);
+    ASSERT_TRUE(bed.wait_until([&] { return voice.spoken_units() == 14; }));
+    EXPECT_FALSE(voice.WaitUntilDone(0));
+    voice.Speak({}, SVSFPurgeBeforeSpeak);
+    EXPECT_TRUE(voice.WaitUntilDone(0));
+    stream->Close();
+    EXPECT_EQ(samples("part.wav").size(), 3U * 2250 + 2 * (22050 / 20));
+}
+
 TEST_F(FileTest, APauseDoesNotHoldAFile)
 {
     auto stream = open_stream("c.wav");

@@ -143,7 +143,7 @@ std::vector<SpeechObjectToken> ToneEngine::voices()
 
 Rendering ToneEngine::render(const RenderRequest& request, const std::atomic<bool>& cancelled)
 {
-    while (held && !cancelled)
+    while ((held || renderings == held_at) && !cancelled)
         std::this_thread::yield();
     if (broken)
         throw Failure("The engine is broken");
@@ -356,6 +356,7 @@ void VoiceBed::make_voice(std::unique_ptr<VoiceCatalog> catalog, const std::stri
     SpeechServiceOptions options;
     options.post = [this](std::function<void()> call) { loop.post(std::move(call)); };
     options.helper_path = helper_path;
+    options.default_output_name = "Default output";
     options.helpers = helper_path.empty() ? 0 : 2;
     service = make_speech_service(
         std::move(options), std::move(catalog), std::make_unique<ManualServer>(device));

@@ -87,6 +87,7 @@ public:
     Rendering render(const RenderRequest& request, const std::atomic<bool>& cancelled) override;
 
     std::atomic<bool> held{ false }; // does not answer until this is false or it is cancelled
+    std::atomic<int> held_at{ -1 }; // does not answer when so many renderings are made
     std::atomic<bool> broken{ false };
     std::atomic<int> renderings{ 0 };
 };
