@@ -1,6 +1,6 @@
 #include "platform/voice/speech_service.h"
 
-#include "platform/voice/engines/voice_catalog.h"
+#include "platform/voice/engines/local_engines.h"
 #include "platform/voice/system_voice.h"
 
 #include <utility>
@@ -41,6 +41,7 @@ std::unique_ptr<SpeechService> make_speech_service(SpeechServiceOptions options,
 {
     VoiceParts parts;
     parts.catalog = std::move(catalog);
+    parts.engines = std::make_shared<LocalEngines>(parts.catalog);
     parts.server = std::move(server);
     parts.helpers = { std::move(options.helper_path), options.helpers };
     parts.default_output_name = std::move(options.default_output_name);

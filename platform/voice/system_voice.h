@@ -7,6 +7,7 @@
 #include "platform/voice/pacer.h"
 #include "platform/voice/playback.h"
 #include "platform/voice/sound/audio_sink.h"
+#include "platform/voice/speech_engines.h"
 #include "platform/voice/synthesis_worker.h"
 
 #include <memory>
@@ -18,6 +19,7 @@ namespace tessavox::voice {
 /// What all voices of the process share.
 struct VoiceParts {
     std::shared_ptr<const VoiceCatalog> catalog;
+    std::shared_ptr<SpeechEngines> engines;
     std::shared_ptr<SoundServer> server;
     RenderHelpers helpers;
     std::string default_output_name;
