@@ -48,7 +48,7 @@ void frmMain::mnuCtlPlay_Click()
 
 void frmMain::tbToolBar_ButtonClick(int index)
 {
-    const std::string& key = tbToolBar.buttons()[static_cast<std::size_t>(index - 1)].Key;
+    const std::string& key = tbToolBar.button(index).key();
     if (key == "New")
         mnuFileNew_Click();
     else if (key == "Save")

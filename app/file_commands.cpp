@@ -82,8 +82,8 @@ void frmMain::save_text()
 {
     const std::string& path = dlgCommonDialog.FileName;
     try {
-        m_process.platform.files.write(
-            path, to_utf8(document(ActiveDocumentIndex()).rtfText->Text().view()));
+        m_process.platform.files.write(path,
+            to_utf8(document(ActiveDocumentIndex()).rtfText->Text().view()), Durability::durable);
     } catch (const Failure& failure) {
         m_process.platform.message_boxes.show("The file " + path + " could not be written.",
             application_title, MessageButtons::ok, MessageIcon::none);

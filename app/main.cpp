@@ -1,11 +1,13 @@
 // Puts the program together: the one file that knows its logic, its windows and its voice.
 #include "app/tessavox.h"
+#include "platform/qt/blocking_work.h"
 #include "platform/qt/desktop_services.h"
 #include "platform/qt/end_signals.h"
 #include "platform/qt/file_store.h"
 #include "platform/qt/form_windows.h"
 #include "platform/qt/program_folders.h"
 #include "platform/qt/text_conversion.h"
+#include "platform/qt/tray.h"
 #include "platform/voice/speech_service.h"
 
 #include <QApplication>
@@ -66,11 +68,13 @@ int run()
     QtMessageBoxes message_boxes;
     QtFileDialogs dialogs;
     QtScreen screen;
+    QtTray tray;
+    QtBlockingWork blocking_work;
     QtRichTextPanes panes;
     const std::unique_ptr<SpeechService> speech = make_speech();
-    Platform platform{ windows, post, quit, files, clipboard, message_boxes, dialogs, screen, panes,
-        *speech, prepare_config_folder(config_home, app_folder + "/conf"), app_folder,
-        from_qt(QCoreApplication::arguments().mid(1).join(' ')) };
+    Platform platform{ windows, post, quit, files, clipboard, message_boxes, dialogs, screen, tray,
+        blocking_work, panes, *speech, prepare_config_folder(config_home, app_folder + "/conf"),
+        app_folder, from_qt(QCoreApplication::arguments().mid(1).join(' ')) };
 
     Tessavox tessavox(platform);
     const EndSignals end_signals([&tessavox] {

@@ -53,11 +53,6 @@ constexpr MenuRow menu_rows[] = {
     { &M::mnuTrayPlayFile, &M::Popmenu, 1134 },
 };
 
-std::vector<ToolBar::Button> tool_buttons()
-{
-    return { { "New", {}, LoadResString(1018) }, { "Save", {}, LoadResString(1020) } };
-}
-
 std::vector<StatusBar::Panel> status_panels()
 {
     using Kind = StatusBar::PanelKind;
@@ -69,7 +64,9 @@ std::vector<StatusBar::Panel> status_panels()
 
 MainControls::MainControls(Forms& forms)
     : Form(forms, "frmMain", FormKind::mdi_parent, design_width_twips, design_height_twips)
-    , tbToolBar(*this, "tbToolBar", tool_buttons())
+    , tbToolBar(*this, "tbToolBar",
+          { { "New", {}, "1018", LoadResString(1018) },
+              { "Save", {}, "1020", LoadResString(1020) } })
     , sbStatusBar(*this, "sbStatusBar", status_panels())
 {
     Caption = LoadResString(2205);

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/controls/bars.h"
-#include "platform/controls/buttons.h"
 #include "platform/controls/form.h"
+#include "platform/controls/menu_item.h"
 
 namespace tessavox {
 

@@ -75,7 +75,7 @@ void frmMain::Form_Resize()
     if (window_state != WindowState::minimised)
         return;
     // The icon in the tray is the way back to a hidden window; without one it stays minimised.
-    Visible = !m_process.platform.screen.has_tray_icon();
+    Visible = !m_process.platform.tray.has_icon();
 }
 
 void frmMain::Form_Unload(bool&)

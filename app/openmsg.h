@@ -3,6 +3,7 @@
 
 #include "platform/controls/buttons.h"
 #include "platform/controls/form.h"
+#include "platform/controls/label.h"
 
 namespace tessavox {
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "documents/document_tables.h"
-#include "platform/services.h"
+#include "platform/platform.h"
 
 #include <string>
 

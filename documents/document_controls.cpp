@@ -73,7 +73,8 @@ constexpr Pick<DocumentControls> hidden_by_design[] = {
 
 DocumentControls::DocumentControls(Forms& forms, std::unique_ptr<RichTextPane> pane)
     : Form(forms, "frmDocument", FormKind::mdi_child, design_width_twips, design_height_twips)
-    , TabStrip1(*this, "TabStrip1", { { "text", LoadResString(2116), LoadResString(2130) } })
+    , TabStrip1(
+          *this, "TabStrip1", { { "text", LoadResString(2116), "2116", LoadResString(2130) } })
     , rtfText(*this, "rtfText", std::move(pane))
 {
     Caption = "Document";

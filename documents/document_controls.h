@@ -4,9 +4,13 @@
 #include "platform/controls/bars.h"
 #include "platform/controls/buttons.h"
 #include "platform/controls/combo_box.h"
+#include "platform/controls/containers.h"
 #include "platform/controls/form.h"
+#include "platform/controls/label.h"
 #include "platform/controls/rich_text_box.h"
 #include "platform/controls/scroll_bar.h"
+#include "platform/controls/text_box.h"
+#include "platform/controls/web_browser.h"
 
 namespace tessavox {
 

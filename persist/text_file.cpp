@@ -7,7 +7,7 @@ namespace tessavox {
 
 void PCCFile::WriteToFile(const std::string& text, const std::string& path)
 {
-    attempt([&] { m_files.write(path, '"' + text + "\"\r\n"); });
+    attempt([&] { m_files.write(path, '"' + text + "\"\r\n", Durability::durable); });
 }
 
 std::string PCCFile::ReadFromFile(const std::string& path)

@@ -1,7 +1,8 @@
 // The small text files of the program: settings and notes between its copies.
 #pragma once
 
-#include "platform/services.h"
+#include "platform/file_store.h"
+#include "platform/message_boxes.h"
 
 #include <cstdint>
 #include <string>

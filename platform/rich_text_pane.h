@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace tessavox {
@@ -55,6 +56,12 @@ public:
     /// A mouse button was released: 1 left, 2 right. `shift` has 1 for Shift, 2 for Control, 4 for
     /// Alt.
     std::function<void(int button, int shift)> MouseUp;
+};
+
+class RichTextPanes {
+public:
+    virtual ~RichTextPanes() = default;
+    virtual std::unique_ptr<RichTextPane> create() = 0;
 };
 
 } // namespace tessavox

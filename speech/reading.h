@@ -1,12 +1,14 @@
 // The ways from a Read command to the voice.
 #pragma once
 
-#include "platform/services.h"
+#include "platform/clipboard.h"
+#include "platform/rich_text_pane.h"
 #include "speech/speak_flags.h"
 #include "speech/speech_session.h"
 #include "speech/voice_panel.h"
 
 #include <cstdint>
+#include <functional>
 
 namespace tessavox {
 

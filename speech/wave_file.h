@@ -1,7 +1,7 @@
 // Reading into a wave file instead of aloud, and playing one through the voice.
 #pragma once
 
-#include "platform/services.h"
+#include "platform/platform.h"
 #include "speech/reading.h"
 
 #include <string>

@@ -4,34 +4,58 @@
 
 namespace tessavox {
 
-TabStrip::TabStrip(Form& form, std::string name, std::vector<Tab> tabs)
-    : Control(form, std::move(name), "TabStrip")
-    , SelectedItem(0, announcer(),
-          [this](int wanted) {
-              if (wanted < 0 || wanted >= static_cast<int>(m_tabs.size()))
-                  throw Failure(this->name() + " has no tab " + std::to_string(wanted));
-              if (SelectedItem.store(wanted) && Click)
-                  Click();
-          })
-    , m_tabs(std::move(tabs))
+BarMember::BarMember(const BarMemberDesign& design, const std::function<void()>& announce)
+    : Caption(design.Caption, announce)
+    , Tag(design.Tag, nullptr)
+    , ToolTipText(design.ToolTipText, announce)
+    , Enabled(true, announce)
+    , m_key(design.key)
 {
 }
 
-void ToolBar::set_button_enabled(int index, bool enabled)
+TabStrip::TabStrip(Form& form, std::string name, std::initializer_list<BarMemberDesign> tabs)
+    : Control(form, std::move(name), "TabStrip")
+    , SelectedItem(0, announcer(), [this](int wanted) {
+        require(wanted);
+        if (SelectedItem.store(wanted) && Click)
+            Click();
+    })
+{
+    for (const BarMemberDesign& tab : tabs)
+        m_tabs.emplace_back(tab, announcer());
+}
+
+void TabStrip::require(int index) const
+{
+    if (index < 0 || index >= static_cast<int>(m_tabs.size()))
+        throw Failure(name() + " has no tab " + std::to_string(index));
+}
+
+void TabStrip::user_select(int index)
+{
+    require(index);
+    SelectedItem.store(index);
+    if (Enabled && Click)
+        Click();
+}
+
+ToolBar::ToolBar(Form& form, std::string name, std::initializer_list<BarMemberDesign> buttons)
+    : Control(form, std::move(name), "Toolbar")
+{
+    for (const BarMemberDesign& button : buttons)
+        m_buttons.emplace_back(button, announcer());
+}
+
+BarMember& ToolBar::button(int index)
 {
     if (index < 1 || index > static_cast<int>(m_buttons.size()))
         throw Failure(name() + " has no button " + std::to_string(index));
-    bool& kept = m_buttons[static_cast<std::size_t>(index - 1)].Enabled;
-    if (kept == enabled)
-        return;
-    kept = enabled;
-    announce();
+    return m_buttons[static_cast<std::size_t>(index - 1)];
 }
 
 void ToolBar::user_press(int index)
 {
-    const bool known = index >= 1 && index <= static_cast<int>(m_buttons.size());
-    if (known && Enabled && m_buttons[static_cast<std::size_t>(index - 1)].Enabled && ButtonClick)
+    if (Enabled && button(index).Enabled && ButtonClick)
         ButtonClick(index);
 }
 

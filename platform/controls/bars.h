@@ -4,50 +4,68 @@
 #include "platform/controls/control.h"
 
 #include <deque>
+#include <initializer_list>
 #include <vector>
 
 namespace tessavox {
 
-class TabStrip : public Control {
-public:
-    struct Tab {
-        std::string key;
-        std::string caption;
-        std::string tool_tip;
-    };
-    TabStrip(Form& form, std::string name, std::vector<Tab> tabs);
+/// What a tab or a tool button is by design. The texts are those that it has until it is given
+/// others by the numbers in `Tag` and `ToolTipText`.
+struct BarMemberDesign {
+    std::string key = {}; // of a tool bar's button: empty for a separator
+    std::string Caption = {};
+    std::string Tag = {};
+    std::string ToolTipText = {};
+};
 
-    const std::vector<Tab>& tabs() const { return m_tabs; }
-    /// Counted from 0. A change runs Click. @throws Failure if there is no such tab.
-    Property<int> SelectedItem;
-    Handler Click;
+/// A tab, or a button of a tool bar. Its texts can change while it is shown.
+class BarMember {
+public:
+    BarMember(const BarMemberDesign& design, const std::function<void()>& announce);
+
+    const std::string& key() const { return m_key; }
+    Property<std::string> Caption;
+    Property<std::string> Tag;
+    Property<std::string> ToolTipText;
+    Property<bool> Enabled;
 
 private:
-    std::vector<Tab> m_tabs;
+    std::string m_key;
+};
+
+class TabStrip : public Control {
+public:
+    TabStrip(Form& form, std::string name, std::initializer_list<BarMemberDesign> tabs);
+
+    /// In their order; SelectedItem counts from 0.
+    std::deque<BarMember>& Tabs() { return m_tabs; }
+    const std::deque<BarMember>& Tabs() const { return m_tabs; }
+    /// A change by code runs Click. @throws Failure if there is no such tab.
+    Property<int> SelectedItem;
+    /// Runs at a click of the user too, also on the tab that is in front already.
+    Handler Click;
+
+    void user_select(int index);
+
+private:
+    void require(int index) const;
+    std::deque<BarMember> m_tabs;
 };
 
 class ToolBar : public Control {
 public:
-    struct Button {
-        std::string Key; // empty: a separator
-        std::string caption;
-        std::string ToolTipText;
-        bool Enabled = true;
-    };
-    ToolBar(Form& form, std::string name, std::vector<Button> buttons)
-        : Control(form, std::move(name), "Toolbar")
-        , m_buttons(std::move(buttons))
-    {
-    }
-    const std::vector<Button>& buttons() const { return m_buttons; }
-    /// Buttons are counted from 1, separators too. @throws Failure if there is no such button.
-    void set_button_enabled(int index, bool enabled);
+    ToolBar(Form& form, std::string name, std::initializer_list<BarMemberDesign> buttons);
+
+    std::deque<BarMember>& Buttons() { return m_buttons; }
+    const std::deque<BarMember>& Buttons() const { return m_buttons; }
+    /// Counted from 1, separators too. @throws Failure if there is no such button.
+    BarMember& button(int index);
     std::function<void(int index)> ButtonClick;
 
     void user_press(int index);
 
 private:
-    std::vector<Button> m_buttons;
+    std::deque<BarMember> m_buttons;
 };
 
 class StatusBar : public Control {

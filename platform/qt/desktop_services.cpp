@@ -37,6 +37,11 @@ TextSlice QtClipboard::GetText()
     return m_text;
 }
 
+bool QtClipboard::has_text()
+{
+    return !GetText().empty();
+}
+
 // Message boxes ----------------------------------------------------------------------------------
 
 MessageAnswer QtMessageBoxes::show(

@@ -1,7 +1,11 @@
 // Clipboard, message boxes, file dialogs and mouse pointer, as the desktop offers them.
 #pragma once
 
-#include "platform/services.h"
+#include "platform/clipboard.h"
+#include "platform/file_dialogs.h"
+#include "platform/message_boxes.h"
+#include "platform/rich_text_pane.h"
+#include "platform/screen.h"
 
 #include <QObject>
 #include <QString>
@@ -16,6 +20,7 @@ class QtClipboard : public QObject, public Clipboard {
 public:
     QtClipboard();
     TextSlice GetText() override;
+    bool has_text() override;
 
 private:
     TextSlice m_text;
@@ -41,7 +46,6 @@ class QtScreen : public Screen {
 public:
     ~QtScreen() override;
     void set_MousePointer(MousePointer pointer) override;
-    bool has_tray_icon() const override { return false; }
 
 private:
     bool m_is_busy = false;

@@ -134,10 +134,12 @@ public:
 
     bool is_open() const { return m_file->is_open(); }
     OpenFile& file() { return *m_file; }
-    /// Brings the bytes to the disk itself, so that no sudden end of the system loses both files.
-    bool complete(const std::string& bytes)
+    /// A durable file's bytes are brought to the disk itself, so that no sudden end of the system
+    /// loses both files.
+    bool complete(const std::string& bytes, Durability durability)
     {
-        m_is_complete = write_at(*m_file, bytes, 0) && ::fdatasync(*m_file) == 0 && m_file->close();
+        m_is_complete = write_at(*m_file, bytes, 0)
+            && (durability == Durability::fleeting || ::fdatasync(*m_file) == 0) && m_file->close();
         return m_is_complete;
     }
     bool take_place_of(const std::string& path)
@@ -173,7 +175,7 @@ void write_in_place(const std::string& path, const std::string& bytes)
         fail(path, "written");
     const std::string before = read_all(file, path);
     NewFile copy(path, 0600);
-    if (copy.is_open() && !copy.complete(before))
+    if (copy.is_open() && !copy.complete(before, Durability::durable))
         fail(path, "copied before it is written");
 
     const auto old_size = static_cast<off_t>(before.size());
@@ -198,6 +200,15 @@ bool must_keep_its_identity(const struct stat& status)
     return status.st_nlink > 1 || status.st_uid != ::geteuid();
 }
 
+bool holds(const std::string& path, const struct stat& status, const std::string& bytes)
+{
+    if (static_cast<std::size_t>(status.st_size) != bytes.size())
+        return false;
+    bool same = false;
+    attempt([&] { same = DiskFileStore().read(path) == bytes; });
+    return same;
+}
+
 } // namespace
 
 std::string DiskFileStore::read(const std::string& path)
@@ -208,7 +219,7 @@ std::string DiskFileStore::read(const std::string& path)
     return read_all(file, path);
 }
 
-void DiskFileStore::write(const std::string& path, const std::string& bytes)
+void DiskFileStore::write(const std::string& path, const std::string& bytes, Durability durability)
 {
     const std::string target = followed(path);
     struct stat status { };
@@ -219,6 +230,8 @@ void DiskFileStore::write(const std::string& path, const std::string& bytes)
         refuse(path, "is no regular file");
     if (exists && ::access(target.c_str(), W_OK) != 0)
         fail(path, "written"); // the folder's permission alone must not replace it
+    if (durability == Durability::fleeting && exists && holds(path, status, bytes))
+        return;
     if (exists && must_keep_its_identity(status))
         return write_in_place(target, bytes);
 
@@ -230,7 +243,7 @@ void DiskFileStore::write(const std::string& path, const std::string& bytes)
         fail(path, "created");
     if (exists && ::fchmod(file.file(), status.st_mode & 07777) != 0)
         fail(path, "given its permissions");
-    if (!file.complete(bytes) || !file.take_place_of(target))
+    if (!file.complete(bytes, durability) || !file.take_place_of(target))
         fail(path, "written");
 }
 

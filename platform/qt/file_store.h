@@ -1,7 +1,7 @@
 // Small files on the disk, read and written whole and safely.
 #pragma once
 
-#include "platform/services.h"
+#include "platform/file_store.h"
 
 namespace tessavox {
 
@@ -13,7 +13,7 @@ namespace tessavox {
 class DiskFileStore : public FileStore {
 public:
     std::string read(const std::string& path) override;
-    void write(const std::string& path, const std::string& bytes) override;
+    void write(const std::string& path, const std::string& bytes, Durability durability) override;
 };
 
 } // namespace tessavox

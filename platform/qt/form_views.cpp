@@ -4,7 +4,10 @@
 #include "platform/controls/buttons.h"
 #include "platform/controls/combo_box.h"
 #include "platform/controls/form.h"
+#include "platform/controls/label.h"
+#include "platform/controls/menu_item.h"
 #include "platform/controls/scroll_bar.h"
+#include "platform/controls/text_box.h"
 #include "platform/qt/text_conversion.h"
 
 #include <QLabel>

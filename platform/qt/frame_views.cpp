@@ -1,8 +1,8 @@
 #include "platform/qt/frame_views.h"
 
 #include "platform/controls/bars.h"
-#include "platform/controls/buttons.h"
 #include "platform/controls/form.h"
+#include "platform/controls/menu_item.h"
 #include "platform/failure.h"
 #include "platform/qt/child_widget.h"
 #include "platform/qt/text_conversion.h"
@@ -179,15 +179,15 @@ ToolBarView::ToolBarView(ToolBar& control, QMainWindow& window)
     m_bar.setObjectName(to_qt(control.name()));
     m_bar.setMovable(false);
     m_bar.setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    for (std::size_t i = 0; i < control.buttons().size(); ++i) {
-        const ToolBar::Button& button = control.buttons()[i];
-        if (button.Key.empty()) {
+    int index = 0;
+    for (const BarMember& button : control.Buttons()) {
+        ++index;
+        if (button.key().empty()) {
             m_actions.push_back(m_bar.addSeparator());
             continue;
         }
-        m_actions.push_back(m_bar.addAction(tool_icon(button.Key, *m_bar.style()),
-            to_qt(button.caption.empty() ? button.Key : button.caption)));
-        connect(m_actions.back(), &QAction::triggered, this, [this, index = int(i) + 1] {
+        m_actions.push_back(m_bar.addAction(tool_icon(button.key(), *m_bar.style()), {}));
+        connect(m_actions.back(), &QAction::triggered, this, [this, index] {
             if (m_control)
                 attempt([&] { m_control->user_press(index); });
         });
@@ -203,8 +203,10 @@ void ToolBarView::control_changed()
     m_bar.setVisible(m_control->Visible && !m_actions.empty());
     m_bar.setEnabled(m_control->Enabled);
     for (std::size_t i = 0; i < m_actions.size(); ++i) {
-        m_actions[i]->setEnabled(m_control->buttons()[i].Enabled);
-        m_actions[i]->setToolTip(to_qt(m_control->buttons()[i].ToolTipText));
+        const BarMember& button = m_control->Buttons()[i];
+        m_actions[i]->setEnabled(button.Enabled);
+        m_actions[i]->setText(to_qt(button.Caption.get().empty() ? button.key() : button.Caption));
+        m_actions[i]->setToolTip(to_qt(button.ToolTipText));
     }
 }
 

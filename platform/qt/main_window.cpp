@@ -93,7 +93,7 @@ MainWindow::MainWindow(Form& form, std::unique_ptr<Frame> frame)
     m_frame.owner = this;
     m_menus = std::make_unique<MenuViews>(form, m_frame);
     for (Control* control : form.controls()) {
-        if (auto* bar = dynamic_cast<ToolBar*>(control); bar && !bar->buttons().empty())
+        if (auto* bar = dynamic_cast<ToolBar*>(control); bar && !bar->Buttons().empty())
             m_tool_bars.push_back(std::make_unique<ToolBarView>(*bar, m_frame));
         if (auto* bar = dynamic_cast<StatusBar*>(control))
             m_status_bars.push_back(std::make_unique<StatusBarView>(*bar, m_frame));

@@ -1,5 +1,7 @@
 // Buttons, check boxes and the plain kinds beside them.
 #include "platform/controls/buttons.h"
+#include "platform/controls/containers.h"
+#include "platform/controls/label.h"
 #include "platform/qt/child_widget.h"
 #include "platform/qt/fitted_text.h"
 #include "platform/qt/text_conversion.h"

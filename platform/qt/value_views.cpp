@@ -1,9 +1,9 @@
 // Controls in which the user sets a value: lists, scroll bars, text fields, tabs, the text pane.
 #include "platform/controls/bars.h"
-#include "platform/controls/buttons.h"
 #include "platform/controls/combo_box.h"
 #include "platform/controls/rich_text_box.h"
 #include "platform/controls/scroll_bar.h"
+#include "platform/controls/text_box.h"
 #include "platform/qt/child_widget.h"
 #include "platform/qt/fitted_text.h"
 #include "platform/qt/rich_text_pane.h"
@@ -292,14 +292,12 @@ public:
         , m_control(control)
         , m_area(area)
     {
-        for (const TabStrip::Tab& tab : control.tabs()) {
-            const int index = area.heads.addTab(to_qt(tab.caption));
-            area.heads.setTabToolTip(index, to_qt(tab.tool_tip));
-        }
+        for (const BarMember& tab : control.Tabs())
+            area.heads.addTab(to_qt(tab.Caption));
         area.heads.setObjectName(to_qt(control.name()) + "Heads");
         fit_text(area.heads, "Text", { 200, TabStripArea::heads_height - 4 });
         connect(&area.heads, &QTabBar::currentChanged, this,
-            [this](int index) { user_did([&] { m_control.SelectedItem = index; }); });
+            [this](int index) { user_did([&] { m_control.user_select(index); }); });
     }
     QWidget& focus_widget() const override { return m_area.heads; }
 
@@ -307,6 +305,11 @@ private:
     void redraw() override
     {
         const QSignalBlocker quiet(m_area.heads);
+        int index = 0;
+        for (const BarMember& tab : m_control.Tabs()) {
+            m_area.heads.setTabText(index, to_qt(tab.Caption));
+            m_area.heads.setTabToolTip(index++, to_qt(tab.ToolTipText));
+        }
         m_area.heads.setCurrentIndex(m_control.SelectedItem);
         m_area.lower(); // what lies at the same place covers it
     }

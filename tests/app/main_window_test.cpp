@@ -87,7 +87,7 @@ TEST_F(MainWindow, HidesWhenMinimisedOnlyIfTheTrayLeadsBack)
     main_window().user_changed_state(WindowState::minimised);
     EXPECT_TRUE(main_window().Visible);
     main_window().user_changed_state(WindowState::normal);
-    program.screen.tray_icon = true;
+    program.tray.icon = true;
     main_window().user_changed_state(WindowState::minimised);
     EXPECT_FALSE(main_window().Visible);
 }

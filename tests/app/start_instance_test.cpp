@@ -46,7 +46,7 @@ TEST(Start, DecidesByTheFlagFileAndTheCommandLine)
     for (const Case& row : cases) {
         SCOPED_TRACE(std::string(row.command_line) + (row.running ? ", running" : ""));
         RunningProgram program;
-        program.screen.tray_icon = true;
+        program.tray.icon = true;
         program.files.files["/home/conf//opened.txt"] = file_of_lines({ row.running ? "1" : "0" });
         program.start(row.command_line);
 

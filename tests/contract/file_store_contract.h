@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/failure.h"
-#include "platform/services.h"
+#include "platform/file_store.h"
 
 #include <gtest/gtest.h>
 
@@ -22,8 +22,10 @@ TYPED_TEST_P(FileStoreContract, WhatWasWrittenIsReadBackByteForByte)
     const std::string texts[] = { "", "one line\r\n", std::string("\0\xff\x1a\n", 4),
         std::string(300'000, 'x'), "shorter than before" };
     for (const std::string& bytes : texts) {
-        this->store.write(this->bed.path("file.txt"), bytes);
-        EXPECT_EQ(this->store.read(this->bed.path("file.txt")), bytes);
+        for (const Durability durability : { Durability::durable, Durability::fleeting }) {
+            this->store.write(this->bed.path("file.txt"), bytes, durability);
+            EXPECT_EQ(this->store.read(this->bed.path("file.txt")), bytes);
+        }
     }
     EXPECT_THROW(this->store.read(this->bed.path("other.txt")), Failure);
 }

@@ -52,7 +52,7 @@ std::string FakeFiles::read(const std::string& path)
     return found->second;
 }
 
-void FakeFiles::write(const std::string& path, const std::string& bytes)
+void FakeFiles::write(const std::string& path, const std::string& bytes, Durability)
 {
     count_call();
     if (refused.contains(path) || path.empty())
@@ -126,10 +126,22 @@ bool FakeWindows::is_on_screen(const Form& form) const
             || std::none_of(open_forms.begin(), open_forms.end(), is_hidden_parent));
 }
 
+bool FakeBlockingWork::wait(const std::string& text, const std::function<bool()>& is_done,
+    const std::function<double()>& share)
+{
+    shown = text;
+    for (int looks = 0; !is_done(); ++looks) {
+        seen_share = share();
+        if (looks == looks_until_escape)
+            return false;
+    }
+    return true;
+}
+
 FakePlatform::FakePlatform()
     : platform{ windows, [this](std::function<void()> call) { posted.push_back(std::move(call)); },
-        [this] { has_quit = true; }, files, clipboard, boxes, dialogs, screen, panes, speech,
-        "/home/conf", "/app", {} }
+        [this] { has_quit = true; }, files, clipboard, boxes, dialogs, screen, tray, blocking_work,
+        panes, speech, "/home/conf", "/app", {} }
 {
 }
 

@@ -1,7 +1,7 @@
 // Everything outside the program, for one test.
 #pragma once
 
-#include "platform/services.h"
+#include "platform/platform.h"
 #include "tests/fakes/fake_pane.h"
 #include "tests/fakes/recording_voice.h"
 
@@ -17,7 +17,7 @@ namespace tessavox {
 class FakeFiles : public FileStore {
 public:
     std::string read(const std::string& path) override;
-    void write(const std::string& path, const std::string& bytes) override;
+    void write(const std::string& path, const std::string& bytes, Durability durability) override;
     /// The n-th call from now on, reads and writes counted together from 1, fails.
     void fail_call(int n) { m_calls_until_failure = n; }
 
@@ -32,6 +32,7 @@ private:
 class FakeClipboard : public Clipboard {
 public:
     TextSlice GetText() override { return text; }
+    bool has_text() override { return !text.empty(); }
     std::u16string text;
 };
 
@@ -65,9 +66,24 @@ private:
 class FakeScreen : public Screen {
 public:
     void set_MousePointer(MousePointer wanted) override { pointer = wanted; }
-    bool has_tray_icon() const override { return tray_icon; }
     MousePointer pointer = MousePointer::normal;
-    bool tray_icon = false;
+};
+
+class FakeTray : public Tray {
+public:
+    bool has_icon() const override { return icon; }
+    bool icon = false;
+};
+
+/// Lets the work run to its end, or be ended by the user after a number of looks.
+class FakeBlockingWork : public BlockingWork {
+public:
+    bool wait(const std::string& text, const std::function<bool()>& is_done,
+        const std::function<double()>& share) override;
+
+    std::string shown; // the text of the last one
+    double seen_share = -1; // at the last look
+    int looks_until_escape = -1; // none
 };
 
 class FakePanes : public RichTextPanes {
@@ -104,6 +120,8 @@ struct FakePlatform {
     FakeMessageBoxes boxes;
     FakeDialogs dialogs;
     FakeScreen screen;
+    FakeTray tray;
+    FakeBlockingWork blocking_work;
     FakePanes panes;
     RecordingSpeech speech;
     Platform platform;

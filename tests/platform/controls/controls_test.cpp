@@ -1,6 +1,8 @@
 #include "platform/controls/bars.h"
 #include "platform/controls/buttons.h"
 #include "platform/controls/combo_box.h"
+#include "platform/controls/label.h"
+#include "platform/controls/menu_item.h"
 #include "platform/controls/scroll_bar.h"
 #include "platform/failure.h"
 #include "tests/fakes/fake_platform.h"
@@ -101,7 +103,7 @@ TEST_F(Controls, ADisabledButtonHasNoEffect)
 {
     CommandButton button(form, "button");
     MenuItem item(form, "item");
-    ToolBar bar(form, "bar", { { "New", "", "" }, {}, { "Old", "", "" } });
+    ToolBar bar(form, "bar", { { "New" }, {}, { "Old" } });
     button.Click = item.Click = count;
     int pressed = 0;
     bar.ButtonClick = [&](int index) { pressed = index; };
@@ -117,25 +119,29 @@ TEST_F(Controls, ADisabledButtonHasNoEffect)
     EXPECT_EQ(runs, 2);
     bar.user_press(3);
     EXPECT_EQ(pressed, 3);
-    bar.set_button_enabled(1, false);
+    bar.button(1).Enabled = false;
     bar.user_press(1);
-    bar.user_press(0);
-    bar.user_press(4);
+    EXPECT_THROW(bar.user_press(0), Failure);
     bar.Enabled = false;
     bar.user_press(3);
     EXPECT_EQ(pressed, 3);
-    EXPECT_THROW(bar.set_button_enabled(4, true), Failure);
+    EXPECT_THROW(bar.button(4), Failure);
 }
 
-TEST_F(Controls, ATabStripRunsItsHandlerWhenAnotherTabIsChosen)
+TEST_F(Controls, ATabStripRunsItsHandlerForAnotherTabAndForEachClick)
 {
-    TabStrip strip(form, "strip", { { "text", "Text", "" }, { "xml", "Web", "" } });
+    TabStrip strip(form, "strip", { { "text", "Text" }, { "xml", "Web" } });
     strip.Click = count;
     strip.SelectedItem = 0;
     EXPECT_EQ(runs, 0);
     strip.SelectedItem = 1;
     EXPECT_EQ(runs, 1);
     EXPECT_THROW(strip.SelectedItem = 2, Failure);
+    strip.user_select(1); // in front already
+    EXPECT_EQ(runs, 2);
+    strip.user_select(0);
+    EXPECT_EQ(runs, 3);
+    EXPECT_THROW(strip.user_select(2), Failure);
 }
 
 TEST_F(Controls, AStatusBarFindsPanelsByNumberAndKey)

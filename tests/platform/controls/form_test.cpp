@@ -1,4 +1,5 @@
-#include "platform/controls/buttons.h"
+#include "platform/controls/containers.h"
+#include "platform/controls/text_box.h"
 #include "platform/failure.h"
 #include "tests/fakes/fake_platform.h"
 

@@ -4,9 +4,13 @@
 #include "platform/controls/bars.h"
 #include "platform/controls/buttons.h"
 #include "platform/controls/combo_box.h"
+#include "platform/controls/containers.h"
 #include "platform/controls/form.h"
+#include "platform/controls/label.h"
+#include "platform/controls/menu_item.h"
 #include "platform/controls/rich_text_box.h"
 #include "platform/controls/scroll_bar.h"
+#include "platform/controls/text_box.h"
 #include "platform/qt/form_windows.h"
 #include "platform/qt/rich_text_pane.h"
 
@@ -39,7 +43,7 @@ struct DemoMain : Form {
     MenuItem mnuFileNew{ *this, "mnuFileNew" };
     MenuItem mnuFileOdd{ *this, "mnuFileOdd" };
     MenuItem mnuEmpty{ *this, "mnuEmpty" };
-    ToolBar bar{ *this, "bar", { { "New", {}, "makes one" }, { "", {}, {} }, { "Save", {}, {} } } };
+    ToolBar bar{ *this, "bar", { { "New", {}, {}, "makes one" }, {}, { "Save" } } };
     StatusBar status{ *this, "status",
         { { "Text", 5759 }, { "", 1499, StatusBar::PanelKind::date } } };
     bool refuses_to_go = false;
@@ -91,7 +95,7 @@ struct DemoChild : Form {
     ComboBox combo{ *this, "combo", ComboBoxStyle::list_only };
     ScrollBar slider{ *this, "slider", { -10, 10, 1, 6 } };
     TextBox line{ *this, "line" };
-    TabStrip tabs{ *this, "tabs", { { "text", "Text", {} }, { "xml", "Web", {} } } };
+    TabStrip tabs{ *this, "tabs", { { "text", "Text" }, { "xml", "Web" } } };
     PictureBox pane_box{ *this, "pane_box" };
     RichTextBox text{ *this, "text", std::make_unique<QtRichTextPane>() };
     Control other{ *this, "other", "UpDown" };

@@ -93,10 +93,10 @@ TEST_F(DiskFiles, WhatIsNoRegularFileIsRefusedAtOnceAndStaysWhatItIs)
     for (const char* name : { "directory", "fifo", "ring", "null" }) {
         const fs::file_type before = fs::symlink_status(folder / name).type();
         EXPECT_THROW(store.read(folder / name), Failure) << name;
-        EXPECT_THROW(store.write(folder / name, "text"), Failure) << name;
+        EXPECT_THROW(store.write(folder / name, "text", Durability::durable), Failure) << name;
         EXPECT_EQ(fs::symlink_status(folder / name).type(), before) << name;
     }
-    EXPECT_THROW(store.write(folder / "missing/file", "text"), Failure);
+    EXPECT_THROW(store.write(folder / "missing/file", "text", Durability::durable), Failure);
     EXPECT_EQ(folder.entries(), 4u);
 }
 
@@ -112,11 +112,11 @@ TEST_F(DiskFiles, LinksAreFollowedAlsoToAFileThatIsNotThereYet)
     put("target", "before");
     fs::create_symlink("target", folder / "middle");
     fs::create_symlink("middle", folder / "link");
-    store.write(folder / "link", "after");
+    store.write(folder / "link", "after", Durability::durable);
     EXPECT_TRUE(fs::is_symlink(folder / "link"));
     EXPECT_EQ(content("target"), "after");
     fs::create_symlink("later", folder / "early");
-    store.write(folder / "early", "new");
+    store.write(folder / "early", "new", Durability::durable);
     EXPECT_EQ(content("later"), "new");
 }
 
@@ -124,12 +124,12 @@ TEST_F(DiskFiles, AllNamesOfAFileSeeTheNewContentAndItsPermissionsStay)
 {
     put("name", "a longer text than the next one");
     fs::create_hard_link(folder / "name", folder / "other");
-    store.write(folder / "name", "short");
+    store.write(folder / "name", "short", Durability::durable);
     EXPECT_EQ(content("other"), "short");
     EXPECT_EQ(fs::hard_link_count(folder / "other"), 2u);
     fs::remove(folder / "other");
     fs::permissions(folder / "name", fs::perms(0640));
-    store.write(folder / "name", "again");
+    store.write(folder / "name", "again", Durability::durable);
     EXPECT_EQ(fs::status(folder / "name").permissions(), fs::perms(0640));
     EXPECT_EQ(folder.entries(), 1u);
 }
@@ -143,13 +143,29 @@ TEST_F(DiskFiles, TheOldContentSurvivesADiskThatTakesNoMore)
     {
         const SizeLimit full(4096);
         const std::string after(100'000, 'a');
-        EXPECT_THROW(store.write(folder / "alone", after), Failure);
-        EXPECT_THROW(store.write(folder / "linked", after), Failure);
-        EXPECT_THROW(store.write(folder / "new", after), Failure);
+        EXPECT_THROW(store.write(folder / "alone", after, Durability::durable), Failure);
+        EXPECT_THROW(store.write(folder / "linked", after, Durability::durable), Failure);
+        EXPECT_THROW(store.write(folder / "new", after, Durability::durable), Failure);
     }
     EXPECT_EQ(content("alone"), before);
     EXPECT_EQ(content("other"), before);
     EXPECT_EQ(folder.entries(), 3u) << "something was left behind";
+}
+
+TEST_F(DiskFiles, AFleetingFileIsReplacedOnlyByOtherBytes)
+{
+    const auto identity = [&] {
+        struct stat status { };
+        ::stat((folder / "note").c_str(), &status);
+        return std::pair(status.st_ino, status.st_ctim.tv_nsec);
+    };
+    put("note", "0");
+    const auto first = identity();
+    store.write(folder / "note", "0", Durability::fleeting);
+    EXPECT_EQ(identity(), first);
+    store.write(folder / "note", "1", Durability::fleeting);
+    EXPECT_NE(identity(), first);
+    EXPECT_EQ(content("note"), "1");
 }
 
 TEST_F(DiskFiles, AReadOnlyFileIsNotReplaced)
@@ -158,7 +174,7 @@ TEST_F(DiskFiles, AReadOnlyFileIsNotReplaced)
         GTEST_SKIP() << "nothing is read-only to root";
     put("fixed", "before");
     fs::permissions(folder / "fixed", fs::perms::owner_read);
-    EXPECT_THROW(store.write(folder / "fixed", "after"), Failure);
+    EXPECT_THROW(store.write(folder / "fixed", "after", Durability::durable), Failure);
     EXPECT_EQ(content("fixed"), "before");
 }
 

@@ -230,7 +230,7 @@ TEST_F(Views, ToolButtonsAndPanelsFollowTheirControls)
     ASSERT_EQ(actions.size(), 3);
     actions[2]->trigger();
     EXPECT_EQ(pressed, 3);
-    desktop.main->bar.set_button_enabled(1, false);
+    desktop.main->bar.button(1).Enabled = false;
     EXPECT_FALSE(actions[0]->isEnabled());
     desktop.main->status.PanelText("Text") = "Line Number: 7";
     EXPECT_EQ(desktop.find<QLabel>("status.Text").text(), "Line Number: 7");

@@ -1,0 +1,29 @@
+// Small files, read and written whole.
+#pragma once
+
+#include <string>
+
+namespace tessavox {
+
+/// Whether a file has to survive a loss of power right after it was written.
+enum class Durability {
+    durable, // on the disk when the call returns
+    fleeting, // a note between running programs: as fast as can be, and it may be lost with the
+              // power
+};
+
+class FileStore {
+public:
+    virtual ~FileStore() = default;
+    /// The bytes of a regular file of ordinary size (64 MiB at most).
+    /// @throws Failure if it is missing, unreadable, larger or no regular file. Never blocks on a
+    /// pipe or a device.
+    virtual std::string read(const std::string& path) = 0;
+    /// Replaces or creates the file. Its old content stays whole if anything fails. Nothing is
+    /// written if a fleeting file holds these bytes already. @throws Failure if it can't be
+    /// written.
+    virtual void write(const std::string& path, const std::string& bytes, Durability durability)
+        = 0;
+};
+
+} // namespace tessavox

@@ -1,0 +1,38 @@
+// Everything outside the program, as it is handed around.
+#pragma once
+
+#include "platform/blocking_work.h"
+#include "platform/clipboard.h"
+#include "platform/controls/form.h"
+#include "platform/file_dialogs.h"
+#include "platform/file_store.h"
+#include "platform/message_boxes.h"
+#include "platform/rich_text_pane.h"
+#include "platform/screen.h"
+#include "platform/speech_voice.h"
+#include "platform/tray.h"
+
+#include <string>
+
+namespace tessavox {
+
+/// Everything outside, for one process. Paths are UTF-8.
+struct Platform {
+    FormWindows& windows;
+    Forms::Post post; // runs a call on the interface thread after the present handler
+    Handler quit; // ends the message loop
+    FileStore& files;
+    Clipboard& clipboard;
+    MessageBoxes& message_boxes;
+    FileDialogs& dialogs;
+    Screen& screen;
+    Tray& tray;
+    BlockingWork& blocking_work;
+    RichTextPanes& panes;
+    SpeechService& speech;
+    std::string config_folder; // ends without a separator: ".../tessavox/conf"
+    std::string app_folder; // the shipped data
+    std::string command_line; // all arguments, joined by blanks
+};
+
+} // namespace tessavox
