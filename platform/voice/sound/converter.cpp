@@ -1,14 +1,12 @@
 #include "platform/voice/sound/converter.h"
 
 #include "platform/failure.h"
-#include "platform/voice/sound/interpolator.h"
 
 #include <soxr.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <optional>
 #include <string>
 
 namespace tessavox::voice {
@@ -86,10 +84,7 @@ public:
             throw Failure("sound is mono or stereo");
         if (output.bits != 8 && output.bits != 16)
             throw Failure("sound has 8 or 16 bit");
-        // Speech on its way to a sound card is mono; the general way does for all the rest.
-        if (m_channels == 1 && Interpolator::suits(input_rate, output.rate))
-            m_interpolator.emplace(input_rate, output.rate);
-        else if (input_rate != output.rate)
+        if (input_rate != output.rate)
             m_resampler = make_resampler(input_rate, output.rate, m_channels);
     }
 
@@ -111,12 +106,6 @@ public:
         const auto wanted
             = (m_frames_in * static_cast<std::uint64_t>(m_output.rate) + rate / 2) / rate;
         while (m_resampler && m_frames_out < wanted && advance(nullptr, 0, wanted, out).made > 0) {
-        }
-        if (m_interpolator) {
-            m_made.clear();
-            m_interpolator->finish(m_made);
-            const auto missing = static_cast<std::size_t>(wanted - m_frames_out);
-            emit(std::span(m_made).first(std::min(m_made.size(), missing)), out);
         }
         // The resampler may end a frame short of the exact total.
         while (m_frames_out < wanted)
@@ -147,12 +136,6 @@ private:
 
     void resample(std::span<const std::int16_t> samples, std::vector<std::byte>& out)
     {
-        if (m_interpolator) {
-            m_made.clear();
-            m_interpolator->push(samples, m_made);
-            emit(m_made, out);
-            return;
-        }
         if (!m_resampler) {
             emit(samples, out);
             return;
@@ -195,8 +178,7 @@ private:
     int m_input_channels;
     PcmFormat m_output;
     int m_channels; // while resampling: the fewer of both sides, as that is less work
-    std::optional<Interpolator> m_interpolator; // one of these two, or none if the rates are equal
-    Resampler m_resampler;
+    Resampler m_resampler; // none if the rates are equal
     std::vector<std::int16_t> m_mixed;
     std::vector<std::int16_t> m_made;
     std::uint64_t m_frames_in = 0;
