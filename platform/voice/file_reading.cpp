@@ -100,7 +100,7 @@ void FileReading::write_utterance(const Utterance& utterance, Rendering renderin
 {
     if (rendering.sample_rate <= 0)
         return;
-    scale_to_style(rendering.samples, utterance.style);
+    apply_levels(utterance, rendering);
     m_composer.begin(rendering.sample_rate, 1, m_sound);
     const int voice = m_voices.voice_for(utterance.style);
     const int changed = voice != std::exchange(m_voice, voice) ? voice : -1;

@@ -1,6 +1,7 @@
 #include "platform/voice/live_reading.h"
 
 #include "platform/failure.h"
+#include "platform/voice/text/utterance_parts.h"
 #include "platform/voice/utterance_events.h"
 
 #include <algorithm>
@@ -121,7 +122,7 @@ void LiveReading::begin_utterance(Segment& segment, const Utterance& utterance)
     }
     if (rendering.sample_rate <= 0)
         return;
-    scale_to_style(rendering.samples, utterance.style);
+    apply_levels(utterance, rendering);
     m_composer.begin(rendering.sample_rate, 1, m_pending);
     segment.begin = m_composer.frame_of(0);
     const auto frame_of = [this](std::uint64_t sample) { return m_composer.frame_of(sample); };

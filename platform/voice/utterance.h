@@ -10,17 +10,14 @@
 
 namespace tessavox::voice {
 
-/// How a stretch of text is spoken, as far as markup decides it.
+/// How a stretch of text is spoken, as far as markup decides it and the engine must know.
 struct SpeechStyle {
     int rate = 0; // added to the voice's own rate; the sum is clamped to -10..10
     int pitch = 0; // -10..10; each step is a factor of 2^(1/24)
-    int volume = 100; // per cent; multiplies the voice's own volume
     int voice = -1; // index in the voice catalogue; -1: the voice that Speak began with
     bool emphasis = false;
     bool spell = false; // every character but white space is a token of its own
     bool speak_punctuation = false; // punctuation marks are tokens too
-    std::string context; // "date_mdy", "number_cardinal" ...; a hint
-    std::string part_of_speech; // "Noun", "Verb" ...; a hint
 
     bool operator==(const SpeechStyle&) const = default;
 };
@@ -40,14 +37,37 @@ struct SentenceExtent {
     std::uint32_t source_length = 0;
 };
 
-/// A sentence, or a piece of one, spoken in one style by one engine call.
+/// A bookmark that is reached when a token begins. One behind the last token has their number.
+struct BookmarkPlace {
+    std::uint32_t token = 0;
+    std::string name; // UTF-8
+};
+
+/// The loudness from a token on, in per cent of the voice's own.
+struct LevelChange {
+    std::uint32_t token = 0;
+    int percent = 100;
+};
+
+/// What a stretch of Utterance::text is, for engines that read it better when they know.
+struct ContextHint {
+    std::uint32_t begin = 0;
+    std::uint32_t length = 0;
+    std::string context; // "date_mdy", "number_cardinal" ...
+};
+
+/// A sentence, or a piece of one, spoken in one style by one engine call. What markup says without
+/// changing the style stands beside the text, so that it costs nothing that is heard.
 struct Utterance {
     std::u16string text; // plain: no markup, no control characters, no lone surrogates
     std::vector<Token> tokens; // rising, not overlapping; may be empty
     std::vector<std::string> pronunciation; // phonemes that replace the text; usually empty
     std::optional<SentenceExtent> sentence; // in the first utterance of each sentence
-    bool ends_sentence = false; // the engine's pause between sentences belongs behind it
+    bool ends_sentence = false; // the engine's pause between sentences belongs after it
     SpeechStyle style;
+    std::vector<ContextHint> contexts; // rising, not overlapping
+    std::vector<BookmarkPlace> bookmarks; // rising; no engine needs them
+    std::vector<LevelChange> levels; // rising; 100 before the first; no engine needs them
 };
 
 struct Silence {

@@ -46,6 +46,24 @@ void add_phones(const Rendering& rendering, Events& events)
     }
 }
 
+/// Where the last word's sound ends.
+std::uint64_t end_of_sound(const Rendering& rendering)
+{
+    for (auto phone = rendering.phones.rbegin(); phone != rendering.phones.rend(); ++phone)
+        if (phone->viseme != 0)
+            return phone->frame + phone->frames;
+    return rendering.samples.size();
+}
+
+void add_bookmarks(const Utterance& utterance, const Rendering& rendering, Events& events)
+{
+    for (const BookmarkPlace& bookmark : utterance.bookmarks) {
+        const bool at_end = bookmark.token >= rendering.words.size();
+        events.add(at_end ? end_of_sound(rendering) : rendering.words[bookmark.token].frame,
+            BookmarkReached{ bookmark.name });
+    }
+}
+
 } // namespace
 
 std::vector<StreamEvent> events_of(const Utterance& utterance, const Rendering& rendering,
@@ -60,6 +78,7 @@ std::vector<StreamEvent> events_of(const Utterance& utterance, const Rendering& 
             SentenceStarted{ static_cast<std::int32_t>(utterance.sentence->source_begin),
                 static_cast<std::int32_t>(utterance.sentence->source_length) });
     }
+    add_bookmarks(utterance, rendering, events);
     for (const WordMark& mark : rendering.words) {
         const Token& token = utterance.tokens[mark.token];
         events.add(mark.frame,
@@ -89,61 +108,34 @@ void append_levels(std::span<const std::int16_t> samples, int sample_rate, int c
     }
 }
 
-Utterance rest_of(const Utterance& utterance, std::size_t first)
+void apply_levels(const Utterance& utterance, Rendering& rendering)
 {
-    if (first == 0)
-        return utterance;
-    const std::uint32_t from = utterance.tokens[first].begin;
-    Utterance rest;
-    rest.text = utterance.text.substr(from);
-    rest.tokens.assign(
-        utterance.tokens.begin() + static_cast<std::ptrdiff_t>(first), utterance.tokens.end());
-    for (Token& token : rest.tokens)
-        token.begin -= from;
-    rest.ends_sentence = utterance.ends_sentence;
-    rest.style = utterance.style;
-    return rest;
-}
-
-Utterance start_of(const Utterance& utterance, std::size_t end)
-{
-    Utterance start = utterance;
-    start.text.resize(utterance.tokens[end].begin);
-    start.tokens.resize(end);
-    start.ends_sentence = false;
-    return start;
-}
-
-std::size_t division_of(const Utterance& utterance, std::size_t most_units)
-{
-    if (utterance.text.size() <= most_units || !utterance.pronunciation.empty())
-        return 0;
-    constexpr std::u16string_view marks = u",;:)";
-    std::size_t best = 0;
-    bool best_has_mark = false;
-    for (std::size_t i = 1; i < utterance.tokens.size(); ++i) {
-        const Token& token = utterance.tokens[i];
-        if (token.begin > most_units)
-            break;
-        const Token& before = utterance.tokens[i - 1];
-        const std::u16string_view between
-            = std::u16string_view(utterance.text)
-                  .substr(before.begin + before.length, token.begin - before.begin - before.length);
-        const bool has_mark = between.find_first_of(marks) != std::u16string_view::npos;
-        if (has_mark || !best_has_mark) {
-            best = i;
-            best_has_mark = has_mark && token.begin > most_units / 4;
+    constexpr int ramps_a_second = 100;
+    const std::size_t ramp = static_cast<std::size_t>(rendering.sample_rate / ramps_a_second);
+    std::size_t at = 0;
+    int percent = 100;
+    const auto hold_to = [&](std::size_t end) {
+        for (; percent != 100 && at < end; ++at)
+            rendering.samples[at]
+                = static_cast<std::int16_t>(rendering.samples[at] * percent / 100);
+        at = std::max(at, end);
+    };
+    for (const LevelChange& change : utterance.levels) {
+        if (change.token > 0 && change.token < rendering.words.size()) {
+            // The ramp is over where the word begins, so that the whole word has its own level.
+            const auto word = std::min<std::size_t>(
+                rendering.words[change.token].frame, rendering.samples.size());
+            hold_to(word - std::min(word, ramp));
+            const auto width = static_cast<long>(word - at);
+            for (long step = 0; step < width; ++step, ++at) {
+                const long level = percent * (width - step) + change.percent * step;
+                rendering.samples[at]
+                    = static_cast<std::int16_t>(rendering.samples[at] * level / (100 * width));
+            }
         }
+        percent = change.percent;
     }
-    return best;
-}
-
-void scale_to_style(std::vector<std::int16_t>& samples, const SpeechStyle& style)
-{
-    if (style.volume == 100)
-        return;
-    for (std::int16_t& sample : samples)
-        sample = static_cast<std::int16_t>(sample * style.volume / 100);
+    hold_to(rendering.samples.size());
 }
 
 } // namespace tessavox::voice

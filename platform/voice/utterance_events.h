@@ -1,4 +1,4 @@
-// What happens while one utterance is heard, and what becomes of an utterance that is cut.
+// What happens while one utterance is heard.
 #pragma once
 
 #include "platform/voice/stream_event.h"
@@ -25,18 +25,8 @@ std::vector<StreamEvent> events_of(const Utterance& utterance, const Rendering& 
 void append_levels(std::span<const std::int16_t> samples, int sample_rate, int channels,
     const FrameOfSample& frame_of, std::uint64_t& next_sequence, std::vector<StreamEvent>& out);
 
-/// The utterance from its token `first` on, to be spoken anew.
-Utterance rest_of(const Utterance& utterance, std::size_t first);
-
-/// The utterance up to, not including, its token `end`.
-Utterance start_of(const Utterance& utterance, std::size_t end);
-
-/// The token before which an utterance of more than `most_units` of text is best divided, so that
-/// its first part has no more: behind a punctuation mark if there is one far enough on. 0: leave it
-/// whole.
-std::size_t division_of(const Utterance& utterance, std::size_t most_units);
-
-/// Applies the volume that markup asks for.
-void scale_to_style(std::vector<std::int16_t>& samples, const SpeechStyle& style);
+/// Brings the sound to the levels that markup asks for, with a short ramp before each word at which
+/// the level changes, so that nothing clicks.
+void apply_levels(const Utterance& utterance, Rendering& rendering);
 
 } // namespace tessavox::voice

@@ -155,16 +155,14 @@ SpokenText with_short_words(const SpokenText& text)
     return result;
 }
 
-} // namespace
-
-SpokenText ascii_text(const Utterance& utterance)
+SpokenText ascii_of(const Utterance& utterance, std::size_t begin, std::size_t end)
 {
-    const std::u16string_view text = utterance.text;
+    const std::u16string_view text(utterance.text.data(), end);
     const SpeechStyle& style = utterance.style;
     SpokenText result;
     std::uint32_t token = 0;
     std::uint32_t named = static_cast<std::uint32_t>(-1); // the token that is being named
-    for (std::size_t at = 0; at < text.size();) {
+    for (std::size_t at = begin; at < end;) {
         while (token + 1 < utterance.tokens.size() && token_end(utterance, token) <= at)
             ++token;
         const bool inside = token < utterance.tokens.size() && utterance.tokens[token].begin <= at
@@ -176,6 +174,19 @@ SpokenText ascii_text(const Utterance& utterance)
             result.append(" ", named);
         named = by_name ? token : static_cast<std::uint32_t>(-1);
         result.append(by_name ? spelled(character) : ascii_of(character), token);
+    }
+    return result;
+}
+
+} // namespace
+
+SpokenText ascii_text(const Utterance& utterance)
+{
+    SpokenText result;
+    for (const ContextStretch& stretch : context_stretches(utterance, 0, utterance.text.size())) {
+        SpokenText some = ascii_of(utterance, stretch.begin, stretch.end);
+        apply_context(some, stretch.context, true);
+        result.append(some);
     }
     return with_short_words(result);
 }

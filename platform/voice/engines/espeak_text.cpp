@@ -29,7 +29,8 @@ bool is_blank(const std::string& text)
     return text.find_first_not_of(' ') == std::string::npos;
 }
 
-// The text from `begin` to `end`. `first` is the first token at or behind `begin`.
+// The text from `begin` to `end`. `first` is the first token that ends after `begin`, or an earlier
+// one.
 SpokenText words_of(
     const Utterance& utterance, std::size_t begin, std::size_t end, std::uint32_t first)
 {
@@ -63,8 +64,12 @@ std::vector<EspeakPiece> espeak_pieces(const Utterance& utterance, bool english)
     const auto add_words = [&](std::size_t end) {
         if (begin >= end)
             return;
-        SpokenText words = words_of(utterance, begin, end, first);
-        apply_context(words, utterance.style.context, english);
+        SpokenText words;
+        for (const ContextStretch& stretch : context_stretches(utterance, begin, end)) {
+            SpokenText some = words_of(utterance, stretch.begin, stretch.end, first);
+            apply_context(some, stretch.context, english);
+            words.append(some);
+        }
         if (!is_blank(words.utf8))
             pieces.emplace_back(std::move(words));
     };

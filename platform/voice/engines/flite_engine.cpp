@@ -295,8 +295,7 @@ public:
             throw Failure("no flite voice: " + request.voice_id);
         const Utterance& utterance = *request.utterance;
         const SpeechStyle& style = utterance.style;
-        SpokenText text = ascii_text(utterance);
-        apply_context(text, style.context, true);
+        const SpokenText text = ascii_text(utterance);
         const auto phones = replacing_phones(utterance);
         const double speed = speed_factor(request.rate) * (style.emphasis ? emphasis_slowdown : 1);
         const double pitch = pitch_factor(style.pitch) * (style.emphasis ? emphasis_pitch : 1);

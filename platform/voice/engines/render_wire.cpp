@@ -122,12 +122,9 @@ void write_style(Writer& writer, const SpeechStyle& style)
 {
     writer.number(std::int32_t{ style.rate });
     writer.number(std::int32_t{ style.pitch });
-    writer.number(std::int32_t{ style.volume });
     writer.number(std::int32_t{ style.emphasis });
     writer.number(std::int32_t{ style.spell });
     writer.number(std::int32_t{ style.speak_punctuation });
-    writer.sequence(style.context);
-    writer.sequence(style.part_of_speech);
 }
 
 SpeechStyle read_style(Reader& reader)
@@ -135,12 +132,9 @@ SpeechStyle read_style(Reader& reader)
     SpeechStyle style;
     style.rate = reader.number<std::int32_t>();
     style.pitch = reader.number<std::int32_t>();
-    style.volume = reader.number<std::int32_t>();
     style.emphasis = reader.flag();
     style.spell = reader.flag();
     style.speak_punctuation = reader.flag();
-    style.context = reader.sequence<std::string>();
-    style.part_of_speech = reader.sequence<std::string>();
     return style;
 }
 
@@ -154,6 +148,23 @@ void check_tokens(const Utterance& utterance)
     }
     if (end > utterance.text.size())
         throw Failure("a token of a message lies outside of its text");
+}
+
+void read_contexts(Reader& reader, Utterance& utterance)
+{
+    std::uint64_t end = 0;
+    for (auto count = reader.number<std::uint32_t>(); count > 0; --count) {
+        ContextHint hint;
+        hint.begin = reader.number<std::uint32_t>();
+        hint.length = reader.number<std::uint32_t>();
+        hint.context = reader.sequence<std::string>();
+        if (hint.begin < end)
+            throw Failure("the contexts of a message don't rise");
+        end = std::uint64_t{ hint.begin } + hint.length;
+        utterance.contexts.push_back(std::move(hint));
+    }
+    if (end > utterance.text.size())
+        throw Failure("a context of a message lies outside of its text");
 }
 
 std::vector<WordMark> read_words(Reader& reader, std::size_t tokens, std::size_t frames)
@@ -197,6 +208,12 @@ void append_request(WireBytes& out, std::uint64_t job, const WireRequest& reques
         writer.sequence(part);
     writer.number(std::int32_t{ utterance.ends_sentence });
     write_style(writer, utterance.style);
+    writer.number(static_cast<std::uint32_t>(utterance.contexts.size()));
+    for (const ContextHint& hint : utterance.contexts) {
+        writer.number(hint.begin);
+        writer.number(hint.length);
+        writer.sequence(hint.context);
+    }
     message.complete();
 }
 
@@ -214,6 +231,7 @@ WireRequest read_request(std::span<const std::byte> bytes)
         utterance.pronunciation.push_back(reader.sequence<std::string>());
     utterance.ends_sentence = reader.flag();
     utterance.style = read_style(reader);
+    read_contexts(reader, utterance);
     reader.end();
     return request;
 }

@@ -30,7 +30,7 @@ constexpr std::uint32_t longest_message = 256U << 20;
 struct WireRequest {
     std::string voice_id;
     int rate = 0;
-    Utterance utterance; // without the places in the source, which no engine needs
+    Utterance utterance; // without what no engine needs: places in the source, bookmarks, levels
 };
 
 /// Appends a whole message, header included.

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <optional>
+#include <utility>
 
 namespace tessavox::voice {
 
@@ -138,6 +139,12 @@ void SpokenText::append(char32_t character, std::uint32_t token)
     tokens.push_back(token);
 }
 
+void SpokenText::append(const SpokenText& text)
+{
+    utf8 += text.utf8;
+    tokens.insert(tokens.end(), text.tokens.begin(), text.tokens.end());
+}
+
 char32_t next_character(std::u16string_view text, std::size_t& at)
 {
     const char16_t unit = text[at++];
@@ -171,7 +178,24 @@ std::size_t token_end(const Utterance& utterance, std::uint32_t token)
     return std::min(std::size_t{ place.begin } + place.length, utterance.text.size());
 }
 
-void apply_context(SpokenText& text, const std::string& context, bool english)
+std::vector<ContextStretch> context_stretches(
+    const Utterance& utterance, std::size_t begin, std::size_t end)
+{
+    std::vector<ContextStretch> stretches;
+    const auto add = [&](std::size_t to, std::string_view context) {
+        to = std::min(to, end);
+        if (to > begin)
+            stretches.push_back({ std::exchange(begin, to), to, context });
+    };
+    for (const ContextHint& hint : utterance.contexts) {
+        add(hint.begin, {});
+        add(std::size_t{ hint.begin } + hint.length, hint.context);
+    }
+    add(end, {});
+    return stretches;
+}
+
+void apply_context(SpokenText& text, std::string_view context, bool english)
 {
     if (const auto month = month_place(context); month && english)
         name_the_month(text, *month);

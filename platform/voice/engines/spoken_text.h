@@ -18,6 +18,7 @@ struct SpokenText {
     /// Appends ASCII as part of `token`.
     void append(std::string_view ascii, std::uint32_t token);
     void append(char32_t character, std::uint32_t token);
+    void append(const SpokenText& text);
 };
 
 /// Reads the code point at `at` of UTF-16 and moves behind it. What is no sound but could be a
@@ -30,12 +31,23 @@ bool is_mark(std::u16string_view token);
 /// The text of a token, cut to what is there.
 std::u16string_view token_text(const Utterance& utterance, std::uint32_t token);
 
-/// The behind of a token in the text, likewise.
+/// The end of a token in the text, likewise.
 std::size_t token_end(const Utterance& utterance, std::uint32_t token);
+
+/// A stretch of an utterance's text that is under one context hint, or under none.
+struct ContextStretch {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    std::string_view context;
+};
+
+/// The text from `begin` to `end` in its stretches; none if it is empty.
+std::vector<ContextStretch> context_stretches(
+    const Utterance& utterance, std::size_t begin, std::size_t end);
 
 /// What a context of markup changes. "date_mdy" and its kin name the month of a date of digits,
 /// where `english` is set; "phone_number" and "number_digit" read digit by digit. Others have no
 /// effect: engines read cardinals, ordinals and currencies by themselves.
-void apply_context(SpokenText& text, const std::string& context, bool english);
+void apply_context(SpokenText& text, std::string_view context, bool english);
 
 } // namespace tessavox::voice

@@ -98,7 +98,7 @@ void set_pitch(const Setter& to)
 void set_volume(const Setter& to)
 {
     if (const auto level = number(to.tag, "level", 0, greatest_volume))
-        to.style().volume = *level;
+        to.settings.volume = *level;
 }
 
 void set_emphasis(const Setter& to)
@@ -133,24 +133,11 @@ void set_language(const Setter& to)
         choose_voice(to, "Language=" + id, {});
 }
 
-void set_part_of_speech(const Setter& to)
-{
-    constexpr std::string_view parts[]
-        = { "Unknown", "Noun", "Verb", "Modifier", "Function", "Interjection" };
-    const std::u16string value = to_utf16(text_of(to.tag, "part"));
-    for (const std::string_view part : parts) {
-        std::string name(part);
-        name[0] = static_cast<char>(lower(static_cast<char16_t>(name[0])));
-        if (same_name(trimmed(value), name))
-            to.style().part_of_speech = part;
-    }
-}
-
 void set_context(const Setter& to)
 {
     const std::string id = text_of(to.tag, "id");
     if (!id.empty() && id.size() <= longest_hint)
-        to.style().context = id;
+        to.settings.context = id;
 }
 
 PronunciationPtr pronunciation_of(const FoundTag& tag)
@@ -193,7 +180,7 @@ constexpr ElementRow elements[] = {
     { "voice", Element::voice, Form::either, set_voice },
     { "lang", Element::lang, Form::either, set_language },
     { "pron", Element::pron, Form::replacing, set_pronunciation },
-    { "partofsp", Element::partofsp, Form::enclosing, set_part_of_speech },
+    { "partofsp", Element::partofsp, Form::enclosing, nullptr }, // a hint that no engine takes
     { "context", Element::context, Form::enclosing, set_context },
     { "bookmark", Element::bookmark, Form::empty, nullptr },
     { "sapi", Element::sapi, Form::enclosing, nullptr },

@@ -47,6 +47,8 @@ using PronunciationPtr = std::shared_ptr<const Pronunciation>;
 /// the sum is clamped, and pitch() of the finished style is clamped by finished_style().
 struct MarkupSettings {
     SpeechStyle style;
+    int volume = 100; // per cent; multiplies the voice's own volume
+    std::string context; // "date_mdy", "number_cardinal" ...; a hint
     PronunciationPtr pronunciation; // stands for the enclosed text
 
     bool operator==(const MarkupSettings&) const = default;

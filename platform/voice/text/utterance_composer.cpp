@@ -1,6 +1,7 @@
 #include "platform/voice/text/utterance_composer.h"
 
 #include "platform/voice/text/reading_character.h"
+#include "platform/voice/text/utterance_parts.h"
 
 #include <algorithm>
 #include <utility>
@@ -78,23 +79,23 @@ Utterance cut_out(const Utterance& run, std::size_t begin, std::size_t end)
         ++begin;
     while (end > begin && run.text[end - 1] == u' ')
         --end;
-    Utterance part;
-    part.text = run.text.substr(begin, end - begin);
-    const auto by_begin = [](const Token& token, std::size_t place) { return token.begin < place; };
-    const auto first = std::lower_bound(run.tokens.begin(), run.tokens.end(), begin, by_begin);
-    const auto last = std::lower_bound(first, run.tokens.end(), end, by_begin);
-    part.tokens.assign(first, last);
-    for (Token& token : part.tokens)
-        token.begin -= static_cast<std::uint32_t>(begin);
-    part.style = run.style;
-    return part;
+    return part_of(run, begin, end);
+}
+
+/// Contexts end where the text ends.
+void end_contexts(Utterance& run)
+{
+    const auto size = static_cast<std::uint32_t>(run.text.size());
+    std::erase_if(run.contexts, [&](const ContextHint& hint) { return hint.begin >= size; });
+    for (ContextHint& hint : run.contexts)
+        hint.length = std::min(hint.length, size - hint.begin);
 }
 
 bool spoken_alike(const MarkupSettings& left, const MarkupSettings& right)
 {
     // What stands in place of its whole text is not divided by markup inside it.
-    return &left == &right || left == right
-        || (left.pronunciation && left.pronunciation == right.pronunciation);
+    return left.pronunciation == right.pronunciation
+        && (left.pronunciation || left.style == right.style);
 }
 
 } // namespace
@@ -115,6 +116,11 @@ void UtteranceComposer::compose(const Sentence& sentence, std::vector<PlacedItem
             m_settings = *settings;
             continue;
         }
+        if (const auto* bookmark = std::get_if<Bookmark>(&mark.what); bookmark && m_run_begun) {
+            m_run.bookmarks.push_back(
+                { static_cast<std::uint32_t>(m_run.tokens.size()), bookmark->name });
+            continue;
+        }
         flush();
         add_item(mark.what, at == 0 ? sentence.extent.source_begin : sentence.map.end_of(at - 1));
     }
@@ -131,7 +137,7 @@ void UtteranceComposer::add_stretch(std::uint32_t begin, std::uint32_t end)
         = std::u16string_view(m_sentence->text).substr(begin, end - begin);
     const bool white = std::all_of(text.begin(), text.end(), is_white);
     if (m_run_begun && !white && !spoken_alike(*m_run_settings, *m_settings))
-        flush();
+        flush_before_word();
     const SpeechStyle& style = m_settings->style;
     const WordRule rule = style.spell ? WordRule::characters
         : m_speak_punctuation         ? WordRule::words_and_punctuation
@@ -145,8 +151,10 @@ void UtteranceComposer::add_stretch(std::uint32_t begin, std::uint32_t end)
         m_run_settings = m_settings;
         m_run_source = m_sentence->map.begin_of(begin);
     }
+    set_level();
     if (m_run.tokens.empty())
         m_run.tokens.reserve(m_found.size());
+    const std::size_t run_begin = m_run.text.size();
     std::uint32_t copied = 0;
     const auto copy_to = [&](std::uint32_t place) {
         m_run.text.append(text.substr(copied, place - copied));
@@ -169,6 +177,45 @@ void UtteranceComposer::add_stretch(std::uint32_t begin, std::uint32_t end)
         }
     }
     copy_to(static_cast<std::uint32_t>(text.size()));
+    hint_context(run_begin);
+}
+
+/// The words found now have the level that is in force.
+void UtteranceComposer::set_level()
+{
+    const int before = m_run.levels.empty() ? 100 : m_run.levels.back().percent;
+    if (!m_found.empty() && before != m_settings->volume)
+        m_run.levels.push_back(
+            { static_cast<std::uint32_t>(m_run.tokens.size()), m_settings->volume });
+}
+
+/// The run's text from `begin` on has the context that is in force.
+void UtteranceComposer::hint_context(std::size_t begin)
+{
+    if (m_settings->context.empty())
+        return;
+    const auto end = static_cast<std::uint32_t>(m_run.text.size());
+    if (!m_run.contexts.empty()) {
+        ContextHint& last = m_run.contexts.back();
+        if (last.begin + last.length == begin && last.context == m_settings->context) {
+            last.length = end - last.begin;
+            return;
+        }
+    }
+    const auto from = static_cast<std::uint32_t>(begin);
+    m_run.contexts.push_back({ from, end - from, m_settings->context });
+}
+
+/// Ends the run; what stands after its last word belongs to the next one.
+void UtteranceComposer::flush_before_word()
+{
+    std::vector<BookmarkPlace> waiting;
+    while (!m_run.bookmarks.empty() && m_run.bookmarks.back().token == m_run.tokens.size()) {
+        waiting.insert(waiting.begin(), { 0, std::move(m_run.bookmarks.back().name) });
+        m_run.bookmarks.pop_back();
+    }
+    flush();
+    m_run.bookmarks = std::move(waiting);
 }
 
 /// Ends the run that is spoken in one style.
@@ -181,6 +228,7 @@ void UtteranceComposer::flush()
     run.style = finished_style(*m_run_settings, m_speak_punctuation);
     while (run.text.back() == u' ')
         run.text.pop_back();
+    end_contexts(run);
     const std::size_t size = run.text.size();
     const bool short_enough = cut_behind(run, 0, m_items->size() == m_first_item) == size;
     if (short_enough && run.text.front() != u' ')
@@ -211,6 +259,8 @@ void UtteranceComposer::add_pronunciation(const Pronunciation& pronunciation)
     utterance.tokens.push_back({ 0, 0, pronunciation.source_begin,
         pronunciation.source_end - pronunciation.source_begin });
     utterance.style = finished_style(*m_settings, m_speak_punctuation);
+    if (m_settings->volume != 100)
+        utterance.levels = { { 0, m_settings->volume } };
     m_items->push_back({ std::move(utterance), pronunciation.source_begin });
 }
 

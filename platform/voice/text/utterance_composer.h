@@ -29,7 +29,10 @@ public:
 
 private:
     void add_stretch(std::uint32_t begin, std::uint32_t end);
+    void set_level();
+    void hint_context(std::size_t run_begin);
     void flush();
+    void flush_before_word();
     void add_part(Utterance part, bool first_of_run);
     void add_pronunciation(const Pronunciation& pronunciation);
     void add_item(const decltype(SentenceMark::what)& what, std::uint32_t source_begin);

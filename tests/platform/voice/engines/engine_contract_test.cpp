@@ -114,10 +114,11 @@ TEST_P(EngineContract, EveryTokenGetsOneRisingMark)
     spelled.spell = true;
     SpeechStyle punctuated;
     punctuated.speak_punctuation = true;
-    SpeechStyle dated;
-    dated.context = "date_mdy";
-    SpeechStyle phone;
-    phone.context = "phone_number";
+    const auto with_context = [](std::u16string_view text, ContextHint hint) {
+        Utterance utterance = utterance_of(text);
+        utterance.contexts = { std::move(hint) };
+        return utterance;
+    };
     const Utterance cases[] = {
         utterance_of(u"Hello world"),
         utterance_of(u"In 1984 there were 12,345.67 of them at 3:30 on the 21st."),
@@ -130,9 +131,9 @@ TEST_P(EngineContract, EveryTokenGetsOneRisingMark)
         utterance_of(u". , ; ! ? - ( ) # * ~ word"),
         utterance_of(u"Ab1,.! ü中\U0001F600", spelled),
         utterance_of(u"Well , said he : no !", punctuated),
-        utterance_of(u"On 12/25/2003 it snowed", dated),
-        utterance_of(u"12/25/2003", dated),
-        utterance_of(u"555-1234 ext. 7", phone),
+        with_context(u"On 12/25/2003 it snowed", { 3, 10, "date_mdy" }),
+        with_context(u"12/25/2003", { 0, 10, "date_mdy" }),
+        with_context(u"555-1234 ext. 7", { 0, 8, "phone_number" }),
         utterance_of(std::u16string(100, u'x')),
         utterance_of(u"   "),
         utterance_of(u""),

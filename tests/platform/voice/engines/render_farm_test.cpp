@@ -196,7 +196,8 @@ TEST(Wire, CarriesARequestAndAnAnswer)
 {
     WireRequest request{ "espeak:gmw/de", -7, utterance_of(u"Grüße an alle") };
     request.utterance.pronunciation = { "a", "b c" };
-    request.utterance.style = { 1, -2, 30, 4, true, false, true, "date_mdy", "Noun" };
+    request.utterance.style = { 1, -2, 4, true, false, true };
+    request.utterance.contexts = { { 4, 3, "date_mdy" } };
     WireBytes bytes;
     append_request(bytes, 5, request);
     const auto header = peek_header(bytes);
@@ -208,7 +209,10 @@ TEST(Wire, CarriesARequestAndAnAnswer)
     EXPECT_EQ(read.utterance.text, request.utterance.text);
     EXPECT_EQ(read.utterance.pronunciation, request.utterance.pronunciation);
     EXPECT_TRUE(read.utterance.ends_sentence);
-    EXPECT_EQ(read.utterance.style.context, "date_mdy");
+    EXPECT_EQ(read.utterance.style, (SpeechStyle{ 1, -2, -1, true, false, true }));
+    ASSERT_EQ(read.utterance.contexts.size(), 1U);
+    EXPECT_EQ(read.utterance.contexts[0].context, "date_mdy");
+    EXPECT_EQ(read.utterance.contexts[0].begin, 4U);
     ASSERT_EQ(read.utterance.tokens.size(), 3U);
     EXPECT_EQ(read.utterance.tokens[2].begin, 9U);
 }

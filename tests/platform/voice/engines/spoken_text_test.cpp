@@ -107,9 +107,10 @@ TEST(SpokenText, FollowsTheContextsThatItKnows)
     };
     for (const Case& each : cases)
         for (const bool english : { true, false }) {
-            SpeechStyle style;
-            style.context = each.context;
-            const auto pieces = espeak_pieces(utterance_of(each.text, style), english);
+            Utterance utterance = utterance_of(each.text);
+            utterance.contexts
+                = { { 0, static_cast<std::uint32_t>(utterance.text.size()), each.context } };
+            const auto pieces = espeak_pieces(utterance, english);
             ASSERT_EQ(pieces.size(), 1U);
             const auto& words = std::get<SpokenText>(pieces[0]);
             EXPECT_EQ(words.utf8, english ? each.english : each.other);

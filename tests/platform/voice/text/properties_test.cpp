@@ -10,11 +10,13 @@ constexpr std::u16string_view pieces[] = { u"a", u"word", u" ", u" ", u" ", u"."
     u"?", u", ", u"\u2026", u"Mr. ", u"e.g. ", u"3.14", u"20%", u"\n", u"\n\n", u"\t", u"\r\n",
     u"&amp;", u"&#x1F600;", u"&#46;", u"&#32;", u"&", u"<", u">", u"<b>", u"</b>", u"<emph>",
     u"</emph>", u"<rate speed='1'/>", u"<rate speed='2'>", u"</rate>", u"<spell>", u"</spell>",
-    u"<silence msec='5'/>", u"<bookmark mark='x'/>", u"<pron sym='a b'/>", u"<pron sym='c'>",
-    u"</pron>", u"<voice required='Name=Anna'>", u"</voice>", u"<!-- c -->", u"<!--", u"-->",
-    u"<![CDATA[", u"]]>", u"<?pi?>", u"<a b=\"", u"'", u"\"", u"\u201D", u"\u00E4", u"e\u0301",
-    u"\u4F60\u597D", u"\u3002", u"\u300D", u"\U0001F469\u200D\U0001F467", u"\U00020000", u"\uFEFF",
-    u"-", u"don't", u"AT&T", u"$5", u"===", u"\u0E2A\u0E27\u0E31", u"\u043C\u0438\u0440" };
+    u"<silence msec='5'/>", u"<bookmark mark='x'/>", u"<bookmark mark='y'/>",
+    u"<volume level='50'>", u"</volume>", u"<context id='date_mdy'>", u"</context>",
+    u"<pron sym='a b'/>", u"<pron sym='c'>", u"</pron>", u"<voice required='Name=Anna'>",
+    u"</voice>", u"<!-- c -->", u"<!--", u"-->", u"<![CDATA[", u"]]>", u"<?pi?>", u"<a b=\"", u"'",
+    u"\"", u"\u201D", u"\u00E4", u"e\u0301", u"\u4F60\u597D", u"\u3002", u"\u300D",
+    u"\U0001F469\u200D\U0001F467", u"\U00020000", u"\uFEFF", u"-", u"don't", u"AT&T", u"$5", u"===",
+    u"\u0E2A\u0E27\u0E31", u"\u043C\u0438\u0440" };
 
 std::u16string random_text(std::mt19937& random, int length)
 {

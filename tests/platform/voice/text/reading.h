@@ -46,18 +46,47 @@ inline std::string style_of(const SpeechStyle& style)
         tell("rate=" + std::to_string(style.rate));
     if (style.pitch)
         tell("pitch=" + std::to_string(style.pitch));
-    if (style.volume != 100)
-        tell("volume=" + std::to_string(style.volume));
     if (style.voice != -1)
         tell("voice=" + std::to_string(style.voice));
     if (style.emphasis)
         tell("emph");
     if (style.spell)
         tell("spell");
-    if (!style.context.empty())
-        tell("context=" + style.context);
-    if (!style.part_of_speech.empty())
-        tell("part=" + style.part_of_speech);
+    return told;
+}
+
+/// The text, with "{name}" where a bookmark is reached, "%50 " before the word from which on the
+/// level is 50, and "date_mdy(1/2)" round a stretch with a context.
+inline std::string marked_text(const Utterance& utterance)
+{
+    std::string told;
+    std::size_t at = 0;
+    const auto text_to = [&](std::size_t end) {
+        told += to_utf8(std::u16string_view(utterance.text).substr(at, end - at));
+        at = end;
+    };
+    auto hint = utterance.contexts.begin();
+    const auto contexts_to = [&](std::size_t end) {
+        for (; hint != utterance.contexts.end() && hint->begin <= end; ++hint) {
+            text_to(hint->begin);
+            told += hint->context + "(";
+            text_to(hint->begin + hint->length);
+            told += ")";
+        }
+    };
+    for (std::uint32_t token = 0; token <= utterance.tokens.size(); ++token) {
+        const bool end = token == utterance.tokens.size();
+        const std::size_t begin = end ? utterance.text.size() : utterance.tokens[token].begin;
+        contexts_to(begin);
+        if (at < begin)
+            text_to(begin);
+        for (const BookmarkPlace& bookmark : utterance.bookmarks)
+            if (bookmark.token == token)
+                told += "{" + bookmark.name + "}";
+        for (const LevelChange& change : utterance.levels)
+            if (change.token == token)
+                told += "%" + std::to_string(change.percent) + " ";
+    }
     return told;
 }
 
@@ -77,7 +106,7 @@ inline std::string told(const std::vector<SpeechItem>& items)
             for (const std::string& phoneme : utterance->pronunciation)
                 all += "/" + phoneme;
             all += utterance->pronunciation.empty() ? "" : "/";
-            all += to_utf8(utterance->text);
+            all += marked_text(*utterance);
         }
     }
     return all;

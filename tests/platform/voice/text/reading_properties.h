@@ -34,6 +34,7 @@ public:
         }
         if (!m_ended)
             complain("the last sentence does not end");
+        check_bookmarks();
         check_coverage();
         check_places();
         return m_broken;
@@ -68,12 +69,38 @@ private:
             m_sentence_end = extent.source_begin + extent.source_length;
             m_source_end = std::max(m_source_end, extent.source_begin);
         }
+        check_marks(utterance);
         m_ended = utterance.ends_sentence;
         std::uint32_t text_end = 0;
         for (const Token& token : utterance.tokens) {
             check(utterance, token, text_end);
             text_end = token.begin + token.length;
         }
+    }
+
+    void check_marks(const Utterance& utterance)
+    {
+        const std::size_t tokens = utterance.tokens.size();
+        std::uint32_t before = 0;
+        for (const BookmarkPlace& bookmark : utterance.bookmarks) {
+            if (bookmark.token < before || bookmark.token > tokens)
+                complain("a bookmark is out of place");
+            before = bookmark.token;
+        }
+        std::int64_t level_before = -1;
+        for (const LevelChange& change : utterance.levels) {
+            if (change.token <= level_before || change.token >= std::max<std::size_t>(tokens, 1))
+                complain("a level is out of place");
+            level_before = change.token;
+        }
+        std::size_t end = 0;
+        for (const ContextHint& hint : utterance.contexts) {
+            if (hint.begin < end || hint.length == 0)
+                complain("contexts overlap or are empty");
+            end = std::size_t{ hint.begin } + hint.length;
+        }
+        if (end > utterance.text.size())
+            complain("a context lies outside its text");
     }
 
     void check(const Utterance& utterance, const Token& token, std::uint32_t text_end)
@@ -124,6 +151,35 @@ private:
                 complain("the word at " + std::to_string(at) + " was skipped");
             ++at;
         }
+    }
+
+    /// No bookmark is lost, doubled or moved past another.
+    void check_bookmarks()
+    {
+        if (!m_options.markup)
+            return;
+        std::vector<std::string> found;
+        for (const SpeechItem& item : m_items) {
+            if (const auto* bookmark = std::get_if<Bookmark>(&item))
+                found.push_back(bookmark->name);
+            if (const auto* utterance = std::get_if<Utterance>(&item))
+                for (const BookmarkPlace& bookmark : utterance->bookmarks)
+                    found.push_back(bookmark.name);
+        }
+        std::vector<std::string> written;
+        MarkupScanner scanner(m_text);
+        std::size_t cdata_end = 0;
+        for (std::size_t at = 0; at < m_text.size();) {
+            const bool may_begin = at >= cdata_end && (m_text[at] == u'<' || m_text[at] == u'&');
+            const Markup markup = may_begin ? scanner.scan(at) : Markup();
+            cdata_end = std::max(cdata_end, markup.content_end);
+            at = markup.kind == Markup::Kind::none ? at + 1 : markup.end;
+            if (markup.name == u"bookmark" && markup.kind != Markup::Kind::end_tag
+                && !scanner.attributes().empty() && scanner.attributes()[0].name == u"mark")
+                written.push_back(to_utf8(decoded_value(scanner.attributes()[0].value)));
+        }
+        if (found != written)
+            complain("bookmarks are lost or out of order");
     }
 
     void check_places()
