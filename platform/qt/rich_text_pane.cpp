@@ -396,4 +396,9 @@ void QtRichTextPane::set_RightMargin(double twips)
     m_editor->setLineWrapColumnOrWidth(pixels);
 }
 
+std::unique_ptr<RichTextPane> QtRichTextPanes::create()
+{
+    return std::make_unique<QtRichTextPane>();
+}
+
 } // namespace tessavox

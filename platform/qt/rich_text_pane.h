@@ -70,4 +70,9 @@ private:
     bool m_loading = false;
 };
 
+class QtRichTextPanes : public RichTextPanes {
+public:
+    std::unique_ptr<RichTextPane> create() override;
+};
+
 } // namespace tessavox

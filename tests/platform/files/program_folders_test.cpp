@@ -1,21 +1,16 @@
-#include "platform/qt/desktop_services.h"
-#include "platform/qt/program_folders.h"
+#include "platform/files/program_folders.h"
 
-#include <QTemporaryDir>
+#include "tests/platform/files/temporary_folder.h"
 
-#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 
 namespace tessavox {
 namespace {
 
-namespace fs = std::filesystem;
-
 TEST(Folders, TheDefaultsAreInstalledOnceAndNeverCompleted)
 {
-    const QTemporaryDir temporary;
-    const fs::path folder = temporary.path().toStdString();
+    const TemporaryFolder folder;
     fs::create_directories(folder / "shipped");
     std::ofstream(folder / "shipped/web.txt") << "zero";
     std::ofstream(folder / "shipped/setting1.txt") << "one";
@@ -34,8 +29,7 @@ TEST(Folders, TheDefaultsAreInstalledOnceAndNeverCompleted)
 
 TEST(Folders, ShippedDataIsTheSourceTreesOnlyForAProgramInItsBuildFolder)
 {
-    const QTemporaryDir temporary;
-    const fs::path folder = temporary.path().toStdString();
+    const TemporaryFolder folder;
     fs::create_directories(folder / "build");
     fs::create_directories(folder / "source/share");
     fs::create_directories(folder / "usr/bin");
@@ -46,16 +40,6 @@ TEST(Folders, ShippedDataIsTheSourceTreesOnlyForAProgramInItsBuildFolder)
     fs::remove_all(folder / "source");
     EXPECT_EQ(
         find_app_folder(folder / "build", folder / "build", share), folder / "share/tessavox");
-}
-
-TEST(FileFilters, TakeEveryFileForAllFilesAndKeepTheirOrder)
-{
-    const QStringList expected{ "All Files (*)", "Wave Files (*.wav)",
-        "Text (plain) (*.txt *.rtf)" };
-    EXPECT_EQ(name_filters("All Files (*.*)|*.*|Wave Files (*.wav)|*.wav|"
-                           "Text (plain) (*.txt;*.rtf)|*.txt; *.rtf"),
-        expected);
-    EXPECT_TRUE(name_filters("").isEmpty());
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "platform/qt/file_store.h"
+#include "platform/files/disk_file_store.h"
 
 #include "platform/failure.h"
 

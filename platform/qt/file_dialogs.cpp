@@ -1,76 +1,14 @@
-#include "platform/qt/desktop_services.h"
+#include "platform/qt/file_dialogs.h"
 
-#include "platform/qt/clipboard_owner.h"
-#include "platform/qt/rich_text_pane.h"
 #include "platform/qt/text_conversion.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QRegularExpression>
 
 namespace tessavox {
-
-// Clipboard --------------------------------------------------------------------------------------
-
-QtClipboard::QtClipboard()
-{
-    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
-        m_is_current = false;
-        m_text = {};
-    });
-}
-
-TextSlice QtClipboard::GetText()
-{
-    if (m_is_current)
-        return m_text;
-    m_is_current = true;
-    const QClipboard& clipboard = *QApplication::clipboard();
-    const bool reachable = clipboard.ownsClipboard() || clipboard_owner_answers();
-    const QString text = reachable ? clipboard.text() : QString();
-    m_text = std::u16string(
-        reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size()));
-    return m_text;
-}
-
-bool QtClipboard::has_text()
-{
-    return !GetText().empty();
-}
-
-// Message boxes ----------------------------------------------------------------------------------
-
-MessageAnswer QtMessageBoxes::show(
-    const std::string& text, const std::string& title, MessageButtons buttons, MessageIcon icon)
-{
-    QMessageBox box(QApplication::activeWindow());
-    box.setObjectName("message");
-    box.setTextFormat(Qt::PlainText);
-    box.setText(to_qt(text));
-    box.setWindowTitle(to_qt(title));
-    box.setIcon(icon == MessageIcon::question ? QMessageBox::Question : QMessageBox::NoIcon);
-    if (buttons == MessageButtons::yes_no_cancel) {
-        box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
-        box.setDefaultButton(QMessageBox::Yes);
-        box.setEscapeButton(QMessageBox::Cancel);
-    } else {
-        box.setStandardButtons(QMessageBox::Ok);
-    }
-    switch (box.exec()) {
-    case QMessageBox::Yes:
-        return MessageAnswer::yes;
-    case QMessageBox::No:
-        return MessageAnswer::no;
-    default:
-        return buttons == MessageButtons::ok ? MessageAnswer::ok : MessageAnswer::cancel;
-    }
-}
-
-// File dialogs -----------------------------------------------------------------------------------
 
 QStringList name_filters(const std::string& filter)
 {
@@ -149,30 +87,6 @@ std::optional<std::string> QtFileDialogs::ShowOpen(const FileDialogRequest& requ
 std::optional<std::string> QtFileDialogs::ShowSave(const FileDialogRequest& request)
 {
     return ask_for_path(request, QFileDialog::AcceptSave, QFileDialog::AnyFile, m_folder);
-}
-
-// Mouse pointer and panes ------------------------------------------------------------------------
-
-QtScreen::~QtScreen()
-{
-    set_MousePointer(MousePointer::normal);
-}
-
-void QtScreen::set_MousePointer(MousePointer pointer)
-{
-    const bool busy = pointer == MousePointer::hourglass;
-    if (busy == m_is_busy)
-        return;
-    m_is_busy = busy;
-    if (busy)
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-    else
-        QApplication::restoreOverrideCursor();
-}
-
-std::unique_ptr<RichTextPane> QtRichTextPanes::create()
-{
-    return std::make_unique<QtRichTextPane>();
 }
 
 } // namespace tessavox

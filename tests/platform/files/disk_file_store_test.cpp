@@ -1,10 +1,9 @@
-#include "platform/qt/file_store.h"
+#include "platform/files/disk_file_store.h"
 
 #include "tests/contract/file_store_contract.h"
+#include "tests/platform/files/temporary_folder.h"
 
 #include <csignal>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -12,27 +11,6 @@
 
 namespace tessavox {
 namespace {
-
-namespace fs = std::filesystem;
-
-class TemporaryFolder {
-public:
-    TemporaryFolder()
-    {
-        std::string name = (fs::temp_directory_path() / "tessavox-test-XXXXXX").string();
-        m_path = ::mkdtemp(name.data());
-    }
-    ~TemporaryFolder() { fs::remove_all(m_path); }
-    fs::path operator/(const std::string& name) const { return m_path / name; }
-    std::size_t entries() const
-    {
-        return static_cast<std::size_t>(
-            std::distance(fs::directory_iterator(m_path), fs::directory_iterator()));
-    }
-
-private:
-    fs::path m_path;
-};
 
 class DiskBed {
 public:

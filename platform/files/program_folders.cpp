@@ -1,4 +1,4 @@
-#include "platform/qt/program_folders.h"
+#include "platform/files/program_folders.h"
 
 #include <filesystem>
 #include <unistd.h>
