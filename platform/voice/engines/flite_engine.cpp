@@ -113,7 +113,8 @@ void set_prosody(cst_voice* voice, const FliteVoiceRow& row, double speed, doubl
     const bool target = row.melody == Melody::target;
     const auto factor = static_cast<float>(pitch);
     flite_feat_set_float(voice->features, "duration_stretch",
-        (target ? target_stretch : 1.0F) / static_cast<float>(speed));
+        target ? target_stretch / static_cast<float>(speed)
+               : static_cast<float>(shrunken_duration(speed)));
     if (target) {
         flite_feat_set_float(voice->features, "int_f0_target_mean", target_mean * factor);
         flite_feat_set_float(voice->features, "int_f0_target_stddev", target_deviation * factor);

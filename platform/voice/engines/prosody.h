@@ -9,11 +9,13 @@ double speed_factor(int rate);
 /// The factor of a pitch -10..10: 2^(pitch/24).
 double pitch_factor(int pitch);
 
-/// A speed as espeak-ng takes it. Below 80 words a minute espeak-ng stands still, so the rest of
-/// the way down is a stretch of its sound.
+/// The factor on the durations of flite's statistical voices that makes them `speed` times as fast.
+double shrunken_duration(double speed);
+
+/// A speed as espeak-ng takes it. At both ends of the way the rest is a stretch of its sound.
 struct EspeakSpeed {
     int words_per_minute = 175;
-    double stretch = 1; // below 1: the sound is made longer by 1/stretch
+    double stretch = 1; // the sound is made 1/stretch as long
 };
 
 /// The measured speed that comes closest to speed_factor(rate); `rate` is clamped to -10..10.
