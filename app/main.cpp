@@ -1,5 +1,6 @@
 // Puts the program together: the one file that knows its logic, its windows and its voice.
 #include "app/tessavox.h"
+#include "forms/string_table.h"
 #include "platform/files/disk_file_store.h"
 #include "platform/files/program_folders.h"
 #include "platform/qt/blocking_work.h"
@@ -47,14 +48,14 @@ void quit()
     QCoreApplication::exit(); // not quit(), which would ask every window once more
 }
 
-std::unique_ptr<SpeechService> make_speech()
+std::unique_ptr<SpeechService> make_speech(const Texts& texts)
 {
     voice::SpeechServiceOptions options;
     options.post = post;
     options.helper_path
         = from_qt(QCoreApplication::applicationDirPath() + "/tessavox-voice-helper");
     options.helpers = render_helpers;
-    options.default_output_name = "Default output";
+    options.default_output_name = texts.LoadResString(2300);
     return voice::make_speech_service(std::move(options));
 }
 
@@ -66,6 +67,7 @@ int run()
         = from_qt(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
     QApplication::setWindowIcon(QIcon(to_qt(app_folder + "/tessavox.png")));
 
+    const StringTable texts;
     QtFormWindows windows;
     DiskFileStore files;
     QtClipboard clipboard;
@@ -75,10 +77,11 @@ int run()
     QtTray tray;
     QtBlockingWork blocking_work;
     QtRichTextPanes panes;
-    const std::unique_ptr<SpeechService> speech = make_speech();
+    const std::unique_ptr<SpeechService> speech = make_speech(texts);
     Platform platform{ windows, post, quit, files, clipboard, message_boxes, dialogs, screen, tray,
-        blocking_work, panes, *speech, prepare_config_folder(config_home, app_folder + "/conf"),
-        app_folder, from_qt(QCoreApplication::arguments().mid(1).join(' ')) };
+        blocking_work, panes, *speech, texts,
+        prepare_config_folder(config_home, app_folder + "/conf"), app_folder,
+        from_qt(QCoreApplication::arguments().mid(1).join(' ')) };
 
     Tessavox tessavox(platform);
     const EndSignals end_signals([&tessavox] {

@@ -1,21 +1,22 @@
 // Asks what to do when a copy of the program runs already.
 #pragma once
 
-#include "platform/controls/buttons.h"
-#include "platform/controls/form.h"
-#include "platform/controls/label.h"
+#include "forms/openmsg_controls.h"
+#include "platform/texts.h"
 
 namespace tessavox {
 
 class frmMain;
 
-class openmsg : public Form {
+class openmsg : public OpenmsgControls {
 public:
-    openmsg(Forms& forms, frmMain& main);
+    openmsg(Forms& forms, const Texts& texts, frmMain& main);
 
-    Label Label1{ *this, "Label1" };
-    CommandButton Command1{ *this, "Command1" }; // closes it, and with it this copy
-    CommandButton Command2{ *this, "Command2" }; // a second application beside the first
+protected:
+    void Form_Load() override;
+
+private:
+    const Texts& m_texts;
 };
 
 } // namespace tessavox

@@ -1,7 +1,7 @@
 #include "app/start_instance.h"
 
-#include "persist/number_text.h"
 #include "persist/settings_files.h"
+#include "platform/number_text.h"
 
 namespace tessavox {
 
@@ -43,7 +43,8 @@ void become_application(const Process& process, PCCFile& text_file, frmMain& mai
         main.window_state = WindowState::minimised; // and by that out of sight
     else
         main.Show();
-    text_file.WriteToFile(opened_text(true), process.ConfigFolder + opened_file);
+    text_file.WriteToFile(
+        opened_text(true), process.ConfigFolder + opened_file, Durability::fleeting);
 }
 
 } // namespace
@@ -54,7 +55,8 @@ void StartInstance(
     const bool running = is_copy_running(process, text_file);
     const CommandRow* const command = command_of(process.platform.command_line);
     if (command && (running || !command->needs_running_copy)) {
-        text_file.WriteToFile(command_flags_text(command->flag), process.ConfigFolder + web_file);
+        text_file.WriteToFile(command_flags_text(command->flag), process.ConfigFolder + web_file,
+            Durability::fleeting);
     }
     if (!running)
         become_application(process, text_file, main, command && !command->needs_running_copy);

@@ -3,7 +3,7 @@
 
 #include "app/main_window.h"
 #include "app/openmsg.h"
-#include "app/process.h"
+#include "documents/process.h"
 #include "persist/text_file.h"
 
 namespace tessavox {

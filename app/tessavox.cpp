@@ -7,8 +7,8 @@ namespace tessavox {
 Tessavox::Tessavox(Platform& platform)
     : m_process(platform)
     , m_main(std::make_shared<frmMain>(m_process))
-    , m_openmsg(std::make_shared<openmsg>(m_process.forms, *m_main))
-    , m_text_file(platform.files, platform.message_boxes)
+    , m_openmsg(std::make_shared<openmsg>(m_process.forms, platform.texts, *m_main))
+    , m_text_file(platform.files, platform.message_boxes, platform.texts)
 {
 }
 

@@ -1,31 +1,16 @@
 #include "documents/document_window.h"
 
-#include "app/main_window.h"
-#include "persist/layout.h"
-#include "persist/number_text.h"
-#include "persist/string_table.h"
+#include "documents/file_commands.h"
+#include "documents/menu_enablement.h"
+#include "forms/layout.h"
+#include "forms/localise_form.h"
+#include "forms/main_controls.h"
 #include "platform/controls/pick.h"
+#include "platform/number_text.h"
 
 namespace tessavox {
 
 namespace {
-
-struct ButtonRow {
-    CommandButton DocumentControls::*button;
-    void (frmDocument::*Click)();
-};
-
-constexpr ButtonRow button_rows[] = {
-    { &DocumentControls::SpeakBtn, &frmDocument::SpeakBtn_Click },
-    { &DocumentControls::StopBtn, &frmDocument::StopBtn_Click },
-    { &DocumentControls::PauseBtn, &frmDocument::PauseBtn_Click },
-    { &DocumentControls::ResumeBtn, &frmDocument::ResumeBtn_Click },
-    { &DocumentControls::SkipBtn, &frmDocument::SkipBtn_Click },
-    { &DocumentControls::SpeaktofileBtn, &frmDocument::SpeaktofileBtn_Click },
-    { &DocumentControls::Play, &frmDocument::Play_Click },
-    { &DocumentControls::ReadClipbdBtn, &frmDocument::ReadClipbdBtn_Click },
-    { &DocumentControls::ReadClipboardtoFile, &frmDocument::ReadClipboardtoFile_Click },
-};
 
 constexpr Pick<DocumentControls> hidden_at_load[] = {
     pick<&DocumentControls::Command1>,
@@ -39,28 +24,26 @@ constexpr Pick<DocumentControls> hidden_at_load[] = {
 
 } // namespace
 
-frmDocument::frmDocument(Process& process, frmMain& main, frmDockDemo& dock)
+frmDocument::frmDocument(
+    Process& process, MainControls& main, DockControls& dock, FileCommands& files)
     : DocumentControls(process.forms, process.platform.panes.create())
+    , settingsFile(process.platform.files, process.platform.message_boxes, process.platform.texts)
+    , speech({ *this, dock, main }, process.platform, settingsFile, process.ConfigFolder)
     , m_process(process)
     , m_main(main)
-    , settingsFile(process.platform.files, process.platform.message_boxes)
-    , m_session({ *this, dock, main }, Voice)
-    , m_flags(*this)
-    , m_panel(*this, main, Voice, m_session, m_flags, settingsFile, process.ConfigFolder)
-    , m_reading(m_reading_parts, process.platform.clipboard)
-    , m_voice_events(*this, m_session, place)
-    , m_wave_file(m_reading_parts, process.platform)
+    , m_files(files)
 {
-    for (const ButtonRow& row : button_rows)
-        (this->*row.button).Click = [this, click = row.Click] { (this->*click)(); };
     TabStrip1.Click = [this] { TabStrip1_Click(); };
     rtfText->Change = [this] { rtfText_Change(); };
     rtfText->SelChange = [this] { rtfText_SelChange(); };
 }
 
-frmDocument::~frmDocument()
+frmDocument& ActiveForm(const Forms& forms)
 {
-    Voice.release(); // before what its events go to
+    Form* const active = forms.active_child();
+    if (!active)
+        throw Failure("no document is active");
+    return static_cast<frmDocument&>(*active); // only documents lie in the main window
 }
 
 int frmDocument::slot_number() const
@@ -75,32 +58,33 @@ bool frmDocument::has_default_caption() const
 
 void frmDocument::Form_Load()
 {
-    attempt([&] { Voice.create(m_process.platform.speech, m_voice_events); });
+    attempt([&] { speech.create_voice(); });
     m_process.find_ConfigFolder();
     settingsFile.ReadFromFile(m_process.ConfigFolder + speech_settings_file);
     load_speech();
     attempt_each([&] { rtfText->set_HideSelection(false); }, [&] { rtfText->set_SelStart(0); });
-    m_session.UpdateSpeechControls(false, false);
+    speech.session.UpdateSpeechControls(false, false);
     attempt([&] { cpvSlider1.Value = to_integer16(settingsFile.FileText(speed_line)); });
-    place.view_status = 1;
+    speech.place.view_status = 1;
     for (const auto control : hidden_at_load)
         control(*this).Visible = false;
-    m_panel.show_in_status_bar();
+    speech.panel.show_in_status_bar();
     load_address_history();
+    LocaliseForm(*this, m_process.platform.texts);
     load_font();
 }
 
 void frmDocument::load_speech()
 {
     chkSpFlagIsXML.Value = 1;
-    m_panel.fill_VoiceCB();
+    speech.panel.fill_VoiceCB();
     attempt([&] { Check1.Value = to_integer16(settingsFile.FileText(automatic_reading_line)); });
     m_sLastUrl = settingsFile.FileText(web_address_line);
-    m_panel.fill_FormatCB();
-    m_panel.set_bars();
+    speech.panel.fill_FormatCB();
+    speech.panel.set_bars();
     FormatCB.Text = settingsFile.FileText(format_line);
-    m_panel.fill_AudioOutputCB();
-    m_panel.tick_default_flags();
+    speech.panel.fill_AudioOutputCB();
+    speech.panel.tick_default_flags();
 }
 
 // Without setting3.txt the lines of the file read before are taken, whatever they hold; so it is
@@ -132,16 +116,17 @@ void frmDocument::Form_Activate()
 {
     UpdateLineNumberPanel();
     m_process.tables.closingSave = false;
-    place.isReadClipbd = 1;
+    setmenu(m_process, m_main);
+    speech.place.isReadClipbd = 1;
     if (!has_default_caption())
-        m_main.dlgCommonDialog.FileName = Caption;
+        m_files.dlgCommonDialog.FileName = Caption;
     attempt([&] { m_process.tables.documentChanged[slot_number()] = false; });
 }
 
 void frmDocument::Form_Resize()
 {
     fit_text_pane(*this, m_main);
-    if (place.view_status == 2)
+    if (speech.place.view_status == 2)
         control_pos2();
     else
         control_pos();
@@ -167,8 +152,8 @@ void frmDocument::Form_Unload(bool& Cancel)
     else
         leave_tables();
     // Also after Cancel: the window that stays has no voice any more.
-    m_session.StopBtn_Click();
-    Voice.release();
+    speech.session.StopBtn_Click();
+    speech.Voice.release();
 }
 
 void frmDocument::save_settings()
@@ -184,10 +169,17 @@ void frmDocument::save_settings()
 
 void frmDocument::offer_to_save(bool& Cancel)
 {
-    switch (m_process.platform.message_boxes.show(LoadResString(2102), application_title,
-        MessageButtons::yes_no_cancel, MessageIcon::question)) {
+    show_before_asking();
+    Platform& platform = m_process.platform;
+    MessageAnswer answer = MessageAnswer::cancel;
+    attempt([&] {
+        answer = platform.message_boxes.show(platform.texts.LoadResString(2102), application_title,
+            MessageButtons::yes_no_cancel, MessageIcon::question);
+    });
+    switch (answer) {
     case MessageAnswer::cancel:
         Cancel = true;
+        setmenu(m_process, m_main);
         break;
     case MessageAnswer::no:
         leave_tables();
@@ -197,20 +189,28 @@ void frmDocument::offer_to_save(bool& Cancel)
     }
 }
 
+// The main window closes documents that aren't active too. The user has to see which one is meant,
+// and Save writes the text of the active one to the path that its activation has noted. An
+// activation forgets that the text was changed, but the question is still open.
+void frmDocument::show_before_asking()
+{
+    if (m_process.forms.active_child() == this)
+        return;
+    attempt([&] { m_process.forms.activate(*this); });
+    attempt([&] { m_process.tables.documentChanged[slot_number()] = true; });
+}
+
 // The slot stays taken on this path; the save takes the document off the count.
 void frmDocument::save_before_close()
 {
-    // Save writes the text of the active document to the path that its activation has noted, and
-    // the main window closes documents that aren't active too.
-    attempt([&] { m_process.forms.activate(*this); });
     m_process.tables.closingSave = true;
     bool named = !has_default_caption();
     attempt(
         [&] { named = named || m_process.tables.documentFileTitles[slot_number() - 1].empty(); });
     if (named)
-        m_main.mnuFileSave_Click();
+        m_files.mnuFileSave_Click();
     else
-        m_main.mnuFileSaveAs_Click();
+        m_files.mnuFileSaveAs_Click();
 }
 
 void frmDocument::leave_tables()
@@ -219,6 +219,7 @@ void frmDocument::leave_tables()
     attempt_each([&] { tables.documentWindows[slot_number() - 1] = nullptr; },
         [&] { tables.documentSlotUsed[slot_number() - 1] = false; });
     --tables.openDocumentCount;
+    setmenu(m_process, m_main);
 }
 
 void frmDocument::rtfText_Change()
@@ -232,12 +233,13 @@ void frmDocument::rtfText_Change()
 void frmDocument::rtfText_SelChange()
 {
     UpdateLineNumberPanel();
+    setmenu(m_process, m_main);
 }
 
 void frmDocument::TabStrip1_Click()
 {
-    m_session.StopBtn_Click();
-    place.view_status = 1;
+    speech.session.StopBtn_Click();
+    speech.place.view_status = 1;
     control_pos();
 }
 
@@ -245,10 +247,11 @@ void frmDocument::TabStrip1_Click()
 void frmDocument::UpdateLineNumberPanel()
 {
     attempt([&] {
-        RichTextPane& pane = m_main.ActiveForm().rtfText.pane();
+        RichTextPane& pane = ActiveForm(m_process.forms).rtfText.pane();
         const std::int32_t start = pane.SelStart();
         const std::int32_t line = start > 0 ? pane.GetLineFromChar(start) : 0;
-        m_main.sbStatusBar.PanelText("Text") = LoadResString(2206) + std::to_string(line + 1);
+        m_main.sbStatusBar.PanelText("Text")
+            = m_process.platform.texts.LoadResString(2206) + std::to_string(line + 1);
     });
 }
 

@@ -1,50 +1,30 @@
 // A document: its window, its text, its voice and its own settings panel.
 #pragma once
 
-#include "app/process.h"
-#include "desktop/dock_bar.h"
-#include "documents/document_controls.h"
+#include "documents/process.h"
+#include "forms/document_controls.h"
 #include "persist/settings_files.h"
 #include "persist/text_file.h"
-#include "speech/reading.h"
-#include "speech/speak_flags.h"
-#include "speech/speech_session.h"
-#include "speech/voice_events.h"
-#include "speech/voice_panel.h"
-#include "speech/wave_file.h"
+#include "speech/document_speech.h"
 
 namespace tessavox {
 
-class frmMain;
+class FileCommands;
+struct DockControls;
+struct MainControls;
 
 /// There is no document apart from its window. Its Tag is its slot number, its Caption "Document "
 /// and that number until it has a file, and then the file's path.
 class frmDocument : public DocumentControls {
 public:
-    frmDocument(Process& process, frmMain& main, frmDockDemo& dock);
-    ~frmDocument() override;
+    frmDocument(Process& process, MainControls& main, DockControls& dock, FileCommands& files);
 
-    bool m_bSpeaking() const { return m_session.m_bSpeaking(); }
-    bool m_bPaused() const { return m_session.m_bPaused(); }
-    ReadingPlace place;
-    DocumentVoice Voice;
+private:
+    PCCFile settingsFile; // the speech reads from it too
 
-    void SpeakBtn_Click() { m_reading.SpeakBtn_Click(); }
-    void ReadClipbdBtn_Click() { m_reading.ReadClipbdBtn_Click(); }
-    void readtext(const TextSlice& text) { m_reading.readtext(text); }
-    void PauseBtn_Click() { m_session.PauseBtn_Click(); }
-    void ResumeBtn_Click() { m_session.ResumeBtn_Click(); }
-    void StopBtn_Click() { m_session.StopBtn_Click(); }
-    void SkipBtn_Click() { m_session.SkipBtn_Click(); }
-    void menuFileSaveToWave_Click() { m_wave_file.menuFileSaveToWave_Click(); }
-    void SpeaktofileBtn_Click() { menuFileSaveToWave_Click(); }
-    void DockSaveToWave_Click() { m_wave_file.DockSaveToWave_Click(); }
-    void ReadClipboardtoFile_Click() { DockSaveToWave_Click(); }
-    void Play_Click() { m_wave_file.Play_Click(); }
-    void ResetBtn_Click() { m_panel.ResetBtn_Click(); }
-    void Check1_Click() { m_panel.Check1_Click(); }
-    void Adjustspeaker() { m_panel.Adjustspeaker(); }
-    void Adjustspeed() { m_panel.Adjustspeed(); }
+public:
+    DocumentSpeech speech;
+
     /// Lays the window out for its text, or for its web page, which the caller says in view_status.
     void control_pos();
     void control_pos2();
@@ -63,6 +43,7 @@ private:
     void load_font();
     void save_settings();
     void offer_to_save(bool& Cancel);
+    void show_before_asking();
     void save_before_close();
     void leave_tables();
     void rtfText_Change();
@@ -71,17 +52,13 @@ private:
     void UpdateLineNumberPanel();
 
     Process& m_process;
-    frmMain& m_main;
-    PCCFile settingsFile;
+    MainControls& m_main;
+    FileCommands& m_files;
     UrlHistory m_sUrlHistory;
     std::string m_sLastUrl; // the web address as the settings had it at the load
-    SpeechSession m_session;
-    SpeakFlags m_flags;
-    VoicePanel m_panel;
-    ReadingParts m_reading_parts{ *this, Voice, m_session, m_panel, m_flags, place };
-    Reading m_reading;
-    VoiceEvents m_voice_events;
-    WaveFile m_wave_file;
 };
+
+/// The active document. @throws Failure if there is none.
+frmDocument& ActiveForm(const Forms& forms);
 
 } // namespace tessavox

@@ -1,6 +1,6 @@
 #include "persist/settings_files.h"
 
-#include "persist/number_text.h"
+#include "platform/number_text.h"
 
 #include <span>
 

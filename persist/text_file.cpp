@@ -1,13 +1,12 @@
 #include "persist/text_file.h"
 
-#include "persist/string_table.h"
 #include "platform/failure.h"
 
 namespace tessavox {
 
-void PCCFile::WriteToFile(const std::string& text, const std::string& path)
+void PCCFile::WriteToFile(const std::string& text, const std::string& path, Durability durability)
 {
-    attempt([&] { m_files.write(path, '"' + text + "\"\r\n", Durability::durable); });
+    attempt([&] { m_files.write(path, '"' + text + "\"\r\n", durability); });
 }
 
 std::string PCCFile::ReadFromFile(const std::string& path)
@@ -16,9 +15,10 @@ try {
         m_filename = path;
     return read_lines(m_files.read(m_filename));
 } catch (const Failure&) {
-    m_message_boxes.show("The software setting files " + path
-            + " have been moved, please reinstall our software again",
-        application_title, MessageButtons::ok, MessageIcon::none);
+    attempt([&] {
+        m_message_boxes.show(m_texts.with_value(2308, path), application_title, MessageButtons::ok,
+            MessageIcon::none);
+    });
     return {};
 }
 

@@ -3,6 +3,7 @@
 
 #include "platform/file_store.h"
 #include "platform/message_boxes.h"
+#include "platform/texts.h"
 
 #include <cstdint>
 #include <string>
@@ -15,15 +16,17 @@ namespace tessavox {
 /// comes back with a lone quote as its first and its last line, and its values start at line 2.
 class PCCFile {
 public:
-    PCCFile(FileStore& files, MessageBoxes& message_boxes)
+    PCCFile(FileStore& files, MessageBoxes& message_boxes, const Texts& texts)
         : m_files(files)
         , m_message_boxes(message_boxes)
+        , m_texts(texts)
     {
     }
 
     /// Replaces the file by a quote, the text as it stands, a quote and CR LF. A text that can't be
     /// written is lost without a word.
-    void WriteToFile(const std::string& text, const std::string& path);
+    void WriteToFile(const std::string& text, const std::string& path,
+        Durability durability = Durability::durable);
 
     /// Reads the lines of the file; of the one read last if `path` is empty. A line ends at CR or
     /// CR LF. Returns them joined by CR LF, without the empty ones at the head. On any failure,
@@ -47,6 +50,7 @@ private:
 
     FileStore& m_files;
     MessageBoxes& m_message_boxes;
+    const Texts& m_texts;
     std::string m_filename;
     std::int32_t m_write_mode = 1;
     std::vector<std::string> m_lines;

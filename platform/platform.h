@@ -10,6 +10,7 @@
 #include "platform/rich_text_pane.h"
 #include "platform/screen.h"
 #include "platform/speech_voice.h"
+#include "platform/texts.h"
 #include "platform/tray.h"
 
 #include <string>
@@ -30,6 +31,7 @@ struct Platform {
     BlockingWork& blocking_work;
     RichTextPanes& panes;
     SpeechService& speech;
+    const Texts& texts;
     std::string config_folder; // ends without a separator: ".../tessavox/conf"
     std::string app_folder; // the shipped data
     std::string command_line; // all arguments, joined by blanks

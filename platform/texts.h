@@ -13,6 +13,8 @@ public:
     virtual ~Texts() = default;
     /// The text of a number, trailing blanks included. @throws Failure if it has none.
     virtual std::string LoadResString(int id) const = 0;
+    /// The same, with `value` in the place of "%1".
+    std::string with_value(int id, const std::string& value) const;
 };
 
 } // namespace tessavox

@@ -1,6 +1,6 @@
 #include "speech/speak_flags.h"
 
-#include "documents/document_controls.h"
+#include "forms/document_controls.h"
 
 namespace tessavox {
 

@@ -1,12 +1,12 @@
 #include "speech/speech_session.h"
 
-#include "app/main_controls.h"
-#include "desktop/dock_bar.h"
-#include "documents/document_controls.h"
-#include "persist/number_text.h"
-#include "persist/string_table.h"
+#include "forms/dock_controls.h"
+#include "forms/document_controls.h"
+#include "forms/main_controls.h"
 #include "platform/controls/pick.h"
 #include "platform/failure.h"
+#include "platform/number_text.h"
+#include "speech/debug_text.h"
 
 namespace tessavox {
 
@@ -21,7 +21,7 @@ template <class Window> Window& window_of(const SpeechWindows& windows)
 {
     if constexpr (std::is_same_v<Window, DocumentControls>)
         return windows.document;
-    else if constexpr (std::is_same_v<Window, frmDockDemo>)
+    else if constexpr (std::is_same_v<Window, DockControls>)
         return windows.dock;
     else
         return windows.main;
@@ -39,7 +39,7 @@ struct SpeechRow {
 };
 
 using Document = DocumentControls;
-using Dock = frmDockDemo;
+using Dock = DockControls;
 using Main = MainControls;
 
 constexpr SpeechRow enabled_rows[] = {
@@ -94,13 +94,6 @@ constexpr SpeechControl pause_captions[] = {
 };
 
 } // namespace
-
-SpeechVoice* DocumentVoice::operator->() const
-{
-    if (!m_voice)
-        throw Failure("the document has no voice");
-    return m_voice.get();
-}
 
 void SpeechSession::PauseBtn_Click()
 {
@@ -158,7 +151,7 @@ void SpeechSession::UpdateSpeechControls(bool speaking, bool paused)
 void SpeechSession::show_pause_or_resume(bool paused)
 {
     for (const auto item : pause_captions)
-        attempt([&] { item(m_windows).Caption = LoadResString(paused ? 2107 : 1131); });
+        attempt([&] { item(m_windows).Caption = m_texts.LoadResString(paused ? 2107 : 1131); });
     m_windows.document.PauseBtn.Visible = !paused;
     m_windows.document.ResumeBtn.Visible = paused;
 }

@@ -2,49 +2,28 @@
 // the one routine through which every change passes.
 #pragma once
 
-#include "platform/speech_voice.h"
-
-#include <memory>
-#include <string>
+#include "platform/texts.h"
+#include "speech/document_voice.h"
 
 namespace tessavox {
 
 struct DocumentControls;
 struct MainControls;
-struct frmDockDemo;
-
-/// Where the error and trace texts of the speech core end. They never reach the user, so the
-/// body is empty and stays empty.
-inline void ReportDebugText(const std::string&, const std::string&) { }
-
-/// The voice of a document, from the load of its window to its close.
-class DocumentVoice {
-public:
-    void create(SpeechService& service, SpeechVoiceEvents& events)
-    {
-        m_voice = service.create_voice(events);
-    }
-    void release() { m_voice.reset(); }
-    /// @throws Failure where there is no voice: before the load, and after a close, which a window
-    /// survives if the user cancels it.
-    SpeechVoice* operator->() const;
-
-private:
-    std::unique_ptr<SpeechVoice> m_voice;
-};
+struct DockControls;
 
 /// The three windows whose controls follow a reading.
 struct SpeechWindows {
     DocumentControls& document;
-    frmDockDemo& dock;
+    DockControls& dock;
     MainControls& main;
 };
 
 class SpeechSession {
 public:
-    SpeechSession(SpeechWindows windows, DocumentVoice& Voice)
+    SpeechSession(const SpeechWindows& windows, DocumentVoice& Voice, const Texts& texts)
         : m_windows(windows)
         , Voice(Voice)
+        , m_texts(texts)
     {
     }
 
@@ -64,8 +43,9 @@ public:
 private:
     void show_pause_or_resume(bool paused);
 
-    SpeechWindows m_windows;
+    const SpeechWindows m_windows;
     DocumentVoice& Voice;
+    const Texts& m_texts;
     bool m_speaking = false;
     bool m_paused = false;
 };

@@ -1,7 +1,9 @@
 #include "speech/voice_events.h"
 
-#include "documents/document_controls.h"
+#include "forms/document_controls.h"
 #include "platform/failure.h"
+#include "speech/debug_text.h"
+#include "speech/document_speech.h"
 
 #include <limits>
 
@@ -11,9 +13,20 @@ namespace {
 
 constexpr int any_locale = 0;
 
-std::string field(const char* label, std::int64_t number)
+/// A field of the trace: its label with the value right after it.
+template <class Value> struct Field {
+    const char* label;
+    const Value& value;
+};
+template <class Value> Field(const char*, const Value&) -> Field<Value>;
+
+std::string text_of(const std::string& value)
 {
-    return label + std::to_string(number);
+    return value;
+}
+std::string text_of(std::int64_t value)
+{
+    return std::to_string(value);
 }
 
 /// @throws Failure if the sum takes more than 32 bits.
@@ -28,29 +41,39 @@ std::int32_t checked_sum(std::int32_t left, std::int32_t right)
 
 } // namespace
 
+// Words come several times a second, phones several times a word, so the trace costs nothing unless
+// it is asked for.
+template <class... Fields>
+void VoiceEvents::LogVoiceEvent(const char* name, const Fields&... fields)
+{
+    if (m_speech.windows.document.chkShowEvents.Value != 1)
+        return;
+    std::string joined = name;
+    ((joined += std::string(", ") + fields.label + text_of(fields.value)), ...);
+    ReportDebugText("  Event: " + joined, "");
+}
+
 void VoiceEvents::Voice_StartStream(std::int32_t StreamNum, std::int64_t StreamPos)
 {
     LogVoiceEvent(
-        { "StartStream", field("StreamNum=", StreamNum), field("StreamPos=", StreamPos) });
-    m_session.UpdateSpeechControls(true, m_session.m_bPaused());
+        "StartStream", Field{ "StreamNum=", StreamNum }, Field{ "StreamPos=", StreamPos });
+    m_speech.session.UpdateSpeechControls(true, m_speech.session.m_bPaused());
 }
 
 void VoiceEvents::Voice_EndStream(std::int32_t StreamNum, std::int64_t StreamPos)
 {
-    LogVoiceEvent({ "EndStream", field("StreamNum=", StreamNum), field("StreamPos=", StreamPos) });
-    m_session.UpdateSpeechControls(false, m_session.m_bPaused());
+    LogVoiceEvent("EndStream", Field{ "StreamNum=", StreamNum }, Field{ "StreamPos=", StreamPos });
+    m_speech.session.UpdateSpeechControls(false, m_speech.session.m_bPaused());
 }
 
 void VoiceEvents::Voice_VoiceChange(
     std::int32_t StreamNum, std::int64_t StreamPos, const SpeechObjectToken& Token)
 {
-    attempt([&] {
-        LogVoiceEvent({ "VoiceChange", field("StreamNum=", StreamNum),
-            field("StreamPos=", StreamPos), "Token=" + Token.GetDescription(any_locale) });
-    });
     std::string description;
     attempt([&] { description = Token.GetDescription(any_locale); });
-    ComboBox& list = m_controls.VoiceCB;
+    LogVoiceEvent("VoiceChange", Field{ "StreamNum=", StreamNum }, Field{ "StreamPos=", StreamPos },
+        Field{ "Token=", description });
+    ComboBox& list = m_speech.windows.document.VoiceCB;
     for (int index = 0; index < list.ListCount(); ++index) {
         if (list.List(index) == description) {
             list.ListIndex = index;
@@ -62,74 +85,70 @@ void VoiceEvents::Voice_VoiceChange(
 void VoiceEvents::Voice_Bookmark(std::int32_t StreamNumber, std::int64_t StreamPosition,
     const std::string& Bookmark, std::int32_t BookmarkId)
 {
-    LogVoiceEvent({ "BookMark", field("StreamNumber=", StreamNumber),
-        field("StreamPosition=", StreamPosition), "Bookmark=" + Bookmark,
-        field("BookmarkId=", BookmarkId) });
+    LogVoiceEvent("BookMark", Field{ "StreamNumber=", StreamNumber },
+        Field{ "StreamPosition=", StreamPosition }, Field{ "Bookmark=", Bookmark },
+        Field{ "BookmarkId=", BookmarkId });
 }
 
 void VoiceEvents::Voice_Word(std::int32_t StreamNum, std::int64_t StreamPos,
     std::int32_t CharacterPosition, std::int32_t Length)
 {
-    LogVoiceEvent({ "Word", field("StreamNum=", StreamNum), field("StreamPos=", StreamPos),
-        field("Pos=", CharacterPosition), field("Length=", Length) });
-    if (m_place.isReadClipbd != 1)
+    LogVoiceEvent("Word", Field{ "StreamNum=", StreamNum }, Field{ "StreamPos=", StreamPos },
+        Field{ "Pos=", CharacterPosition }, Field{ "Length=", Length });
+    if (m_speech.place.isReadClipbd != 1)
         return;
-    attempt([&] { HighlightWord(checked_sum(m_place.position, CharacterPosition), Length); });
+    attempt(
+        [&] { HighlightWord(checked_sum(m_speech.place.position, CharacterPosition), Length); });
 }
 
 void VoiceEvents::Voice_Sentence(std::int32_t StreamNum, std::int64_t StreamPos,
     std::int32_t CharacterPosition, std::int32_t Length)
 {
-    LogVoiceEvent({ "Sentence", field("StreamNum=", StreamNum), field("StreamPos=", StreamPos),
-        field("Pos=", CharacterPosition), field("Length=", Length) });
+    LogVoiceEvent("Sentence", Field{ "StreamNum=", StreamNum }, Field{ "StreamPos=", StreamPos },
+        Field{ "Pos=", CharacterPosition }, Field{ "Length=", Length });
 }
 
 void VoiceEvents::Voice_Phoneme(std::int32_t StreamNumber, std::int64_t StreamPosition,
     std::int32_t, std::int16_t NextPhoneId, std::int32_t Feature, std::int16_t CurrentPhoneId)
 {
-    LogVoiceEvent({ "Phoneme", field("StreamNumber=", StreamNumber),
-        field("StreamPosition=", StreamPosition), field("NextPhoneId=", NextPhoneId),
-        field("Feature=", Feature), field("CurrentPhoneId=", CurrentPhoneId) });
+    LogVoiceEvent("Phoneme", Field{ "StreamNumber=", StreamNumber },
+        Field{ "StreamPosition=", StreamPosition }, Field{ "NextPhoneId=", NextPhoneId },
+        Field{ "Feature=", Feature }, Field{ "CurrentPhoneId=", CurrentPhoneId });
 }
 
 void VoiceEvents::Voice_Viseme(std::int32_t StreamNum, std::int64_t StreamPos,
     std::int32_t Duration, std::int32_t VisemeType, std::int32_t Feature, std::int32_t VisemeId)
 {
-    LogVoiceEvent({ "Viseme", field("StreamNum=", StreamNum), field("StreamPos=", StreamPos),
-        field("Duration=", Duration), field("VisemeType=", VisemeType), field("Feature=", Feature),
-        field("VisemeId=", VisemeId) });
+    LogVoiceEvent("Viseme", Field{ "StreamNum=", StreamNum }, Field{ "StreamPos=", StreamPos },
+        Field{ "Duration=", Duration }, Field{ "VisemeType=", VisemeType },
+        Field{ "Feature=", Feature }, Field{ "VisemeId=", VisemeId });
 }
 
 void VoiceEvents::Voice_AudioLevel(
     std::int32_t StreamNumber, std::int64_t StreamPosition, std::int32_t AudioLevel)
 {
-    LogVoiceEvent({ "AudioLevel", field("StreamNumber=", StreamNumber),
-        field("StreamPosition=", StreamPosition), field("AudioLevel=", AudioLevel) });
+    LogVoiceEvent("AudioLevel", Field{ "StreamNumber=", StreamNumber },
+        Field{ "StreamPosition=", StreamPosition }, Field{ "AudioLevel=", AudioLevel });
 }
 
 void VoiceEvents::Voice_EnginePrivate(
     std::int32_t StreamNumber, std::int32_t StreamPosition, std::int64_t lParam)
 {
-    LogVoiceEvent({ "EnginePrivate", field("StreamNumber=", StreamNumber),
-        field("StreamPosition=", StreamPosition), field("lParam=", lParam) });
+    LogVoiceEvent("EnginePrivate", Field{ "StreamNumber=", StreamNumber },
+        Field{ "StreamPosition=", StreamPosition }, Field{ "lParam=", lParam });
 }
 
-void VoiceEvents::LogVoiceEvent(const std::vector<std::string>& fields)
+void VoiceEvents::Voice_AudioOutput(bool reachable)
 {
-    if (m_controls.chkShowEvents.Value != 1)
-        return;
-    std::string joined;
-    for (const std::string& text : fields)
-        joined += (joined.empty() ? "" : ", ") + text;
-    ReportDebugText("  Event: " + joined, "");
+    m_speech.panel.show_output(reachable);
 }
 
 void VoiceEvents::HighlightWord(std::int32_t start, std::int32_t length)
 try {
-    if (m_controls.chkSpFlagIsFilename.Value == 1)
+    if (m_speech.windows.document.chkSpFlagIsFilename.Value == 1)
         return;
-    m_controls.rtfText->set_SelStart(start);
-    m_controls.rtfText->set_SelLength(length);
+    m_speech.windows.document.rtfText->set_SelStart(start);
+    m_speech.windows.document.rtfText->set_SelLength(length);
 } catch (const Failure&) {
     ReportDebugText("Failed to high light words. This may be caused by too many charaters in the "
                     "main text box.",

@@ -2,20 +2,17 @@
 #pragma once
 
 #include "platform/speech_voice.h"
-#include "speech/reading.h"
-#include "speech/speech_session.h"
 
 #include <string>
-#include <vector>
 
 namespace tessavox {
 
+class DocumentSpeech;
+
 class VoiceEvents : public SpeechVoiceEvents {
 public:
-    VoiceEvents(DocumentControls& controls, SpeechSession& session, const ReadingPlace& place)
-        : m_controls(controls)
-        , m_session(session)
-        , m_place(place)
+    explicit VoiceEvents(DocumentSpeech& speech)
+        : m_speech(speech)
     {
     }
 
@@ -38,14 +35,13 @@ public:
         std::int32_t StreamNumber, std::int64_t StreamPosition, std::int32_t AudioLevel) override;
     void Voice_EnginePrivate(
         std::int32_t StreamNumber, std::int32_t StreamPosition, std::int64_t lParam) override;
+    void Voice_AudioOutput(bool reachable) override;
 
 private:
-    void LogVoiceEvent(const std::vector<std::string>& fields);
+    template <class... Fields> void LogVoiceEvent(const char* name, const Fields&... fields);
     void HighlightWord(std::int32_t start, std::int32_t length);
 
-    DocumentControls& m_controls;
-    SpeechSession& m_session;
-    const ReadingPlace& m_place;
+    DocumentSpeech& m_speech;
 };
 
 } // namespace tessavox

@@ -1,11 +1,12 @@
 #include "speech/voice_panel.h"
 
-#include "app/main_controls.h"
-#include "documents/document_controls.h"
-#include "persist/number_text.h"
+#include "forms/document_controls.h"
+#include "forms/main_controls.h"
 #include "persist/settings_files.h"
-#include "persist/string_table.h"
 #include "platform/failure.h"
+#include "platform/number_text.h"
+#include "speech/debug_text.h"
+#include "speech/document_speech.h"
 #include "speech/formats.h"
 
 namespace tessavox {
@@ -24,28 +25,24 @@ void add_descriptions(ComboBox& list, const SpeechObjectTokens& tokens)
 
 } // namespace
 
-VoicePanel::VoicePanel(DocumentControls& controls, MainControls& main, DocumentVoice& voice,
-    SpeechSession& session, SpeakFlags& flags, PCCFile& settings, const std::string& ConfigFolder)
-    : m_controls(controls)
-    , m_main(main)
-    , Voice(voice)
-    , m_session(session)
-    , m_flags(flags)
+VoicePanel::VoicePanel(DocumentSpeech& speech, PCCFile& settings, const std::string& ConfigFolder)
+    : m_speech(speech)
+    , m_controls(speech.windows.document)
+    , m_main(speech.windows.main)
     , m_settings(settings)
     , m_ConfigFolder(ConfigFolder)
 {
-    controls.VoiceCB.Click = [this] { VoiceCB_Click(); };
-    controls.FormatCB.Click = [this] { FormatCB_Click(); };
-    controls.AudioOutputCB.Click = [this] { AudioOutputCB_Click(); };
-    controls.cpvSlider1.Scroll = [this] { cpvSlider1_Scroll(); };
-    controls.cpvSlider2.Scroll = [this] { cpvSlider2_Scroll(); };
-    controls.Check1.Click = [this] { Check1_Click(); };
-    controls.ResetBtn.Click = [this] { ResetBtn_Click(); };
+    m_controls.VoiceCB.Click = [this] { VoiceCB_Click(); };
+    m_controls.FormatCB.Click = [this] { FormatCB_Click(); };
+    m_controls.AudioOutputCB.Click = [this] { AudioOutputCB_Click(); };
+    m_controls.cpvSlider1.Scroll = [this] { cpvSlider1_Scroll(); };
+    m_controls.cpvSlider2.Scroll = [this] { cpvSlider2_Scroll(); };
+    m_controls.Check1.Click = [this] { Check1_Click(); };
 }
 
 void VoicePanel::fill_VoiceCB()
 {
-    attempt([&] { add_descriptions(m_controls.VoiceCB, Voice->GetVoices("", "")); });
+    attempt([&] { add_descriptions(m_controls.VoiceCB, m_speech.Voice->GetVoices("", "")); });
     attempt([&] { m_controls.VoiceCB.ListIndex = to_integer16(m_settings.FileText(voice_line)); });
 }
 
@@ -58,11 +55,12 @@ void VoicePanel::fill_FormatCB()
 void VoicePanel::fill_AudioOutputCB()
 {
     SpeechObjectTokens outputs;
-    attempt([&] { outputs = Voice->GetAudioOutputs("", ""); });
+    attempt([&] { outputs = m_speech.Voice->GetAudioOutputs("", ""); });
     if (outputs.Count() >= 1) {
         add_descriptions(m_controls.AudioOutputCB, outputs);
     } else {
-        m_controls.AudioOutputCB.AddItem("No audio ouput object available");
+        attempt(
+            [&] { m_controls.AudioOutputCB.AddItem(m_speech.platform.texts.LoadResString(2306)); });
         m_controls.AudioOutputCB.Enabled = false;
     }
     attempt([&] { m_controls.AudioOutputCB.ListIndex = 0; });
@@ -70,14 +68,14 @@ void VoicePanel::fill_AudioOutputCB()
 
 void VoicePanel::set_bars()
 {
-    attempt_each([&] { Voice->set_Volume(full_volume_percent); },
-        [&] { m_controls.cpvSlider1.Value = Voice->Rate(); },
-        [&] { m_controls.cpvSlider2.Value = Voice->Volume(); });
+    attempt_each([&] { m_speech.Voice->set_Volume(full_volume_percent); },
+        [&] { m_controls.cpvSlider1.Value = m_speech.Voice->Rate(); },
+        [&] { m_controls.cpvSlider2.Value = m_speech.Voice->Volume(); });
 }
 
 void VoicePanel::tick_default_flags()
 {
-    m_flags.restore_default();
+    m_speech.flags.restore_default();
     m_controls.chkSpFlagAync.Value = 1;
     m_controls.chkSpFlagPurgeBeforeSpeak.Value = 1;
 }
@@ -91,21 +89,31 @@ void VoicePanel::show_in_status_bar()
 void VoicePanel::show_speaker()
 {
     attempt([&] {
-        m_main.sbStatusBar.PanelText(2) = LoadResString(2101) + m_controls.VoiceCB.Text.get();
+        m_main.sbStatusBar.PanelText(2)
+            = m_speech.platform.texts.LoadResString(2101) + m_controls.VoiceCB.Text.get();
     });
 }
 
 void VoicePanel::show_speed()
 {
     attempt([&] {
-        m_main.sbStatusBar.PanelText(3)
-            = LoadResString(2100) + std::to_string(m_controls.cpvSlider1.Value);
+        m_main.sbStatusBar.PanelText(3) = m_speech.platform.texts.LoadResString(2100)
+            + std::to_string(m_controls.cpvSlider1.Value);
     });
+}
+
+void VoicePanel::show_output(bool reachable)
+{
+    if (reachable)
+        show_speaker();
+    else
+        attempt(
+            [&] { m_main.sbStatusBar.PanelText(2) = m_speech.platform.texts.LoadResString(2305); });
 }
 
 void VoicePanel::set_Voice()
 {
-    Voice->set_Voice(Voice->GetVoices("", "").Item(m_controls.VoiceCB.ListIndex));
+    m_speech.Voice->set_Voice(m_speech.Voice->GetVoices("", "").Item(m_controls.VoiceCB.ListIndex));
 }
 
 int VoicePanel::chosen_format() const
@@ -126,14 +134,15 @@ void VoicePanel::VoiceCB_Click()
 
 void VoicePanel::FormatCB_Click()
 {
-    attempt_each([&] { Voice->set_AllowAudioOutputFormatChangesOnNextSet(false); },
-        [&] { Voice->AudioOutputStream()->set_FormatType(chosen_format()); },
-        [&] { Voice->set_AudioOutputStream(Voice->AudioOutputStream()); });
+    attempt_each([&] { m_speech.Voice->set_AllowAudioOutputFormatChangesOnNextSet(false); },
+        [&] { m_speech.Voice->AudioOutputStream()->set_FormatType(chosen_format()); },
+        [&] { m_speech.Voice->set_AudioOutputStream(m_speech.Voice->AudioOutputStream()); });
 }
 
 void VoicePanel::AudioOutputCB_Click()
 try {
-    Voice->set_AudioOutput(Voice->GetAudioOutputs("", "").Item(m_controls.AudioOutputCB.ListIndex));
+    m_speech.Voice->set_AudioOutput(
+        m_speech.Voice->GetAudioOutputs("", "").Item(m_controls.AudioOutputCB.ListIndex));
     FormatCB_Click(); // setting the output has reset the format
 } catch (const Failure& failure) {
     ReportDebugText("Set audio output error: ", failure.what());
@@ -141,13 +150,13 @@ try {
 
 void VoicePanel::cpvSlider1_Scroll()
 {
-    attempt([&] { Voice->set_Rate(m_controls.cpvSlider1.Value); });
+    attempt([&] { m_speech.Voice->set_Rate(m_controls.cpvSlider1.Value); });
     show_speed();
 }
 
 void VoicePanel::cpvSlider2_Scroll()
 {
-    attempt([&] { Voice->set_Volume(m_controls.cpvSlider2.Value); });
+    attempt([&] { m_speech.Voice->set_Volume(m_controls.cpvSlider2.Value); });
 }
 
 void VoicePanel::Check1_Click()
@@ -158,7 +167,7 @@ void VoicePanel::Check1_Click()
 void VoicePanel::ResetBtn_Click()
 {
     attempt([&] { m_controls.AudioOutputCB.ListIndex = 0; });
-    attempt([&] { Voice->set_AudioOutput(std::nullopt); });
+    attempt([&] { m_speech.Voice->set_AudioOutput(std::nullopt); });
     m_controls.Check1.Value = 1;
     attempt([&] { m_controls.VoiceCB.ListIndex = 0; });
     m_controls.FormatCB.Text = default_format;
@@ -171,9 +180,9 @@ void VoicePanel::ResetBtn_Click()
     m_controls.chkSpFlagNLPSpeakPunc.Value = 0;
     m_controls.chkSpFlagPersistXML.Value = 0;
     m_controls.SkipTxtBox.Text = "0";
-    if (m_session.m_bPaused())
-        attempt([&] { Voice->Resume(); });
-    m_session.UpdateSpeechControls(false, false);
+    if (m_speech.session.m_bPaused())
+        attempt([&] { m_speech.Voice->Resume(); });
+    m_speech.session.UpdateSpeechControls(false, false);
 }
 
 void VoicePanel::Adjustspeaker()
@@ -191,14 +200,15 @@ void VoicePanel::Adjustspeed()
     m_settings.ReadFromFile(m_ConfigFolder + speech_settings_file);
     attempt_each(
         [&] { m_controls.cpvSlider1.Value = to_integer16(m_settings.FileText(speed_line)); },
-        [&] { Voice->set_Rate(m_controls.cpvSlider1.Value); });
+        [&] { m_speech.Voice->set_Rate(m_controls.cpvSlider1.Value); });
     show_speed();
     end_request();
 }
 
 void VoicePanel::end_request()
 {
-    m_settings.WriteToFile(command_flags_text(CommandFlag::none), m_ConfigFolder + control_file);
+    m_settings.WriteToFile(
+        command_flags_text(CommandFlag::none), m_ConfigFolder + control_file, Durability::fleeting);
 }
 
 } // namespace tessavox

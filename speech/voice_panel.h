@@ -2,21 +2,21 @@
 #pragma once
 
 #include "persist/text_file.h"
-#include "speech/speak_flags.h"
-#include "speech/speech_session.h"
 
 #include <string>
 
 namespace tessavox {
+
+class DocumentSpeech;
+struct DocumentControls;
+struct MainControls;
 
 /// Fills the panel's controls and carries their values to the voice. The controls are the record:
 /// a value set by code reaches the voice at the next reading only.
 class VoicePanel {
 public:
     /// `settings` is the document's reader of settings files, `ConfigFolder` where they lie.
-    VoicePanel(DocumentControls& controls, MainControls& main, DocumentVoice& Voice,
-        SpeechSession& session, SpeakFlags& flags, PCCFile& settings,
-        const std::string& ConfigFolder);
+    VoicePanel(DocumentSpeech& speech, PCCFile& settings, const std::string& ConfigFolder);
 
     // Steps of the document's load -------------------------------------------------------------
     void fill_VoiceCB();
@@ -26,6 +26,8 @@ public:
     void set_bars();
     void tick_default_flags();
     void show_in_status_bar();
+    /// Says in the status bar that the sound output is out of reach, or shows the speaker again.
+    void show_output(bool reachable);
 
     // What other commands build on --------------------------------------------------------------
     /// Gives the voice the entry chosen in VoiceCB. @throws Failure if none is, or it has gone.
@@ -50,11 +52,9 @@ private:
     void show_speed();
     void end_request();
 
+    DocumentSpeech& m_speech;
     DocumentControls& m_controls;
     MainControls& m_main;
-    DocumentVoice& Voice;
-    SpeechSession& m_session;
-    SpeakFlags& m_flags;
     PCCFile& m_settings;
     const std::string& m_ConfigFolder;
 };

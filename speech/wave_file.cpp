@@ -1,18 +1,21 @@
 #include "speech/wave_file.h"
 
-#include "documents/document_controls.h"
-#include "persist/string_table.h"
+#include "forms/document_controls.h"
 #include "platform/failure.h"
+#include "speech/debug_text.h"
+#include "speech/document_speech.h"
+
+#include <algorithm>
 
 namespace tessavox {
 
 namespace {
 
-FileDialogRequest wave_request(int title_id, const std::string& file_name)
+FileDialogRequest wave_request(const Texts& texts, int title_id, const std::string& file_name)
 {
     FileDialogRequest request;
-    request.DialogTitle = LoadResString(title_id);
-    request.Filter = "All Files (*.*)|*.*|Wave Files (*.wav)|*.wav";
+    request.DialogTitle = texts.LoadResString(title_id);
+    request.Filter = texts.LoadResString(2309);
     request.FilterIndex = 2;
     request.FileName = file_name;
     return request;
@@ -25,72 +28,93 @@ constexpr std::int32_t no_time_limit = -1;
 void WaveFile::menuFileSaveToWave_Click()
 {
     save([&] {
-        return m_document.place.view_status == 1
-            ? selection_or_rest(m_document.controls.rtfText.pane(), m_document.place.position)
-            : m_platform.clipboard.GetText();
+        return m_speech.place.view_status == 1
+            ? selection_or_rest(m_speech.windows.document.rtfText.pane(), m_speech.place.position)
+            : m_speech.platform.clipboard.GetText();
     });
 }
 
 void WaveFile::DockSaveToWave_Click()
 {
-    save([&] { return m_platform.clipboard.GetText(); });
+    save([&] { return m_speech.platform.clipboard.GetText(); });
 }
 
 void WaveFile::save(const std::function<TextSlice()>& text)
 {
-    if (m_document.session.m_bSpeaking())
+    if (m_speech.session.m_bSpeaking())
         return;
     try {
-        m_document.panel.set_Voice();
-        m_document.Voice->set_Rate(m_document.controls.cpvSlider1.Value);
+        m_speech.panel.set_Voice();
+        m_speech.Voice->set_Rate(m_speech.windows.document.cpvSlider1.Value);
         m_file_name.clear();
-        FileDialogRequest request = wave_request(2103, m_file_name);
+        FileDialogRequest request = wave_request(m_speech.platform.texts, 2103, m_file_name);
         request.overwrite_prompt = true;
-        const std::optional<std::string> chosen = m_platform.dialogs.ShowSave(request);
+        const std::optional<std::string> chosen = m_speech.platform.dialogs.ShowSave(request);
         if (!chosen)
             return;
         m_file_name = *chosen;
-        m_platform.screen.set_MousePointer(MousePointer::hourglass);
-        const auto stream = m_platform.speech.create_file_stream();
-        speak_into(stream, text);
-        m_document.panel.AudioOutputCB_Click();
+        m_speech.platform.screen.set_MousePointer(MousePointer::hourglass);
+        const auto stream = m_speech.platform.speech.create_file_stream();
+        const bool complete = speak_into(stream, text);
+        m_speech.panel.AudioOutputCB_Click();
         stream->Close();
-        m_platform.screen.set_MousePointer(MousePointer::normal);
-        m_platform.message_boxes.show(
-            LoadResString(2104), "File Saved", MessageButtons::ok, MessageIcon::none);
+        m_speech.platform.screen.set_MousePointer(MousePointer::normal);
+        if (complete) {
+            const Texts& texts = m_speech.platform.texts;
+            m_speech.platform.message_boxes.show(texts.LoadResString(2104),
+                texts.LoadResString(2307), MessageButtons::ok, MessageIcon::none);
+        }
     } catch (const Failure& failure) {
         ReportDebugText("Save to Wave file Error:", failure.what());
     }
 }
 
-void WaveFile::speak_into(
+/// Returns whether the whole text is in the file.
+bool WaveFile::speak_into(
     const std::shared_ptr<SpeechFileStream>& stream, const std::function<TextSlice()>& text)
 {
-    stream->set_FormatType(m_document.panel.chosen_format());
+    stream->set_FormatType(m_speech.panel.chosen_format());
     stream->Open(m_file_name, SSFMCreateForWrite, false);
-    m_document.Voice->set_AllowAudioOutputFormatChangesOnNextSet(false);
-    m_document.Voice->set_AudioOutputStream(stream);
-    m_document.Voice->Speak(text(), m_document.flags.m_lSpeakFlags());
-    m_document.Voice->WaitUntilDone(no_time_limit);
+    m_speech.Voice->set_AllowAudioOutputFormatChangesOnNextSet(false);
+    m_speech.Voice->set_AudioOutputStream(stream);
+    const TextSlice spoken = text();
+    m_speech.Voice->Speak(spoken, m_speech.flags.m_lSpeakFlags());
+    return wait_for(spoken.size());
+}
+
+/// Blocks until all of the text is spoken, or the user has enough.
+bool WaveFile::wait_for(std::size_t length)
+{
+    DocumentVoice& Voice = m_speech.Voice;
+    const bool complete = m_speech.platform.blocking_work.wait(
+        m_speech.platform.texts.LoadResString(2304), [&] { return Voice->WaitUntilDone(0); },
+        [&] {
+            const auto units = static_cast<double>(std::max<std::size_t>(length, 1));
+            return static_cast<double>(Voice->spoken_units()) / units;
+        });
+    if (!complete)
+        Voice->Speak({}, SVSFPurgeBeforeSpeak);
+    Voice->WaitUntilDone(no_time_limit);
+    return complete;
 }
 
 void WaveFile::Play_Click()
 {
-    if (m_document.session.m_bSpeaking())
+    if (m_speech.session.m_bSpeaking())
         return;
     try {
-        const std::optional<std::string> chosen
-            = m_platform.dialogs.ShowOpen(wave_request(2106, m_file_name));
+        const std::optional<std::string> chosen = m_speech.platform.dialogs.ShowOpen(
+            wave_request(m_speech.platform.texts, 2106, m_file_name));
         if (!chosen)
             throw Failure("no file was chosen");
         m_file_name = *chosen;
-        m_document.controls.chkSpFlagIsFilename.Value = 1;
-        m_document.Voice->Speak(to_utf16(m_file_name), m_document.flags.m_lSpeakFlags());
-        m_document.controls.chkSpFlagIsFilename.Value = 0;
-        m_document.session.UpdateSpeechControls(true, m_document.session.m_bPaused());
+        m_speech.windows.document.chkSpFlagIsFilename.Value = 1;
+        m_speech.Voice->Speak(to_utf16(m_file_name), m_speech.flags.m_lSpeakFlags());
+        m_speech.windows.document.chkSpFlagIsFilename.Value = 0;
+        m_speech.session.UpdateSpeechControls(true, m_speech.session.m_bPaused());
     } catch (const Failure& failure) {
         ReportDebugText("Speak Wave Error: ", failure.what());
-        m_document.session.UpdateSpeechControls(false, m_document.session.m_bPaused());
+        m_speech.session.UpdateSpeechControls(false, m_speech.session.m_bPaused());
     }
 }
 

@@ -13,7 +13,7 @@ BarMember::BarMember(const BarMemberDesign& design, const std::function<void()>&
 {
 }
 
-TabStrip::TabStrip(Form& form, std::string name, std::initializer_list<BarMemberDesign> tabs)
+TabStrip::TabStrip(Form& form, std::string name, const std::vector<BarMemberDesign>& tabs)
     : Control(form, std::move(name), "TabStrip")
     , SelectedItem(0, announcer(), [this](int wanted) {
         require(wanted);
@@ -39,7 +39,7 @@ void TabStrip::user_select(int index)
         Click();
 }
 
-ToolBar::ToolBar(Form& form, std::string name, std::initializer_list<BarMemberDesign> buttons)
+ToolBar::ToolBar(Form& form, std::string name, const std::vector<BarMemberDesign>& buttons)
     : Control(form, std::move(name), "Toolbar")
 {
     for (const BarMemberDesign& button : buttons)

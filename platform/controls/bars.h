@@ -4,7 +4,6 @@
 #include "platform/controls/control.h"
 
 #include <deque>
-#include <initializer_list>
 #include <vector>
 
 namespace tessavox {
@@ -35,7 +34,7 @@ private:
 
 class TabStrip : public Control {
 public:
-    TabStrip(Form& form, std::string name, std::initializer_list<BarMemberDesign> tabs);
+    TabStrip(Form& form, std::string name, const std::vector<BarMemberDesign>& tabs);
 
     /// In their order; SelectedItem counts from 0.
     std::deque<BarMember>& Tabs() { return m_tabs; }
@@ -54,7 +53,7 @@ private:
 
 class ToolBar : public Control {
 public:
-    ToolBar(Form& form, std::string name, std::initializer_list<BarMemberDesign> buttons);
+    ToolBar(Form& form, std::string name, const std::vector<BarMemberDesign>& buttons);
 
     std::deque<BarMember>& Buttons() { return m_buttons; }
     const std::deque<BarMember>& Buttons() const { return m_buttons; }

@@ -18,7 +18,13 @@ public:
 
     void user_choose()
     {
-        if (Enabled && Click)
+        if (Enabled)
+            run();
+    }
+    /// Does what the item stands for, enabled or not.
+    void run()
+    {
+        if (Click)
             Click();
     }
 };

@@ -1,6 +1,6 @@
 #include "tests/fakes/running_program.h"
 
-#include "persist/string_table.h"
+#include "forms/string_table.h"
 #include "platform/failure.h"
 
 #include <gtest/gtest.h>
@@ -67,9 +67,9 @@ TEST_F(MainWindow, DoesNothingWithoutADocument)
 TEST_F(MainWindow, SaveWithoutADocumentMakesOne)
 {
     program.active().Unload();
-    main_window().dlgCommonDialog.FileName.clear();
+    main_window().file_commands.dlgCommonDialog.FileName.clear();
     program.dialogs.answers = { std::nullopt };
-    main_window().mnuFileSave_Click();
+    main_window().mnuFileSave.run();
     EXPECT_EQ(program.active().Caption, "Document 1");
 }
 
@@ -90,14 +90,6 @@ TEST_F(MainWindow, HidesWhenMinimisedOnlyIfTheTrayLeadsBack)
     program.tray.icon = true;
     main_window().user_changed_state(WindowState::minimised);
     EXPECT_FALSE(main_window().Visible);
-}
-
-TEST(Strings, ThatDoNotExistAreAFailure)
-{
-    EXPECT_EQ(LoadResString(1000), "&File");
-    EXPECT_EQ(LoadResString(2206), "Line Number: ");
-    for (const int id : { 0, 999, 2002, 2207, -1 })
-        EXPECT_THROW(LoadResString(id), Failure) << id;
 }
 
 } // namespace

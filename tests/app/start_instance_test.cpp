@@ -94,7 +94,7 @@ TEST(Start, OpensTheStartDocumentUnchanged)
     EXPECT_EQ(program.active().Caption, "/app/first.txt");
     EXPECT_EQ(program.active().Tag, "1");
     EXPECT_EQ(to_utf8(program.pane().Text().view()), "a\nb");
-    EXPECT_EQ(program.main_window().dlgCommonDialog.FileName, "/app/first.txt");
+    EXPECT_EQ(program.main_window().file_commands.dlgCommonDialog.FileName, "/app/first.txt");
     EXPECT_TRUE(program.active().user_closed());
     EXPECT_TRUE(program.boxes.shown.empty());
 }

@@ -9,7 +9,7 @@ struct Closing : testing::Test {
     Closing() { program.start(); }
     frmMain& main_window() { return program.main_window(); }
     frmDocument& document() { return program.active(); }
-    void open_another() { main_window().mnuFileNew_Click(); }
+    void open_another() { main_window().mnuFileNew.run(); }
     void answer(MessageAnswer answer) { program.boxes.answers.push_back(answer); }
     RunningProgram program;
 };
@@ -17,7 +17,7 @@ struct Closing : testing::Test {
 TEST_F(Closing, AnUnchangedDocumentAsksNothing)
 {
     VoiceRecord& voice = program.speech.voice();
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     voice.take_calls();
     EXPECT_TRUE(document().user_closed());
     EXPECT_EQ(voice.take_calls(), (std::vector<std::string>{ "Speak \"\" 2" }));
@@ -52,6 +52,27 @@ TEST_F(Closing, ANewDocumentInAFreedSlotStartsUnchanged)
     EXPECT_EQ(program.boxes.shown.size(), 2u);
 }
 
+TEST_F(Closing, SaveWritesTheTextOfTheActiveDocumentAlsoWhereTwoShareASlot)
+{
+    frmDocument& start = document();
+    open_another();
+    main_window().mnuFileClose.run(); // frees the start document's slot too
+    open_another();
+    frmDocument& other = document();
+    ASSERT_EQ(other.Tag, start.Tag);
+    program.pane().user_types(u"other");
+    start.user_activated();
+    program.pane().user_types(u"start ");
+    main_window().mnuFileSave.run();
+    EXPECT_EQ(program.files.files["/app/first.txt"], "start Hello world.");
+    other.user_activated();
+    EXPECT_TRUE(other.user_closed());
+    start.user_activated();
+    program.pane().user_types(u"again ");
+    main_window().mnuFileSave.run(); // its table entry went with the other one
+    EXPECT_EQ(program.files.files["/app/first.txt"], "start again Hello world.");
+}
+
 TEST_F(Closing, ComingBackToADocumentForgetsItsChange)
 {
     frmDocument& first = document();
@@ -71,17 +92,17 @@ TEST_F(Closing, ACancelledCloseHasSavedTheSettingsAndTakenTheVoice)
     EXPECT_TRUE(program.file("/setting1.txt").find("\r\n 9\r\n") != std::string::npos);
     EXPECT_TRUE(program.speech.voice().released);
 
-    document().SpeakBtn_Click();
-    EXPECT_FALSE(document().m_bSpeaking());
-    document().ReadClipbdBtn_Click();
-    EXPECT_TRUE(document().m_bSpeaking());
-    document().StopBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
+    EXPECT_FALSE(document().speech.session.m_bSpeaking());
+    document().speech.reading.ReadClipbdBtn_Click();
+    EXPECT_TRUE(document().speech.session.m_bSpeaking());
+    document().speech.session.StopBtn_Click();
     document().VoiceCB.user_choose(1);
     document().FormatCB.user_choose(3);
-    document().ResetBtn_Click();
+    document().speech.panel.ResetBtn_Click();
     program.dialogs.answers = { "/a.wav" };
-    document().Play_Click();
-    EXPECT_FALSE(document().m_bSpeaking());
+    document().speech.wave_file.Play_Click();
+    EXPECT_FALSE(document().speech.session.m_bSpeaking());
     answer(MessageAnswer::no);
     EXPECT_TRUE(document().user_closed());
 }
@@ -103,7 +124,7 @@ TEST_F(Closing, YesOnASavedDocumentWritesToItsPath)
     open_another();
     program.pane().user_types(u"a");
     program.dialogs.answers = { "/docs/a.txt" };
-    main_window().mnuFileSaveAs_Click();
+    main_window().mnuFileSaveAs.run();
     EXPECT_EQ(document().Caption, "/docs/a.txt");
     frmDocument& saved = document();
     open_another();
@@ -119,7 +140,7 @@ TEST_F(Closing, YesSavesTheDocumentThatAsksNotTheOneInFront)
 {
     open_another();
     program.dialogs.answers = { "/docs/a.txt" };
-    main_window().mnuFileSaveAs_Click();
+    main_window().mnuFileSaveAs.run();
     program.pane().user_types(u"behind");
     open_another();
     answer(MessageAnswer::yes);
@@ -133,14 +154,14 @@ TEST_F(Closing, ATextThatCannotBeWrittenIsTold)
     program.pane().user_types(u"x");
     answer(MessageAnswer::yes);
     EXPECT_TRUE(document().user_closed());
-    EXPECT_EQ(program.boxes.shown.back().text, "The file /app/first.txt could not be written.");
+    EXPECT_EQ(program.boxes.shown.back().text, program.texts.with_value(2303, "/app/first.txt"));
     EXPECT_EQ(program.files.files["/app/first.txt"], "Hello world.");
 }
 
 TEST_F(Closing, TheStartDocumentIsSavedOverItsFile)
 {
     program.pane().user_types(u"x");
-    main_window().mnuFileSave_Click();
+    main_window().mnuFileSave.run();
     EXPECT_EQ(program.files.files["/app/first.txt"], "xHello world.");
     EXPECT_TRUE(document().user_closed());
     EXPECT_TRUE(program.boxes.shown.empty());
@@ -151,26 +172,26 @@ TEST_F(Closing, ACancelledDialogWithAnEarlierPathWritesThere)
     open_another();
     program.pane().user_types(u"new");
     program.dialogs.answers = { std::nullopt };
-    main_window().mnuFileSave_Click();
+    main_window().mnuFileSave.run();
     EXPECT_EQ(program.files.files["/app/first.txt"], "new");
     EXPECT_EQ(document().Caption, "/app/first.txt");
 
     RunningProgram other;
     other.files.files.erase("/app/first.txt");
-    other.program.main_window().dlgCommonDialog.FileName = "";
+    other.program.main_window().file_commands.dlgCommonDialog.FileName = "";
     other.start();
-    other.main_window().mnuFileNew_Click();
-    other.main_window().dlgCommonDialog.FileName = "";
+    other.main_window().mnuFileNew.run();
+    other.main_window().file_commands.dlgCommonDialog.FileName = "";
     other.pane().user_types(u"new");
     other.dialogs.answers = { std::nullopt };
-    other.main_window().mnuFileSave_Click();
+    other.main_window().mnuFileSave.run();
     EXPECT_EQ(other.active().Caption, "Document 2");
 }
 
 TEST_F(Closing, CloseFreesTheSlotOfTheStartDocumentToo)
 {
     open_another();
-    main_window().mnuFileClose_Click();
+    main_window().mnuFileClose.run();
     EXPECT_EQ(document().Caption, "/app/first.txt");
     open_another();
     EXPECT_EQ(document().Caption, "Document 1");

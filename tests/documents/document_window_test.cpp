@@ -10,7 +10,7 @@ namespace {
 struct Documents : testing::Test {
     frmMain& main_window() { return program.main_window(); }
     frmDocument& document() { return program.active(); }
-    void open_another() { main_window().mnuFileNew_Click(); }
+    void open_another() { main_window().mnuFileNew.run(); }
     RunningProgram program;
 };
 
@@ -169,11 +169,11 @@ TEST_F(Documents, ShowTheLineOfTheCaret)
 TEST_F(Documents, StopTheirReadingWhenTheTabChanges)
 {
     program.start();
-    document().SpeakBtn_Click();
-    document().PauseBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
+    document().speech.session.PauseBtn_Click();
     document().TabStrip1.Click();
-    EXPECT_FALSE(document().m_bSpeaking() || document().m_bPaused());
-    EXPECT_EQ(document().place.view_status, 1);
+    EXPECT_FALSE(document().speech.session.m_bSpeaking() || document().speech.session.m_bPaused());
+    EXPECT_EQ(document().speech.place.view_status, 1);
 }
 
 } // namespace

@@ -141,7 +141,7 @@ bool FakeBlockingWork::wait(const std::string& text, const std::function<bool()>
 FakePlatform::FakePlatform()
     : platform{ windows, [this](std::function<void()> call) { posted.push_back(std::move(call)); },
         [this] { has_quit = true; }, files, clipboard, boxes, dialogs, screen, tray, blocking_work,
-        panes, speech, "/home/conf", "/app", {} }
+        panes, speech, texts, "/home/conf", "/app", {} }
 {
 }
 

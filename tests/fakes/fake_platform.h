@@ -1,6 +1,7 @@
 // Everything outside the program, for one test.
 #pragma once
 
+#include "forms/string_table.h"
 #include "platform/platform.h"
 #include "tests/fakes/fake_pane.h"
 #include "tests/fakes/recording_voice.h"
@@ -124,6 +125,7 @@ struct FakePlatform {
     FakeBlockingWork blocking_work;
     FakePanes panes;
     RecordingSpeech speech;
+    StringTable texts;
     Platform platform;
 };
 

@@ -1,7 +1,7 @@
 #include "persist/settings_files.h"
 
-#include "persist/number_text.h"
 #include "platform/failure.h"
+#include "platform/number_text.h"
 #include "speech/formats.h"
 #include "tests/fakes/fake_platform.h"
 

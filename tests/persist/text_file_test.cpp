@@ -17,7 +17,7 @@ struct TextFile : testing::Test {
         return all;
     }
     FakePlatform outside;
-    PCCFile file{ outside.files, outside.boxes };
+    PCCFile file{ outside.files, outside.boxes, outside.texts };
 };
 
 using Lines = std::vector<std::string>;
@@ -102,7 +102,7 @@ TEST_F(TextFile, AnEmptyPathReadsTheLastOneAgain)
     put("b");
     EXPECT_EQ(file.ReadFromFile(""), "b");
 
-    PCCFile fresh(outside.files, outside.boxes);
+    PCCFile fresh(outside.files, outside.boxes, outside.texts);
     fresh.ReadFromFile("");
     ASSERT_EQ(outside.boxes.shown.size(), 1u);
     EXPECT_EQ(outside.boxes.shown[0].text,

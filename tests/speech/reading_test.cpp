@@ -45,33 +45,33 @@ TEST_F(Reading, TakesTheSelectionOrElseTheRestOrElseTheWhole)
         EXPECT_EQ(voice().take_calls(),
             (Calls{ "Voice Anna", "Rate 0", "Volume 100",
                 "Speak \"" + std::string(row.spoken) + "\" 11" }));
-        EXPECT_EQ(document().place.position, row.position);
+        EXPECT_EQ(document().speech.place.position, row.position);
         EXPECT_EQ(to_utf8(program.pane().SelText().view()), row.spoken);
-        EXPECT_TRUE(document().m_bSpeaking());
-        document().StopBtn_Click();
+        EXPECT_TRUE(document().speech.session.m_bSpeaking());
+        document().speech.session.StopBtn_Click();
     }
 }
 
 TEST_F(Reading, OfAnEmptyDocumentIsRefused)
 {
     put(u"");
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Anna", "Rate 0", "Volume 100" }));
-    EXPECT_FALSE(document().m_bSpeaking());
+    EXPECT_FALSE(document().speech.session.m_bSpeaking());
     EXPECT_TRUE(document().SpeakBtn.Enabled);
 }
 
 TEST_F(Reading, IsRefusedWhileOneRuns)
 {
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     for (const bool paused : { false, true }) {
         if (paused)
-            document().PauseBtn_Click();
+            document().speech.session.PauseBtn_Click();
         voice().take_calls();
-        document().SpeakBtn_Click();
-        document().ReadClipbdBtn_Click();
+        document().speech.reading.SpeakBtn_Click();
+        document().speech.reading.ReadClipbdBtn_Click();
         EXPECT_EQ(voice().take_calls(), Calls{});
-        EXPECT_EQ(document().m_bPaused(), paused);
+        EXPECT_EQ(document().speech.session.m_bPaused(), paused);
     }
 }
 
@@ -81,7 +81,7 @@ TEST_F(Reading, ForcesThePanelOntoTheVoice)
     document().cpvSlider1.user_step(-4);
     document().cpvSlider2.user_step(30);
     voice().take_calls();
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     EXPECT_EQ(voice().take_calls(),
         (Calls{ "Voice Bob", "Rate -4", "Volume 30", "Speak \"Hello world.\" 11" }));
 }
@@ -93,28 +93,28 @@ TEST_F(Reading, ThatFailsReturnsToIdleAndKeepsThePause)
             SCOPED_TRACE(call);
             voice().mend();
             if (paused)
-                document().PauseBtn_Click();
+                document().speech.session.PauseBtn_Click();
             voice().fail(call);
-            document().SpeakBtn_Click();
-            EXPECT_FALSE(document().m_bSpeaking());
-            EXPECT_EQ(document().m_bPaused(), paused);
+            document().speech.reading.SpeakBtn_Click();
+            EXPECT_FALSE(document().speech.session.m_bSpeaking());
+            EXPECT_EQ(document().speech.session.m_bPaused(), paused);
         }
-        document().ResumeBtn_Click();
+        document().speech.session.ResumeBtn_Click();
     }
     voice().mend();
     program.speech.voices.clear();
-    document().SpeakBtn_Click();
-    EXPECT_FALSE(document().m_bSpeaking());
+    document().speech.reading.SpeakBtn_Click();
+    EXPECT_FALSE(document().speech.session.m_bSpeaking());
     EXPECT_TRUE(program.boxes.shown.empty());
 }
 
 TEST_F(Reading, OutOfAStalePauseResumesTheVoiceLast)
 {
-    document().PauseBtn_Click();
+    document().speech.session.PauseBtn_Click();
     voice().take_calls();
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     EXPECT_EQ(voice().calls.back(), "Resume");
-    EXPECT_TRUE(document().m_bSpeaking() && !document().m_bPaused());
+    EXPECT_TRUE(document().speech.session.m_bSpeaking() && !document().speech.session.m_bPaused());
 }
 
 TEST_F(Reading, OfTheClipboardSetsNoVolumeAndMovesNoSelection)
@@ -124,24 +124,25 @@ TEST_F(Reading, OfTheClipboardSetsNoVolumeAndMovesNoSelection)
     voice().take_calls();
     document().ReadClipbdBtn.user_press();
     EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Anna", "Rate 0", "Speak \"copied\" 11" }));
-    EXPECT_EQ(document().place.isReadClipbd, 0);
-    EXPECT_EQ(document().place.position, 5);
+    EXPECT_EQ(document().speech.place.isReadClipbd, 0);
+    EXPECT_EQ(document().speech.place.position, 5);
     voice().word(0, 6);
     EXPECT_EQ(program.pane().SelLength(), 0);
     voice().end_stream();
-    document().SpeakBtn_Click();
-    EXPECT_EQ(document().place.isReadClipbd, 1);
+    document().speech.reading.SpeakBtn_Click();
+    EXPECT_EQ(document().speech.place.isReadClipbd, 1);
 }
 
 TEST_F(Reading, EndsTheReadingOfFilesByName)
 {
-    const std::function<void()> entries[] = { [&] { document().SpeakBtn_Click(); },
-        [&] { document().ReadClipbdBtn_Click(); }, [&] { document().readtext(u"a"); } };
+    const std::function<void()> entries[] = { [&] { document().speech.reading.SpeakBtn_Click(); },
+        [&] { document().speech.reading.ReadClipbdBtn_Click(); },
+        [&] { document().speech.reading.readtext(u"a"); } };
     for (const auto& entry : entries) {
         document().chkSpFlagIsFilename.Value = 1;
         entry();
         EXPECT_EQ(document().chkSpFlagIsFilename.Value, 0);
-        document().StopBtn_Click();
+        document().speech.session.StopBtn_Click();
     }
 }
 
@@ -150,21 +151,21 @@ TEST_F(Reading, OfTheClipboardGoesOnOverFailures)
     program.speech.voices.clear();
     voice().fail("Speak");
     voice().fail("Rate");
-    document().ReadClipbdBtn_Click();
-    EXPECT_TRUE(document().m_bSpeaking());
+    document().speech.reading.ReadClipbdBtn_Click();
+    EXPECT_TRUE(document().speech.session.m_bSpeaking());
 }
 
 TEST_F(Reading, AGivenTextReplacesARunningReadingButNotAPausedOne)
 {
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     voice().take_calls();
-    document().readtext(u"new");
+    document().speech.reading.readtext(u"new");
     EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Anna", "Rate 0", "Speak \"new\" 11" }));
-    document().PauseBtn_Click();
+    document().speech.session.PauseBtn_Click();
     voice().take_calls();
-    document().readtext(u"dropped");
+    document().speech.reading.readtext(u"dropped");
     EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Anna", "Rate 0", "Resume" }));
-    EXPECT_TRUE(document().m_bSpeaking() && !document().m_bPaused());
+    EXPECT_TRUE(document().speech.session.m_bSpeaking() && !document().speech.session.m_bPaused());
 }
 
 TEST_F(Reading, ThatBlocksLeavesTheSpeakingStateBehind)
@@ -174,15 +175,15 @@ TEST_F(Reading, ThatBlocksLeavesTheSpeakingStateBehind)
         record.start_stream();
         record.end_stream();
     };
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     EXPECT_EQ(voice().calls.back(), "Speak \"Hello world.\" 10");
-    EXPECT_TRUE(document().m_bSpeaking());
+    EXPECT_TRUE(document().speech.session.m_bSpeaking());
 }
 
 TEST_F(Reading, CopiesNoTextOnItsWay)
 {
     put(std::u16string(100000, u'a').c_str());
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     EXPECT_EQ(voice().last_slice.view().data(), program.pane().Text().view().data());
 }
 
@@ -204,14 +205,14 @@ TEST_F(Reading, FlagsFollowTheirBoxes)
     };
     for (const Case& row : cases) {
         (document().*row.box).Value = row.value;
-        document().SpeakBtn_Click();
+        document().speech.reading.SpeakBtn_Click();
         EXPECT_EQ(voice().calls.back(), "Speak \"Hello world.\" " + std::to_string(row.flags));
-        document().StopBtn_Click();
+        document().speech.session.StopBtn_Click();
     }
     document().chkSpFlagIsXML.Value = 0;
-    document().ResetBtn_Click();
+    document().speech.panel.ResetBtn_Click();
     EXPECT_EQ(document().chkSpFlagIsXML.Value, 0);
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     EXPECT_EQ(voice().calls.back(), "Speak \"Hello world.\" 11");
 }
 

@@ -1,4 +1,5 @@
-#include "speech/speech_session.h"
+#include "forms/localise_form.h"
+#include "speech/document_speech.h"
 
 #include "tests/fakes/running_program.h"
 
@@ -43,15 +44,20 @@ struct Session : testing::Test {
     FakePlatform outside;
     Forms forms{ outside.windows, outside.platform.post, [] {} };
     std::shared_ptr<MainControls> main = std::make_shared<MainControls>(forms);
-    std::shared_ptr<frmDockDemo> dock = std::make_shared<frmDockDemo>(forms);
+    std::shared_ptr<DockControls> dock = std::make_shared<DockControls>(forms);
     std::shared_ptr<DocumentControls> document
         = std::make_shared<DocumentControls>(forms, outside.panes.create());
-    DocumentVoice Voice;
-    SpeechSession session{ { *document, *dock, *main }, Voice };
-    ReadingPlace place;
-    VoiceEvents events{ *document, session, place };
+    PCCFile settings{ outside.files, outside.boxes, outside.texts };
+    std::string folder;
+    DocumentSpeech speech{ { *document, *dock, *main }, outside.platform, settings, folder };
+    SpeechSession& session = speech.session;
 
-    Session() { Voice.create(outside.speech, events); }
+    Session()
+    {
+        speech.create_voice();
+        for (Form* form : std::initializer_list<Form*>{ main.get(), document.get() })
+            LocaliseForm(*form, outside.texts);
+    }
     VoiceRecord& voice() { return outside.speech.voice(); }
     void set_all_enabled(bool value)
     {
@@ -204,7 +210,7 @@ TEST_F(Session, SkipTakesItsCountFromTheBox)
 
 TEST_F(Session, WithoutAVoiceTheHandlersDoWhatIsLeft)
 {
-    Voice.release();
+    speech.Voice.release();
     session.PauseBtn_Click();
     EXPECT_EQ(state(), "idle paused");
     session.StopBtn_Click();

@@ -19,13 +19,13 @@ struct Words : testing::Test {
 
 TEST_F(Words, AreSelectedAsTheyAreSpoken)
 {
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     voice().start_stream();
-    program.main_window().mnuEdit.Enabled = true;
+    document().Play.Enabled = true;
     voice().word(4, 3);
     EXPECT_EQ(selected(), "two");
     EXPECT_EQ(program.panel(1), "Line Number: 1");
-    EXPECT_TRUE(program.main_window().mnuEdit.Enabled); // a word costs no round of all controls
+    EXPECT_TRUE(document().Play.Enabled); // a word costs no round of all controls
     voice().word(8, 5);
     EXPECT_EQ(selected(), "three");
     EXPECT_EQ(program.panel(1), "Line Number: 2");
@@ -33,7 +33,7 @@ TEST_F(Words, AreSelectedAsTheyAreSpoken)
     EXPECT_EQ(selected(), "three");
     EXPECT_TRUE(document().SpeakBtn.Enabled);
 
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     EXPECT_EQ(voice().last_text, "three");
     voice().word(0, 5);
     EXPECT_EQ(program.pane().SelStart(), 8);
@@ -42,21 +42,21 @@ TEST_F(Words, AreSelectedAsTheyAreSpoken)
 TEST_F(Words, CountFromWhereTheSpokenTextBegins)
 {
     program.pane().user_selects(4, 0);
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     voice().word(4, 5);
     EXPECT_EQ(selected(), "three");
 }
 
 TEST_F(Words, ThatLieOutsideTheTextAreSkipped)
 {
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     voice().word(4, 3);
     voice().word(-1, 3); // before the text
     EXPECT_EQ(selected(), "two");
-    document().place.position = 2147483647;
+    document().speech.place.position = 2147483647;
     voice().word(1, 3); // beyond any offset
     EXPECT_EQ(selected(), "two");
-    document().place.position = 0;
+    document().speech.place.position = 0;
     voice().word(12, 50); // cut at the end
     EXPECT_EQ(selected(), "e");
     voice().word(0, -1);
@@ -67,19 +67,19 @@ TEST_F(Words, ThatLieOutsideTheTextAreSkipped)
 
 TEST_F(Words, OfAFileOrTheClipboardAreNotSelected)
 {
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     voice().word(0, 3);
     document().chkSpFlagIsFilename.Value = 1;
     voice().word(4, 3);
     EXPECT_EQ(selected(), "one");
-    document().StopBtn_Click();
+    document().speech.session.StopBtn_Click();
     document().chkSpFlagIsFilename.Value = 0;
 
-    document().ReadClipbdBtn_Click();
+    document().speech.reading.ReadClipbdBtn_Click();
     voice().word(4, 3);
     EXPECT_EQ(selected(), "one");
     // Coming back to the document makes them count again, at a meaningless place.
-    program.main_window().mnuFileNew_Click();
+    program.main_window().mnuFileNew.run();
     static_cast<Form&>(*program.windows.open_forms[1]).user_activated();
     voice().word(4, 3);
     EXPECT_EQ(selected(), "two");
@@ -88,7 +88,7 @@ TEST_F(Words, OfAFileOrTheClipboardAreNotSelected)
 TEST_F(Words, ChangeNothingWhenEventsAreShown)
 {
     document().chkShowEvents.Value = 1;
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     SpeechVoiceEvents& events = voice().events();
     events.Voice_StartStream(1, 0);
     events.Voice_Bookmark(1, 0, "a", 1);
@@ -100,12 +100,12 @@ TEST_F(Words, ChangeNothingWhenEventsAreShown)
     EXPECT_EQ(selected(), "one two\nthree");
     events.Voice_Word(1, 0, 4, 3);
     EXPECT_EQ(selected(), "two");
-    EXPECT_TRUE(document().m_bSpeaking());
+    EXPECT_TRUE(document().speech.session.m_bSpeaking());
 }
 
 TEST_F(Words, AVoiceInTheTextMovesTheVoiceBox)
 {
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     voice().take_calls();
     for (const char* stranger : { "bob", "Carl", "" })
         voice().events().Voice_VoiceChange(1, 0, token_named(stranger));
@@ -121,11 +121,11 @@ TEST_F(Words, AVoiceInTheTextMovesTheVoiceBox)
 TEST_F(Words, InTheBackgroundMoveTheirOwnDocument)
 {
     frmDocument& behind = document();
-    behind.SpeakBtn_Click();
-    program.main_window().mnuFileNew_Click();
-    document().SpeakBtn_Click(); // empty: refused
+    behind.speech.reading.SpeakBtn_Click();
+    program.main_window().mnuFileNew.run();
+    document().speech.reading.SpeakBtn_Click(); // empty: refused
     program.pane().set_Text(u"front");
-    document().SpeakBtn_Click();
+    document().speech.reading.SpeakBtn_Click();
     voice().word(4, 3);
     EXPECT_EQ(to_utf8(behind.rtfText->SelText().view()), "two");
     EXPECT_EQ(selected(), "front");
@@ -133,8 +133,8 @@ TEST_F(Words, InTheBackgroundMoveTheirOwnDocument)
     // The shared menus go idle with whichever document ends; its neighbour speaks on.
     voice().end_stream();
     EXPECT_TRUE(program.main_window().mnuCtlSpeak.Enabled);
-    EXPECT_TRUE(document().m_bSpeaking());
-    EXPECT_FALSE(behind.m_bSpeaking());
+    EXPECT_TRUE(document().speech.session.m_bSpeaking());
+    EXPECT_FALSE(behind.speech.session.m_bSpeaking());
 }
 
 } // namespace

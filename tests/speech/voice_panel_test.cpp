@@ -80,10 +80,10 @@ TEST_F(Panel, ResetRestoresTheDefaultsInThisOrder)
         &document().chkSpFlagNLPSpeakPunc, &document().chkSpFlagIsFilename };
     for (CheckBox* box : unticked)
         box->Value = 1;
-    document().PauseBtn_Click();
+    document().speech.session.PauseBtn_Click();
     voice().take_calls();
 
-    document().ResetBtn_Click();
+    document().speech.panel.ResetBtn_Click();
 
     const Calls format{ "AllowFormatChanges false", "device.FormatType 39",
         "AudioOutputStream device" };
@@ -96,7 +96,7 @@ TEST_F(Panel, ResetRestoresTheDefaultsInThisOrder)
     EXPECT_EQ(document().SkipTxtBox.Text, "0");
     for (const CheckBox* box : unticked)
         EXPECT_EQ(box->Value, 0) << box->name();
-    EXPECT_FALSE(document().m_bPaused());
+    EXPECT_FALSE(document().speech.session.m_bPaused());
     // The state comes last and offers the tray's entry again, although reading is automatic now.
     EXPECT_TRUE(program.main_window().mnuTrayReadClipboard.Enabled);
 }
@@ -115,7 +115,7 @@ TEST_F(Panel, ACompanionProgramCanChangeVoiceAndSpeed)
     start();
     program.files.files["/home/conf//setting1.txt"] = file_of_lines({ "", " 1", " 7", " 1", "" });
     program.files.files["/home/conf//control.txt"] = file_of_lines({ "1", "0", "0", "0" });
-    document().Adjustspeaker();
+    document().speech.panel.Adjustspeaker();
     EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Bob", "Voice Bob" }));
     EXPECT_EQ(program.panel(2), "Speaker:  Bob");
     EXPECT_EQ(document().cpvSlider1.Value, 0);
@@ -124,12 +124,12 @@ TEST_F(Panel, ACompanionProgramCanChangeVoiceAndSpeed)
     // A voice that isn't there changes nothing, but the panel tells this document's voice again.
     program.files.files["/home/conf//setting1.txt"] = file_of_lines({ "", " 9", " 7", " 1", "" });
     program.main_window().sbStatusBar.PanelText(2) = "Speaker:  of another document";
-    document().Adjustspeaker();
+    document().speech.panel.Adjustspeaker();
     EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Bob" }));
     EXPECT_EQ(program.panel(2), "Speaker:  Bob");
 
     program.files.files["/home/conf//control.txt"] = file_of_lines({ "0", "1", "0", "0" });
-    document().Adjustspeed();
+    document().speech.panel.Adjustspeed();
     EXPECT_EQ(voice().take_calls(), (Calls{ "Rate 7" }));
     EXPECT_EQ(program.panel(3), "Speaking Speed: 7");
     EXPECT_EQ(program.file("/control.txt"), file_of_lines({ "0", "0", "0", "0" }));
@@ -142,8 +142,8 @@ TEST_F(Panel, WithoutAVoiceTheWindowLoadsToItsEnd)
     start();
     EXPECT_EQ(program.panel(3), "Speaking Speed: -3");
     EXPECT_EQ(program.pane().font_name, "Comic Sans MS");
-    document().SpeakBtn_Click();
-    EXPECT_FALSE(document().m_bSpeaking());
+    document().speech.reading.SpeakBtn_Click();
+    EXPECT_FALSE(document().speech.session.m_bSpeaking());
     EXPECT_TRUE(program.main_window().Unload());
 }
 
@@ -156,7 +156,7 @@ TEST_F(Panel, WithoutVoicesAndOutputsItStillLoads)
     EXPECT_EQ(document().AudioOutputCB.Text, "No audio ouput object available");
     EXPECT_FALSE(document().AudioOutputCB.Enabled);
     EXPECT_EQ(program.panel(2), "Speaker:  ");
-    document().ResetBtn_Click();
+    document().speech.panel.ResetBtn_Click();
     EXPECT_EQ(document().FormatCB.Text, "48kHz 16Bit Stereo");
 }
 

@@ -27,9 +27,10 @@ TEST_F(Waves, ASaveSwapsTheOutputAndSwapsItBack)
     EXPECT_EQ(voice().take_calls(),
         (Calls{ "Voice Anna", "Rate 0", "file.FormatType 16", "file.Open /out.wav 3",
             "AllowFormatChanges false", "AudioOutputStream file", "Speak \"world.\" 11",
-            "WaitUntilDone -1", "AudioOutput Speakers", "AllowFormatChanges false",
-            "device.FormatType 16", "AudioOutputStream device", "file.Close" }));
-    EXPECT_EQ(document().place.position, 6);
+            "WaitUntilDone 0", "WaitUntilDone -1", "AudioOutput Speakers",
+            "AllowFormatChanges false", "device.FormatType 16", "AudioOutputStream device",
+            "file.Close" }));
+    EXPECT_EQ(document().speech.place.position, 6);
     EXPECT_EQ(program.pane().SelLength(), 6);
     EXPECT_EQ(program.screen.pointer, MousePointer::normal);
     ASSERT_EQ(program.boxes.shown.size(), 1u);
@@ -56,18 +57,18 @@ TEST_F(Waves, OfTheClipboardTakesItsTextEvenIfThereIsNone)
 
 TEST_F(Waves, AreRefusedWhileAReadingRuns)
 {
-    document().SpeakBtn_Click();
-    document().menuFileSaveToWave_Click();
-    document().DockSaveToWave_Click();
-    document().Play_Click();
+    document().speech.reading.SpeakBtn_Click();
+    document().speech.wave_file.menuFileSaveToWave_Click();
+    document().speech.wave_file.DockSaveToWave_Click();
+    document().speech.wave_file.Play_Click();
     EXPECT_TRUE(program.dialogs.requests.empty());
-    EXPECT_TRUE(document().m_bSpeaking());
+    EXPECT_TRUE(document().speech.session.m_bSpeaking());
 }
 
 TEST_F(Waves, ACancelledSaveLeavesNothingBehind)
 {
     program.dialogs.answers = { std::nullopt };
-    document().menuFileSaveToWave_Click();
+    document().speech.wave_file.menuFileSaveToWave_Click();
     EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Anna", "Rate 0" }));
     EXPECT_EQ(program.screen.pointer, MousePointer::normal);
     EXPECT_TRUE(program.boxes.shown.empty());
@@ -100,7 +101,7 @@ TEST_F(Waves, AFailedSaveIsSilentAndLeavesTheVoiceInItsFile)
         program.dialogs.answers = { "/out.wav" };
         program.screen.pointer = MousePointer::normal;
         voice().take_calls();
-        document().menuFileSaveToWave_Click();
+        document().speech.wave_file.menuFileSaveToWave_Click();
 
         EXPECT_EQ(!program.dialogs.requests.empty(), row.asks);
         EXPECT_EQ(program.screen.pointer == MousePointer::hourglass, row.hourglass);
@@ -108,20 +109,39 @@ TEST_F(Waves, AFailedSaveIsSilentAndLeavesTheVoiceInItsFile)
         EXPECT_EQ(std::count(calls.begin(), calls.end(), "AudioOutputStream file"), row.swaps);
         EXPECT_EQ(std::count(calls.begin(), calls.end(), "AudioOutput Speakers"), row.swaps_back);
         EXPECT_TRUE(program.boxes.shown.empty());
-        EXPECT_FALSE(document().m_bSpeaking());
+        EXPECT_FALSE(document().speech.session.m_bSpeaking());
     }
     voice().mend();
     program.dialogs.answers = { "/out.wav" };
-    document().menuFileSaveToWave_Click();
+    document().speech.wave_file.menuFileSaveToWave_Click();
     EXPECT_EQ(program.screen.pointer, MousePointer::normal);
     EXPECT_EQ(program.boxes.shown.size(), 1u);
+}
+
+TEST_F(Waves, TheUserCanEndASaveAndKeepsWhatIsWritten)
+{
+    program.dialogs.answers = { "/out.wav" };
+    voice().waits_until_done = 100;
+    voice().spoken_units = 3;
+    program.blocking_work.looks_until_escape = 1;
+    voice().take_calls();
+    document().speech.wave_file.menuFileSaveToWave_Click();
+    const Calls calls = voice().take_calls();
+    const auto purge = std::find(calls.begin(), calls.end(), "Speak \"\" 2");
+    ASSERT_NE(purge, calls.end());
+    EXPECT_NE(std::find(purge, calls.end(), "AudioOutput Speakers"), calls.end());
+    EXPECT_EQ(calls.back(), "file.Close");
+    EXPECT_EQ(program.blocking_work.seen_share, 0.25);
+    EXPECT_EQ(program.blocking_work.shown, program.texts.LoadResString(2304));
+    EXPECT_EQ(program.screen.pointer, MousePointer::normal);
+    EXPECT_TRUE(program.boxes.shown.empty());
 }
 
 TEST_F(Waves, WithoutAFormatNothingIsSaved)
 {
     document().FormatCB.ListIndex = -1;
     program.dialogs.answers = { "/out.wav" };
-    document().menuFileSaveToWave_Click();
+    document().speech.wave_file.menuFileSaveToWave_Click();
     EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Anna", "Rate 0" }));
     EXPECT_TRUE(program.boxes.shown.empty());
 }
@@ -131,33 +151,33 @@ TEST_F(Waves, PlaySpeaksAFileByItsName)
     program.dialogs.answers = { "/a.wav" };
     document().Play.user_press();
     EXPECT_EQ(voice().take_calls(), (Calls{ "Speak \"/a.wav\" 15" }));
-    EXPECT_TRUE(document().m_bSpeaking());
+    EXPECT_TRUE(document().speech.session.m_bSpeaking());
     EXPECT_EQ(document().chkSpFlagIsFilename.Value, 0);
     EXPECT_EQ(program.dialogs.requests[0].DialogTitle, "Speak a Wave File");
-    document().StopBtn_Click();
+    document().speech.session.StopBtn_Click();
 
     // The dialog begins with the last name, and a cancelled one changes nothing.
     program.dialogs.answers = { std::nullopt };
-    document().Play_Click();
+    document().speech.wave_file.Play_Click();
     EXPECT_EQ(program.dialogs.requests[1].FileName, "/a.wav");
-    EXPECT_FALSE(document().m_bSpeaking());
+    EXPECT_FALSE(document().speech.session.m_bSpeaking());
 
     // A save begins without a name, and even a cancelled one makes the dialog forget the last.
     program.dialogs.answers = { std::nullopt, std::nullopt };
-    document().menuFileSaveToWave_Click();
-    document().Play_Click();
+    document().speech.wave_file.menuFileSaveToWave_Click();
+    document().speech.wave_file.Play_Click();
     EXPECT_EQ(program.dialogs.requests[2].FileName, "");
     EXPECT_EQ(program.dialogs.requests[3].FileName, "");
 }
 
 TEST_F(Waves, AFileThatCannotBePlayedReturnsToIdle)
 {
-    document().PauseBtn_Click();
+    document().speech.session.PauseBtn_Click();
     voice().fail("Speak");
     program.dialogs.answers = { "/a.txt" };
-    document().Play_Click();
-    EXPECT_FALSE(document().m_bSpeaking());
-    EXPECT_TRUE(document().m_bPaused());
+    document().speech.wave_file.Play_Click();
+    EXPECT_FALSE(document().speech.session.m_bSpeaking());
+    EXPECT_TRUE(document().speech.session.m_bPaused());
     EXPECT_TRUE(document().SpeakBtn.Enabled);
 }
 

@@ -1,4 +1,4 @@
-#include "persist/number_text.h"
+#include "platform/number_text.h"
 
 #include "platform/failure.h"
 

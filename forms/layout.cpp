@@ -1,7 +1,7 @@
-#include "persist/layout.h"
+#include "forms/layout.h"
 
-#include "app/main_controls.h"
-#include "documents/document_controls.h"
+#include "forms/document_controls.h"
+#include "forms/main_controls.h"
 #include "platform/controls/pick.h"
 #include "platform/failure.h"
 

@@ -69,7 +69,7 @@ TEST_F(Layout, TheTextViewFillsTheWindowRightOfTheColumn)
 
 TEST_F(Layout, TheWebViewMovesTheColumnDownAndStaysThroughResizes)
 {
-    program.active().place.view_status = 2;
+    program.active().speech.place.view_status = 2;
     resize(20000, 10000);
     expect({ { "Picture1.t", 450 }, { "Picture3.l", 2900 }, { "Picture3.t", 450 },
         { "Picboxsetting.t", 3050 }, { "Picbox2.l", 2900 }, { "Picbox2.t", 1000 },
@@ -96,7 +96,7 @@ TEST_F(Layout, ATinyWindowLeavesPanesAtTheirLastLegalSize)
     expect({ { "PicBox.h", 9000 }, { "TabStrip1.w", 17100 }, { "TabStrip1.h", 9500 } });
 
     // Only the second move of the strip fails, and the first has given it the whole width.
-    program.active().place.view_status = 2;
+    program.active().speech.place.view_status = 2;
     resize(2000, 5000);
     expect({ { "TabStrip1.w", 2000 }, { "TabStrip1.h", 4000 }, { "CoolBar1.w", 1680 } });
     resize(0, 0);
@@ -112,9 +112,9 @@ TEST_F(Layout, TextWrapsByTheWidthOfTheMainWindow)
 
 TEST_F(Layout, ANewWindowStartsInTheTextViewBehindAWebView)
 {
-    program.active().place.view_status = 2;
+    program.active().speech.place.view_status = 2;
     resize(20000, 10000);
-    program.main_window().mnuFileNew_Click();
+    program.main_window().mnuFileNew.run();
     EXPECT_TRUE(program.main_window().tbToolBar.Visible);
     EXPECT_FALSE(program.main_window().Toolbar2.Visible);
     EXPECT_EQ(shown_panes(program.active()), "PicBox rtfText ");

@@ -1,4 +1,5 @@
-// The small bar that stands in for the main window while the user works in other programs.
+// What the dock bar shows, by design: the small bar that stands in for the main window while the
+// user works in other programs.
 #pragma once
 
 #include "platform/controls/buttons.h"
@@ -6,9 +7,9 @@
 
 namespace tessavox {
 
-/// Never shown yet: it holds what a reading enables and disables on it.
-struct frmDockDemo : Form {
-    explicit frmDockDemo(Forms& forms)
+/// The controls of frmDockDemo. Never shown yet: they hold what a reading enables and disables.
+struct DockControls : Form {
+    explicit DockControls(Forms& forms)
         : Form(forms, "frmDockDemo", FormKind::dialog, 7305, 315)
     {
         StopBtn.Enabled = false;

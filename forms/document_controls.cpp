@@ -1,7 +1,6 @@
-#include "documents/document_controls.h"
+#include "forms/document_controls.h"
 
-#include "persist/string_table.h"
-#include "platform/controls/pick.h"
+#include "forms/design.h"
 
 namespace tessavox {
 
@@ -12,40 +11,35 @@ constexpr double design_height_twips = 8490;
 // A list is as high as its font asks; this is what one line of text takes.
 constexpr double list_height_twips = 315;
 
-struct DesignRow {
-    Pick<DocumentControls> control;
-    Pick<DocumentControls> container; // null: the window
-    double left, top, width, height; // twips
-    int caption_id = 0; // 0: none
-    int tool_tip_id = 0;
-};
-
 using D = DocumentControls;
 
-constexpr DesignRow design_rows[] = {
+constexpr DesignRow<D> design_rows[] = {
     { pick<&D::Picture1>, nullptr, 0, 0, 2775, 2300 },
-    { pick<&D::SpeakBtn>, pick<&D::Picture1>, 0, 0, 2775, 780, 1129, 2119 },
-    { pick<&D::StopBtn>, pick<&D::Picture1>, 0, 760, 2775, 780, 1130, 2120 },
-    { pick<&D::PauseBtn>, pick<&D::Picture1>, 0, 1520, 2775, 780, 1131, 2121 },
-    { pick<&D::ResumeBtn>, pick<&D::Picture1>, 0, 1520, 2775, 780, 2107, 2121 },
+    { pick<&D::SpeakBtn>, pick<&D::Picture1>, 0, 0, 2775, 780, 1129, "Read", 2119 },
+    { pick<&D::StopBtn>, pick<&D::Picture1>, 0, 760, 2775, 780, 1130, "Stop", 2120 },
+    { pick<&D::PauseBtn>, pick<&D::Picture1>, 0, 1520, 2775, 780, 1131, "Pause", 2121 },
+    { pick<&D::ResumeBtn>, pick<&D::Picture1>, 0, 1520, 2775, 780, 2107, "Resume", 2121 },
     { pick<&D::Picture3>, nullptr, 2900, 0, 8055, 420 },
-    { pick<&D::SpeaktofileBtn>, pick<&D::Picture3>, 0, 0, 1815, 420, 1133, 2126 },
-    { pick<&D::Play>, pick<&D::Picture3>, 1800, 0, 1455, 420, 1134, 2127 },
-    { pick<&D::ReadClipbdBtn>, pick<&D::Picture3>, 3240, 0, 1695, 420, 1132, 2128 },
-    { pick<&D::ReadClipboardtoFile>, pick<&D::Picture3>, 4920, 0, 1935, 420, 1135 },
-    { pick<&D::Command4>, pick<&D::Picture3>, 6840, 0, 1215, 420, 2118, 2129 },
+    { pick<&D::SpeaktofileBtn>, pick<&D::Picture3>, 0, 0, 1815, 420, 1133, "Read to File", 2126 },
+    { pick<&D::Play>, pick<&D::Picture3>, 1800, 0, 1455, 420, 1134, "Play File", 2127 },
+    { pick<&D::ReadClipbdBtn>, pick<&D::Picture3>, 3240, 0, 1695, 420, 1132, "Read Clipboard",
+        2128 },
+    { pick<&D::ReadClipboardtoFile>, pick<&D::Picture3>, 4920, 0, 1935, 420, 1135,
+        "Save Clipboard to File" },
+    { pick<&D::Command4>, pick<&D::Picture3>, 6840, 0, 1215, 420, 2118, "Dock", 2129 },
     { pick<&D::Picboxsetting>, nullptr, 0, 2600, 2775, 3375 },
     { pick<&D::Frame2>, pick<&D::Picboxsetting>, 0, 120, 2775, 3255 },
-    { pick<&D::SpeakerLabel>, pick<&D::Frame2>, 0, 240, 720, 255, 2109 },
-    { pick<&D::VoiceCB>, pick<&D::Frame2>, 720, 240, 2055, list_height_twips, 0, 2122 },
-    { pick<&D::FormatLabel>, pick<&D::Frame2>, 0, 720, 720, 255, 2110 },
-    { pick<&D::FormatCB>, pick<&D::Frame2>, 720, 720, 2055, list_height_twips, 0, 2123 },
-    { pick<&D::SpeedLabel>, pick<&D::Frame2>, 0, 1200, 720, 255, 2111 },
+    { pick<&D::SpeakerLabel>, pick<&D::Frame2>, 0, 240, 720, 255, 2109, "Speaker" },
+    { pick<&D::VoiceCB>, pick<&D::Frame2>, 720, 240, 2055, list_height_twips, 0, "", 2122 },
+    { pick<&D::FormatLabel>, pick<&D::Frame2>, 0, 720, 720, 255, 2110, "Format" },
+    { pick<&D::FormatCB>, pick<&D::Frame2>, 720, 720, 2055, list_height_twips, 0, "", 2123 },
+    { pick<&D::SpeedLabel>, pick<&D::Frame2>, 0, 1200, 720, 255, 2111, "Speed" },
     { pick<&D::cpvSlider1>, pick<&D::Frame2>, 720, 1200, 2055, 255 },
-    { pick<&D::VolumeLabel>, pick<&D::Frame2>, 0, 1680, 720, 255, 2112 },
+    { pick<&D::VolumeLabel>, pick<&D::Frame2>, 0, 1680, 720, 255, 2112, "Volume" },
     { pick<&D::cpvSlider2>, pick<&D::Frame2>, 720, 1680, 2055, 255 },
-    { pick<&D::Check1>, pick<&D::Frame2>, 120, 2040, 2775, 255, 2113, 2124 },
-    { pick<&D::ResetBtn>, pick<&D::Frame2>, 120, 2400, 2565, 345, 2114, 2125 },
+    { pick<&D::Check1>, pick<&D::Frame2>, 120, 2040, 2775, 255, 2113,
+        "Read clipboard Automatically", 2124 },
+    { pick<&D::ResetBtn>, pick<&D::Frame2>, 120, 2400, 2565, 345, 2114, "Reset", 2125 },
     { pick<&D::TabStrip1>, nullptr, 2900, 500, 8260, 7990 },
     { pick<&D::PicBox>, nullptr, 2900, 500, 8260, 7690 },
     { pick<&D::rtfText>, pick<&D::PicBox>, 0, 0, 8245, 7685 },
@@ -73,21 +67,11 @@ constexpr Pick<DocumentControls> hidden_by_design[] = {
 
 DocumentControls::DocumentControls(Forms& forms, std::unique_ptr<RichTextPane> pane)
     : Form(forms, "frmDocument", FormKind::mdi_child, design_width_twips, design_height_twips)
-    , TabStrip1(
-          *this, "TabStrip1", { { "text", LoadResString(2116), "2116", LoadResString(2130) } })
+    , TabStrip1(*this, "TabStrip1", { { "text", "Text", "2116", "2130" } })
     , rtfText(*this, "rtfText", std::move(pane))
 {
     Caption = "Document";
-    for (const DesignRow& row : design_rows) {
-        Control& control = row.control(*this);
-        control.Move(row.left, row.top, row.width, row.height);
-        if (row.container)
-            control.set_container(&row.container(*this));
-        if (row.caption_id)
-            control.Caption = LoadResString(row.caption_id);
-        if (row.tool_tip_id)
-            control.ToolTipText = LoadResString(row.tool_tip_id);
-    }
+    design<D>(*this, design_rows);
     for (const auto box : flag_boxes)
         box(*this).set_container(&Frame1);
     for (const auto control : hidden_by_design)

@@ -1,17 +1,29 @@
-// What the main window shows: its menus, tool bars and status bar.
+// What the main window shows, by design: its menus, tool bars and status bar.
 #pragma once
 
 #include "platform/controls/bars.h"
 #include "platform/controls/form.h"
 #include "platform/controls/menu_item.h"
 
+#include <vector>
+
 namespace tessavox {
 
-/// The controls of frmMain by design. An item without a handler and without items of its own isn't
-/// shown; those exist because a reading or a layout enables and disables them already.
+/// What has to be so for a command to be enabled; bits.
+enum Enablement : unsigned {
+    always = 0,
+    with_document = 1, // at least one document is open
+    while_idle = 2, // the active document isn't being read
+    with_selection = 4, // some of its text is selected
+    with_clipboard_text = 8,
+};
+
+/// The controls of frmMain. An item without a handler and without items of its own isn't shown;
+/// those exist because a reading or a layout enables and disables them already.
 struct MainControls : Form {
     explicit MainControls(Forms& forms);
 
+    // In the order in which they stand in the menus.
     MenuItem mnuFile{ *this, "mnuFile" };
     MenuItem mnuFileNew{ *this, "mnuFileNew" };
     MenuItem mnuFileBar0{ *this, "mnuFileBar0" };
@@ -55,6 +67,22 @@ struct MainControls : Form {
     ToolBar Toolbar2{ *this, "Toolbar2", {} };
     /// Panel 1, key "Text": the line number. 2 and 3: speaker and speed. 4 and 5: date and time.
     StatusBar sbStatusBar;
+
+    /// `Enabled` follows the conditions from now on, as often as setmenu asks.
+    void add_rule(Property<bool>& Enabled, unsigned when);
+    /// Writes `value` where the condition counts.
+    void apply(Enablement condition, bool value);
+
+private:
+    struct Rule {
+        Property<bool>* Enabled;
+        unsigned when;
+    };
+    void add_menus();
+    void add_shared_menus();
+    void add_tool_buttons();
+
+    std::vector<Rule> m_rules;
 };
 
 } // namespace tessavox

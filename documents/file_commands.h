@@ -1,0 +1,57 @@
+// The File menu: making, saving and closing documents, and ending the program.
+#pragma once
+
+#include "documents/process.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace tessavox {
+
+struct DockControls;
+struct MainControls;
+class frmDocument;
+
+/// What the one file dialog of the main window keeps between commands.
+struct CommonDialog {
+    std::string FileName; // the path that Save writes to
+    std::string FileTitle; // the same without its folder
+};
+
+/// Each command acts on the document that is active when it runs. Slot numbers alone don't tell a
+/// document: closing one frees the slot of the start document too, so two open ones can share it.
+class FileCommands {
+public:
+    /// Adds its commands to the File menu.
+    FileCommands(Process& process, MainControls& main, DockControls& dock);
+
+    CommonDialog dlgCommonDialog;
+    std::int16_t startDocumentIndex = 0; // the slot of the document that the program began with
+
+    /// The slot number of the active document. Without one it makes a document, which isn't counted
+    /// in openDocumentCount. @throws Failure if that can't be done either.
+    std::int16_t ActiveDocumentIndex();
+    /// Opens a file in a new document.
+    void LoadDocumentFile(const std::string& path);
+
+    /// A new empty document. Does nothing, without a word, while all slots are taken.
+    void mnuFileNew_Click();
+    void mnuFileSave_Click();
+    void mnuFileSaveAs_Click();
+    void mnuFileClose_Click();
+    void mnuFileExit_Click();
+
+private:
+    frmDocument& active_document();
+    std::shared_ptr<frmDocument> put_document_in_slot(int slot);
+    void save_text();
+    void save_as();
+    void leave_count_if_closing();
+
+    Process& m_process;
+    MainControls& m_main;
+    DockControls& m_dock;
+};
+
+} // namespace tessavox
