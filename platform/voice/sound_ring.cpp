@@ -16,9 +16,10 @@ void scale_frame(std::byte* frame, const PcmFormat& format, float factor)
             frame[channel] = static_cast<std::byte>(static_cast<int>(sample * factor + 128.5F));
         } else {
             std::int16_t sample = 0;
-            std::memcpy(&sample, frame + channel * 2, sizeof sample);
+            std::byte* const place = frame + channel * std::ptrdiff_t{ sizeof sample };
+            std::memcpy(&sample, place, sizeof sample);
             sample = static_cast<std::int16_t>(static_cast<float>(sample) * factor);
-            std::memcpy(frame + channel * 2, &sample, sizeof sample);
+            std::memcpy(place, &sample, sizeof sample);
         }
     }
 }
