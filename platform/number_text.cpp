@@ -1,6 +1,7 @@
 #include "platform/number_text.h"
 
 #include "platform/failure.h"
+#include "platform/text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -21,10 +22,8 @@ std::string_view trimmed(std::string_view text)
 
 bool same_word(std::string_view text, std::string_view word)
 {
-    return std::equal(
-        text.begin(), text.end(), word.begin(), word.end(), [](char left, char right) {
-            return (left >= 'A' && left <= 'Z' ? left - 'A' + 'a' : left) == right;
-        });
+    return std::equal(text.begin(), text.end(), word.begin(), word.end(),
+        [](char left, char right) { return lower_ascii(left) == right; });
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Text whose characters are counted, and the step between it and the UTF-8 of everything else.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -55,5 +56,34 @@ std::u16string to_utf16(std::string_view utf8);
 
 /// UTF-8 from UTF-16. Lone surrogates become U+FFFD.
 std::string to_utf8(std::u16string_view utf16);
+
+/// One unit for each character; lone surrogates stay.
+std::u32string to_utf32(std::u16string_view utf16);
+
+/// The character at `at`, which moves past it. A lone surrogate is returned as it is.
+char32_t next_character(std::u16string_view text, std::size_t& at);
+/// The same for UTF-8; a bad piece is U+FFFD.
+char32_t next_character(std::string_view utf8, std::size_t& at);
+
+void append_character(std::u16string& text, char32_t character);
+/// What is no character is appended as U+FFFD.
+void append_character(std::string& utf8, char32_t character);
+
+constexpr bool is_high_surrogate(char16_t unit)
+{
+    return (unit & 0xFC00) == 0xD800;
+}
+
+constexpr bool is_low_surrogate(char16_t unit)
+{
+    return (unit & 0xFC00) == 0xDC00;
+}
+
+/// The letters A to Z in small; everything else as it is, whatever the language.
+template <std::integral Unit> constexpr Unit lower_ascii(Unit unit)
+{
+    return unit >= 'A' && unit <= 'Z' ? static_cast<Unit>(unit + ('a' - 'A')) : unit;
+}
+std::string lower_ascii(std::string_view text);
 
 } // namespace tessavox

@@ -85,6 +85,7 @@ using SpeechItem = std::variant<Utterance, Silence, Bookmark>;
 struct WordMark {
     std::uint32_t token = 0; // index in Utterance::tokens; rising, each token exactly once
     std::uint64_t frame = 0; // never falls
+    std::uint8_t silent = 0; // 1: nothing of the token is heard, so no event tells of it
 };
 
 /// A phone sounds from `frame` for `frames`.

@@ -80,6 +80,8 @@ std::vector<StreamEvent> events_of(const Utterance& utterance, const Rendering& 
     }
     add_bookmarks(utterance, rendering, events);
     for (const WordMark& mark : rendering.words) {
+        if (mark.silent)
+            continue;
         const Token& token = utterance.tokens[mark.token];
         events.add(mark.frame,
             WordStarted{ static_cast<std::int32_t>(token.source_begin),

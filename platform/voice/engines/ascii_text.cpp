@@ -1,57 +1,18 @@
 #include "platform/voice/engines/ascii_text.h"
 
+#include "platform/voice/engines/sign_names.h"
+
 #include <unicode/translit.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <mutex>
 
 namespace tessavox::voice {
 
 namespace {
-
-struct MarkRow {
-    char mark;
-    std::string_view name;
-};
-
-constexpr MarkRow marks[] = {
-    { '!', "exclamation mark" },
-    { '"', "quote" },
-    { '#', "number sign" },
-    { '$', "dollar" },
-    { '%', "percent" },
-    { '&', "and" },
-    { '\'', "apostrophe" },
-    { '(', "left parenthesis" },
-    { ')', "right parenthesis" },
-    { '*', "asterisk" },
-    { '+', "plus" },
-    { ',', "comma" },
-    { '-', "dash" },
-    { '.', "period" },
-    { '/', "slash" },
-    { ':', "colon" },
-    { ';', "semicolon" },
-    { '<', "less than" },
-    { '=', "equals" },
-    { '>', "greater than" },
-    { '?', "question mark" },
-    { '@', "at" },
-    { '[', "left bracket" },
-    { '\\', "backslash" },
-    { ']', "right bracket" },
-    { '^', "caret" },
-    { '_', "underscore" },
-    { '`', "backquote" },
-    { '{', "left brace" },
-    { '|', "vertical bar" },
-    { '}', "right brace" },
-    { '~', "tilde" },
-};
 
 // Rules from ICU, made at the first text that needs them because they cost some milliseconds.
 class Romanizer {
@@ -81,22 +42,6 @@ private:
     std::unique_ptr<icu::Transliterator> m_rules;
 };
 
-// "GRINNING FACE" as " grinning face ".
-std::string name_of_sign(char32_t character)
-{
-    std::array<char, 128> name{};
-    UErrorCode status = U_ZERO_ERROR;
-    u_charName(static_cast<UChar32>(character), U_UNICODE_CHAR_NAME, name.data(),
-        static_cast<std::int32_t>(name.size()) - 1, &status);
-    std::string words(1, ' ');
-    words.append(U_SUCCESS(status) ? name.data() : "").append(1, ' ');
-    for (char& letter : words)
-        letter = letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32)
-            : letter == '-'                     ? ' '
-                                                : letter;
-    return words;
-}
-
 std::string ascii_of(char32_t character)
 {
     static Romanizer romanizer;
@@ -104,7 +49,7 @@ std::string ascii_of(char32_t character)
         return std::string(1, static_cast<char>(character));
     const auto category = u_charType(static_cast<UChar32>(character));
     if (category == U_OTHER_SYMBOL || category == U_MATH_SYMBOL || category == U_CURRENCY_SYMBOL)
-        return name_of_sign(character);
+        return ' ' + english_name(character) + ' ';
     if (u_isUWhiteSpace(static_cast<UChar32>(character)))
         return " ";
     return romanizer.romanize(character);
@@ -122,20 +67,24 @@ std::string spelled(char32_t character)
         if (!name.empty())
             words += name;
         else
-            words += letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 32) : letter;
+            words
+                += letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
     }
     return ascii.size() > 2 ? ascii : words;
 }
 
-} // namespace
-
-std::string_view name_of_mark(char mark)
+bool is_blank(std::string_view ascii)
 {
-    const auto* row = std::ranges::find(marks, mark, &MarkRow::mark);
-    return row == std::end(marks) ? std::string_view() : row->name;
+    return ascii.find_first_not_of(' ') == std::string_view::npos;
 }
 
-namespace {
+// A character of a token. What is left of no sound, and what flite passes over, has its name.
+std::string said_in_token(char32_t character)
+{
+    std::string ascii = ascii_of(character);
+    const bool passed_over = character == U'<' || character == U'>';
+    return passed_over || is_blank(ascii) ? ' ' + english_name(character) + ' ' : ascii;
+}
 
 // Flite overruns a buffer over some hundreds of punctuation marks without a blank, and no word is
 // as long as this.
@@ -169,11 +118,14 @@ SpokenText ascii_of(const Utterance& utterance, std::size_t begin, std::size_t e
             && at < token_end(utterance, token);
         const bool by_name = inside
             && (style.spell || (style.speak_punctuation && is_mark(token_text(utterance, token))));
-        const char32_t character = next_character(text, at);
+        const char32_t character = next_harmless(text, at);
         if (named != static_cast<std::uint32_t>(-1) && (!by_name || named != token))
             result.append(" ", named);
         named = by_name ? token : static_cast<std::uint32_t>(-1);
-        result.append(by_name ? spelled(character) : ascii_of(character), token);
+        result.append(by_name ? spelled(character)
+                : inside      ? said_in_token(character)
+                              : ascii_of(character),
+            token);
     }
     return result;
 }
@@ -189,6 +141,19 @@ SpokenText ascii_text(const Utterance& utterance)
         result.append(some);
     }
     return with_short_words(result);
+}
+
+std::vector<bool> silent_in_ascii(const Utterance& utterance)
+{
+    std::vector<bool> silent;
+    for (std::uint32_t token = 0; token < utterance.tokens.size(); ++token) {
+        const std::u16string_view text = token_text(utterance, token);
+        bool said = false;
+        for (std::size_t at = 0; at < text.size() && !said;)
+            said = !is_blank(said_in_token(next_harmless(text, at)));
+        silent.push_back(!said);
+    }
+    return silent;
 }
 
 } // namespace tessavox::voice

@@ -3,7 +3,7 @@
 
 #include "platform/voice/engines/spoken_text.h"
 
-#include <string>
+#include <vector>
 
 namespace tessavox::voice {
 
@@ -12,7 +12,7 @@ namespace tessavox::voice {
 /// `tokens` tells for each byte which token it belongs to.
 SpokenText ascii_text(const Utterance& utterance);
 
-/// The English name of an ASCII punctuation mark, or nothing.
-std::string_view name_of_mark(char mark);
+/// For each token whether nothing of it is in that text.
+std::vector<bool> silent_in_ascii(const Utterance& utterance);
 
 } // namespace tessavox::voice

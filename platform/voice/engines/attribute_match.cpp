@@ -1,5 +1,7 @@
 #include "platform/voice/engines/attribute_match.h"
 
+#include "platform/text.h"
+
 #include <algorithm>
 #include <charconv>
 #include <optional>
@@ -16,14 +18,6 @@ std::string_view trimmed(std::string_view text)
     if (begin == std::string_view::npos)
         return {};
     return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
-
-std::string lower(std::string_view text)
-{
-    std::string result(text);
-    for (char& letter : result)
-        letter = letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
-    return result;
 }
 
 std::optional<unsigned> hexadecimal(std::string_view text)
@@ -85,14 +79,14 @@ std::vector<AttributeCondition> AttributeCondition::parse(std::string_view list)
         const std::size_t equals = part.find('=');
         std::string_view name = part.substr(0, equals);
         if (equals != std::string_view::npos) {
-            condition.m_value = lower(trimmed(part.substr(equals + 1)));
+            condition.m_value = lower_ascii(trimmed(part.substr(equals + 1)));
             condition.m_relation = Relation::equal;
             if (name.ends_with('!')) {
                 name.remove_suffix(1);
                 condition.m_relation = Relation::unequal;
             }
         }
-        condition.m_name = lower(trimmed(name));
+        condition.m_name = lower_ascii(trimmed(name));
         if (!condition.m_name.empty())
             conditions.push_back(std::move(condition));
     }
@@ -108,8 +102,8 @@ bool AttributeCondition::fits(const SpeechObjectToken& token) const
     if (m_name == "language")
         equal = language_fits(token.language, m_value);
     else if (value)
-        equal
-            = lower(*value) == m_value || (m_name == "name" && lower(token.description) == m_value);
+        equal = lower_ascii(*value) == m_value
+            || (m_name == "name" && lower_ascii(token.description) == m_value);
     return equal == (m_relation == Relation::equal);
 }
 

@@ -1,6 +1,8 @@
 // The embedded voice: espeak-ng behind the engine interface.
 #include "platform/failure.h"
+#include "platform/text.h"
 #include "platform/voice/engines/espeak_library.h"
+#include "platform/voice/engines/espeak_marks.h"
 #include "platform/voice/engines/espeak_text.h"
 #include "platform/voice/engines/espeak_voice_list.h"
 #include "platform/voice/engines/phone_tables.h"
@@ -92,16 +94,16 @@ public:
     std::vector<HeardToken> take_heard() { return std::move(m_heard); }
 
 private:
-    void speak_words(const SpokenText& piece, bool pause_behind)
+    void speak_words(const SpokenText& piece, bool pause_after)
     {
-        const std::size_t first = m_sound.words.size();
-        m_library.say(piece.utf8, pause_behind);
-        for (std::size_t at = first; at < m_sound.words.size(); ++at) {
-            const EspeakSound::Word& word = m_sound.words[at];
-            if (word.position < piece.tokens.size()
-                && piece.tokens[word.position] < m_utterance.tokens.size())
-                m_heard.push_back({ piece.tokens[word.position], word.frame });
-        }
+        const EspeakReports reports{ m_sound, m_sound.words.size(), m_sound.phones.size() };
+        m_library.say(piece.utf8, pause_after);
+        const auto phones_of = [this](std::uint32_t token) {
+            return count_phones(m_library.phonemes_of(to_utf8(token_text(m_utterance, token))));
+        };
+        for (const HeardToken& heard : heard_tokens(piece, reports, phones_of))
+            if (heard.token < m_utterance.tokens.size())
+                m_heard.push_back(heard);
     }
 
     void speak_names(const NamedPiece& piece)
@@ -162,19 +164,22 @@ public:
         // Every English voice file of the library is called "gmw/en...".
         const bool english = request.voice_id.starts_with("espeak:gmw/en");
         const auto phonemes = replacing_phonemes(utterance, english);
-        const std::vector<EspeakPiece> pieces
-            = phonemes ? std::vector<EspeakPiece>() : espeak_pieces(utterance, english);
 
         EspeakSound sound;
+        EspeakText text;
         std::vector<HeardToken> heard;
         {
             EspeakLibrary library;
             library.begin(settings_of(request), sound, cancelled);
             Speaking speaking(library, utterance, sound);
-            if (phonemes)
+            if (phonemes) {
                 speaking.speak_phonemes(*phonemes);
-            else
-                speaking.speak(pieces);
+            } else {
+                text = espeak_text(utterance, english, [&](const std::string& sign) {
+                    return count_phones(library.phonemes_of(sign)) == 0;
+                });
+                speaking.speak(text.pieces);
+            }
             heard = speaking.take_heard();
         }
         Rendering rendering;
@@ -183,6 +188,8 @@ public:
         rendering.words
             = complete_marks(utterance.tokens, heard, rendering.phones, sound.samples.size());
         rendering.samples = std::move(sound.samples);
+        for (WordMark& word : rendering.words)
+            word.silent = word.token < text.silent.size() && text.silent[word.token];
         stretch(rendering, espeak_speed(request.rate, utterance.style.emphasis).stretch, 1);
         return rendering;
     }

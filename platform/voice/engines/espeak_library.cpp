@@ -34,8 +34,8 @@ void keep_event(ProcessState& state, const espeak_EVENT& event)
     const std::uint64_t frame
         = state.call_begin + static_cast<std::uint64_t>(event.sample < 0 ? 0 : event.sample);
     if (event.type == espeakEVENT_WORD && event.length > 0 && event.text_position > 0)
-        state.sound->words.push_back(
-            { static_cast<std::uint32_t>(event.text_position - 1), frame });
+        state.sound->words.push_back({ static_cast<std::uint32_t>(event.text_position - 1), frame,
+            static_cast<std::uint32_t>(state.sound->phones.size()) });
     else if (event.type == espeakEVENT_PHONEME)
         state.sound->phones.push_back(
             { std::string(event.id.string, strnlen(event.id.string, sizeof event.id.string)),
@@ -136,15 +136,29 @@ void EspeakLibrary::begin(
     state.cancelled = &cancelled;
 }
 
-void EspeakLibrary::say(const std::string& utf8, bool pause_behind)
+std::string EspeakLibrary::phonemes_of(const std::string& utf8)
 {
-    synthesize(utf8, espeakCHARS_UTF8 | (pause_behind ? espeakENDPAUSE : 0U));
+    // The library takes the separator between phonemes from the upper bits.
+    constexpr int mode = phoneme_separator << 8;
+    std::string phonemes;
+    const void* rest = utf8.c_str();
+    while (rest) {
+        const char* some = espeak_TextToPhonemes(&rest, espeakCHARS_UTF8, mode);
+        phonemes += some ? some : "";
+        phonemes += ' ';
+    }
+    return phonemes;
 }
 
-void EspeakLibrary::say_phonemes(const std::string& mnemonics, bool pause_behind)
+void EspeakLibrary::say(const std::string& utf8, bool pause_after)
+{
+    synthesize(utf8, espeakCHARS_UTF8 | (pause_after ? espeakENDPAUSE : 0U));
+}
+
+void EspeakLibrary::say_phonemes(const std::string& mnemonics, bool pause_after)
 {
     synthesize("[[" + mnemonics + "]]",
-        espeakCHARS_UTF8 | espeakPHONEMES | (pause_behind ? espeakENDPAUSE : 0U));
+        espeakCHARS_UTF8 | espeakPHONEMES | (pause_after ? espeakENDPAUSE : 0U));
 }
 
 void EspeakLibrary::say_name_of(char32_t character)

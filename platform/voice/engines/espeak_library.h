@@ -19,11 +19,12 @@ struct EspeakSettings {
     int volume = 100;
 };
 
-/// What the library said: frames count from the begin of `samples`.
+/// What the library said: frames count from the start of `samples`.
 struct EspeakSound {
     struct Word {
-        std::uint32_t position = 0; // code points from the begin of the text of its call
+        std::uint32_t position = 0; // code points from the start of the text of its call
         std::uint64_t frame = 0;
+        std::uint32_t phone = 0; // index in `phones` of the one that was told next
     };
     struct Phone {
         std::string mnemonic;
@@ -62,9 +63,14 @@ public:
         const EspeakSettings& settings, EspeakSound& sound, const std::atomic<bool>& cancelled);
     /// Each of these appends to the sound given to begin(). They return early once cancelled.
     /// `utf8` is plain and holds no NUL.
-    void say(const std::string& utf8, bool pause_behind);
-    void say_phonemes(const std::string& mnemonics, bool pause_behind);
+    void say(const std::string& utf8, bool pause_after);
+    void say_phonemes(const std::string& mnemonics, bool pause_after);
     void say_name_of(char32_t character);
+
+    /// What say() would say of `utf8` after begin(), by the names of the phonemes: blanks between
+    /// words, phoneme_separator between the phonemes of a word.
+    std::string phonemes_of(const std::string& utf8);
+    static constexpr char phoneme_separator = '-';
 
 private:
     std::unique_lock<std::mutex> m_lock;

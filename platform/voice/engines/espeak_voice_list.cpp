@@ -1,5 +1,6 @@
 #include "platform/voice/engines/espeak_voice_list.h"
 
+#include "platform/text.h"
 #include "platform/voice/engines/language_ids.h"
 
 #include <algorithm>
@@ -89,13 +90,8 @@ Listed list_voice(const EspeakVoice& voice, const std::vector<std::string>& lang
 
 std::string tag_of_locale(std::string_view locale)
 {
-    std::string tag(locale.substr(0, locale.find_first_of(".@")));
-    for (char& letter : tag) {
-        if (letter == '_')
-            letter = '-';
-        if (letter >= 'A' && letter <= 'Z')
-            letter = static_cast<char>(letter + 32);
-    }
+    std::string tag = lower_ascii(locale.substr(0, locale.find_first_of(".@")));
+    std::ranges::replace(tag, '_', '-');
     return tag == "c" || tag == "posix" ? std::string() : tag;
 }
 

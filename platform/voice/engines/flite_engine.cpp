@@ -60,7 +60,7 @@ constexpr double emphasis_slowdown = 0.9;
 constexpr double emphasis_pitch = 1.08;
 constexpr double emphasis_gain = 1.25;
 
-// What stays of a pause at the begin of an utterance, and at the end of one that ends no sentence.
+// What stays of a pause at the start of an utterance, and at the end of one that ends no sentence.
 constexpr double kept_pause_seconds = 0.02;
 
 struct DeleteUtterance {
@@ -220,7 +220,7 @@ private:
 };
 
 // Every utterance of flite begins and ends with a long pause. The one in front would tear a
-// sentence apart that comes in several utterances and delay the first sound, so it goes behind the
+// sentence apart that comes in several utterances and delay the first sound, so it goes after the
 // end.
 void move_pauses(Rendering& rendering, bool ends_sentence)
 {
@@ -302,6 +302,9 @@ public:
         const double pitch = pitch_factor(style.pitch) * (style.emphasis ? emphasis_pitch : 1);
 
         Rendering rendering = synthesize(*row, text, phones, speed, pitch, utterance, cancelled);
+        const std::vector<bool> silent = silent_in_ascii(utterance);
+        for (WordMark& word : rendering.words)
+            word.silent = silent[word.token];
         if (row->melody == Melody::stretch)
             stretch(rendering, 1, pitch);
         move_pauses(rendering, utterance.ends_sentence);

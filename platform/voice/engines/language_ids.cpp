@@ -1,6 +1,12 @@
 #include "platform/voice/engines/language_ids.h"
 
+#include "platform/text.h"
+
+#include <unicode/uloc.h>
+
 #include <algorithm>
+#include <array>
+#include <charconv>
 
 namespace tessavox::voice {
 
@@ -11,121 +17,56 @@ struct LanguageRow {
     std::string_view ids;
 };
 
+// Languages with several numbers, and those to which ICU gives none, or only that of a script.
 constexpr LanguageRow languages[] = {
-    { "af", "436" },
-    { "am", "45e" },
-    { "ar", "401" },
-    { "as", "44d" },
-    { "az", "42c" },
-    { "ba", "46d" },
-    { "be", "423" },
-    { "bg", "402" },
     { "bn", "445;845" },
     { "bs", "141a;201a" },
-    { "ca", "403" },
-    { "chr", "45c" },
     { "cmn", "804" },
-    { "cs", "405" },
-    { "cy", "452" },
-    { "da", "406" },
-    { "de", "407" },
-    { "el", "408" },
-    { "en", "409" },
-    { "en-029", "2409" },
-    { "en-gb", "809" },
-    { "en-us", "409" },
     { "es", "c0a;40a" },
     { "es-419", "580a;80a" },
-    { "et", "425" },
-    { "eu", "42d" },
-    { "fa", "429" },
-    { "fi", "40b" },
-    { "fr", "40c" },
-    { "fr-be", "80c" },
-    { "fr-ch", "100c" },
     { "ga", "83c" },
-    { "gd", "491" },
-    { "gn", "474" },
-    { "gu", "447" },
-    { "haw", "475" },
-    { "he", "40d" },
-    { "hi", "439" },
-    { "hr", "41a" },
-    { "hu", "40e" },
-    { "hy", "42b" },
-    { "id", "421" },
-    { "is", "40f" },
-    { "it", "410" },
-    { "ja", "411" },
-    { "ka", "437" },
-    { "kk", "43f" },
-    { "kl", "46f" },
-    { "kn", "44b" },
-    { "ko", "412" },
-    { "kok", "457" },
     { "ku", "492" },
-    { "ky", "440" },
-    { "la", "476" },
-    { "lb", "46e" },
-    { "lt", "427" },
-    { "lv", "426" },
-    { "mi", "481" },
-    { "mk", "42f" },
-    { "ml", "44c" },
-    { "mr", "44e" },
-    { "ms", "43e" },
-    { "mt", "43a" },
-    { "my", "455" },
     { "nb", "414" },
-    { "ne", "461" },
-    { "nl", "413" },
-    { "om", "472" },
-    { "or", "448" },
-    { "pa", "446" },
-    { "pap", "479" },
-    { "pl", "415" },
     { "pt", "816" },
-    { "pt-br", "416" },
     { "qu", "46b;c6b" },
     { "quc", "486" },
-    { "ro", "418" },
-    { "ru", "419" },
     { "sd", "859" },
-    { "si", "45b" },
-    { "sk", "41b" },
-    { "sl", "424" },
     { "smj", "143b;103b" },
-    { "sq", "41c" },
     { "sr", "281a;241a;c1a" },
-    { "sv", "41d" },
-    { "sw", "441" },
-    { "ta", "449" },
-    { "te", "44a" },
-    { "th", "41e" },
-    { "tk", "442" },
-    { "tn", "432" },
-    { "tr", "41f" },
-    { "tt", "444" },
-    { "ug", "480" },
-    { "uk", "422" },
-    { "ur", "420" },
-    { "uz", "443" },
-    { "vi", "42a" },
     { "yue", "c04" },
     { "zh", "804" },
 };
+
+// A language by itself stands for its first region.
+constexpr std::uint32_t primary_languages_end = 0x400;
+
+std::string id_by_icu(const std::string& tag)
+{
+    std::array<char, ULOC_FULLNAME_CAPACITY> locale{};
+    UErrorCode status = U_ZERO_ERROR;
+    uloc_forLanguageTag(
+        tag.c_str(), locale.data(), static_cast<int32_t>(locale.size()), nullptr, &status);
+    std::uint32_t id = U_SUCCESS(status) ? uloc_getLCID(locale.data()) : 0;
+    if (id == 0)
+        return {};
+    if (id < primary_languages_end)
+        id += primary_languages_end;
+    std::array<char, 8> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), id, 16);
+    return std::string(digits.data(), end.ptr);
+}
 
 } // namespace
 
 std::string language_ids_of(std::string_view tag)
 {
-    std::string wanted(tag);
-    for (char& letter : wanted)
-        letter = letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
+    std::string wanted = lower_ascii(tag);
     while (!wanted.empty()) {
         const auto* row = std::ranges::find(languages, wanted, &LanguageRow::tag);
         if (row != std::end(languages))
             return std::string(row->ids);
+        if (std::string id = id_by_icu(wanted); !id.empty())
+            return id;
         const std::size_t cut = wanted.rfind('-');
         wanted.resize(cut == std::string::npos ? 0 : cut);
     }

@@ -1,5 +1,7 @@
 #include "platform/voice/engines/phone_tables.h"
 
+#include "platform/text.h"
+
 #include <algorithm>
 #include <array>
 #include <vector>
@@ -172,10 +174,8 @@ std::optional<std::vector<SapiPhone>> parse_sapi(std::string_view symbols)
     std::size_t at = 0;
     while ((at = symbols.find_first_not_of(' ', at)) != std::string_view::npos) {
         const std::size_t end = std::min(symbols.find(' ', at), symbols.size());
-        std::string name(symbols.substr(at, end - at));
+        std::string name = lower_ascii(symbols.substr(at, end - at));
         at = end;
-        for (char& letter : name)
-            letter = letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter;
         char stress = 0;
         if (name.back() == '0' || name.back() == '1' || name.back() == '2') {
             stress = name.back();

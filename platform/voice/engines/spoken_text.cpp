@@ -1,5 +1,7 @@
 #include "platform/voice/engines/spoken_text.h"
 
+#include "platform/text.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -31,26 +33,6 @@ char32_t harmless(char32_t character)
     const bool surrogate = character >= 0xD800 && character < 0xE000;
     const bool private_use = (character >= 0xE000 && character < 0xF900) || character >= 0xE0000;
     return control || surrogate || private_use ? U' ' : character;
-}
-
-void append_utf8(std::string& out, char32_t character)
-{
-    const auto byte = [&](char32_t value) { out += static_cast<char>(value); };
-    if (character < 0x80) {
-        byte(character);
-    } else if (character < 0x800) {
-        byte(0xC0 | character >> 6);
-        byte(0x80 | (character & 0x3F));
-    } else if (character < 0x10000) {
-        byte(0xE0 | character >> 12);
-        byte(0x80 | (character >> 6 & 0x3F));
-        byte(0x80 | (character & 0x3F));
-    } else {
-        byte(0xF0 | character >> 18);
-        byte(0x80 | (character >> 12 & 0x3F));
-        byte(0x80 | (character >> 6 & 0x3F));
-        byte(0x80 | (character & 0x3F));
-    }
 }
 
 // Which of the numbers of a date is the month, counted from 0.
@@ -135,7 +117,7 @@ void SpokenText::append(std::string_view ascii, std::uint32_t token)
 
 void SpokenText::append(char32_t character, std::uint32_t token)
 {
-    append_utf8(utf8, character);
+    append_character(utf8, character);
     tokens.push_back(token);
 }
 
@@ -145,15 +127,9 @@ void SpokenText::append(const SpokenText& text)
     tokens.insert(tokens.end(), text.tokens.begin(), text.tokens.end());
 }
 
-char32_t next_character(std::u16string_view text, std::size_t& at)
+char32_t next_harmless(std::u16string_view text, std::size_t& at)
 {
-    const char16_t unit = text[at++];
-    const bool pair = unit >= 0xD800 && unit < 0xDC00 && at < text.size() && text[at] >= 0xDC00
-        && text[at] < 0xE000;
-    if (!pair)
-        return harmless(unit);
-    const char32_t low = text[at++];
-    return harmless(0x10000 + ((static_cast<char32_t>(unit) - 0xD800) << 10) + (low - 0xDC00));
+    return harmless(next_character(text, at));
 }
 
 bool is_mark(std::u16string_view token)

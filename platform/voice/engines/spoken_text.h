@@ -21,9 +21,9 @@ struct SpokenText {
     void append(const SpokenText& text);
 };
 
-/// Reads the code point at `at` of UTF-16 and moves behind it. What is no sound but could be a
+/// Reads the code point at `at` of UTF-16 and moves past it. What is no sound but could be a
 /// command of an engine becomes a space: controls, lone surrogates, private characters.
-char32_t next_character(std::u16string_view text, std::size_t& at);
+char32_t next_harmless(std::u16string_view text, std::size_t& at);
 
 /// Whether a token is a punctuation mark or sign rather than a word.
 bool is_mark(std::u16string_view token);

@@ -7,30 +7,6 @@ namespace tessavox::voice {
 
 namespace {
 
-// The longest run with rising tokens (patience sorting), so that one report far ahead of the
-// truth doesn't swallow all words behind it. Of equally long runs it takes the earliest reports.
-std::vector<HeardToken> rising_run(std::span<const HeardToken> heard)
-{
-    constexpr std::size_t none = static_cast<std::size_t>(-1);
-    std::vector<std::size_t> ends; // ends[n]: the report that ends the best run of length n + 1
-    std::vector<std::size_t> before(heard.size(), none);
-    for (std::size_t at = 0; at < heard.size(); ++at) {
-        const auto place = std::ranges::lower_bound(
-            ends, heard[at].token, {}, [&](std::size_t index) { return heard[index].token; });
-        if (place != ends.begin())
-            before[at] = *(place - 1);
-        if (place == ends.end())
-            ends.push_back(at);
-        else if (heard[*place].token > heard[at].token)
-            *place = at;
-    }
-    std::vector<HeardToken> run(ends.size());
-    std::size_t at = ends.empty() ? none : ends.back();
-    for (std::size_t place = run.size(); place-- > 0; at = before[at])
-        run[place] = heard[at];
-    return run;
-}
-
 // Where the sound before `frame` ends: the start of the pause that leads up to it.
 std::uint64_t end_of_sound(
     std::span<const PhoneMark> phones, std::uint64_t begin, std::uint64_t frame)
@@ -87,6 +63,29 @@ void share_out(std::span<const Token> tokens, std::uint32_t first, std::uint32_t
 }
 
 } // namespace
+
+std::vector<HeardToken> rising_run(std::span<const HeardToken> heard)
+{
+    // Patience sorting.
+    constexpr std::size_t none = static_cast<std::size_t>(-1);
+    std::vector<std::size_t> ends; // ends[n]: the report that ends the best run of length n + 1
+    std::vector<std::size_t> before(heard.size(), none);
+    for (std::size_t at = 0; at < heard.size(); ++at) {
+        const auto place = std::ranges::lower_bound(
+            ends, heard[at].token, {}, [&](std::size_t index) { return heard[index].token; });
+        if (place != ends.begin())
+            before[at] = *(place - 1);
+        if (place == ends.end())
+            ends.push_back(at);
+        else if (heard[*place].token > heard[at].token)
+            *place = at;
+    }
+    std::vector<HeardToken> run(ends.size());
+    std::size_t at = ends.empty() ? none : ends.back();
+    for (std::size_t place = run.size(); place-- > 0; at = before[at])
+        run[place] = heard[at];
+    return run;
+}
 
 std::vector<WordMark> complete_marks(std::span<const Token> tokens,
     std::span<const HeardToken> heard, std::span<const PhoneMark> phones, std::uint64_t end)

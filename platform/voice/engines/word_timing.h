@@ -14,7 +14,12 @@ namespace tessavox::voice {
 struct HeardToken {
     std::uint32_t token = 0;
     std::uint64_t frame = 0;
+    std::uint32_t phone = 0; // where it begins in the engine's own list of phones, if that is known
 };
+
+/// The longest run with rising tokens, so that one report far ahead of the truth doesn't swallow
+/// all words after it. Of equally long runs it takes the earliest reports.
+std::vector<HeardToken> rising_run(std::span<const HeardToken> heard);
 
 /// One mark for each token. Of `heard` it keeps the longest run of rising tokens; the tokens
 /// between them share the time between their neighbours by their lengths, each at the nearest start

@@ -1,5 +1,7 @@
 #include "platform/voice/text/markup_scanner.h"
 
+#include "platform/text.h"
+
 #include <algorithm>
 #include <optional>
 
@@ -272,12 +274,7 @@ std::u16string decoded_value(std::u16string_view value)
             decoded.push_back(value[at++]);
             continue;
         }
-        if (*character >= 0x10000) {
-            decoded.push_back(static_cast<char16_t>(0xD7C0 + (*character >> 10)));
-            decoded.push_back(static_cast<char16_t>(0xDC00 + (*character & 0x3FF)));
-        } else {
-            decoded.push_back(static_cast<char16_t>(*character));
-        }
+        append_character(decoded, *character);
         at += end + 2;
     }
     return decoded;

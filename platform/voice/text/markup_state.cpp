@@ -1,5 +1,7 @@
 #include "platform/voice/text/markup_state.h"
 
+#include "platform/text.h"
+
 #include <algorithm>
 #include <optional>
 
@@ -14,16 +16,11 @@ constexpr int longest_silence_ms = 65535;
 constexpr int greatest_sum = 1'000'000'000; // sums of tags stay far from overflow
 constexpr std::size_t longest_hint = 64;
 
-char16_t lower(char16_t c)
-{
-    return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c;
-}
-
 bool same_name(std::u16string_view text, std::string_view name)
 {
     return text.size() == name.size()
         && std::equal(text.begin(), text.end(), name.begin(),
-            [](char16_t a, char b) { return lower(a) == static_cast<unsigned char>(b); });
+            [](char16_t a, char b) { return lower_ascii(a) == static_cast<unsigned char>(b); });
 }
 
 const MarkupAttribute* find_attribute(const FoundTag& tag, std::string_view name)

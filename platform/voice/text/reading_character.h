@@ -42,16 +42,6 @@ inline bool is_white(char16_t c)
     return reading_kind(c) == ReadingKind::white;
 }
 
-inline bool is_high_surrogate(char16_t c)
-{
-    return (c & 0xFC00) == 0xD800;
-}
-
-inline bool is_low_surrogate(char16_t c)
-{
-    return (c & 0xFC00) == 0xDC00;
-}
-
 /// Closing quotes and brackets, which belong to the sentence that ends before them.
 bool is_closer(char16_t c);
 

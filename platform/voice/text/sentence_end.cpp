@@ -1,5 +1,6 @@
 #include "platform/voice/text/sentence_end.h"
 
+#include "platform/text.h"
 #include "platform/voice/text/reading_character.h"
 
 #include <algorithm>
@@ -108,14 +109,9 @@ bool is_digit(char16_t c)
     return c >= u'0' && c <= u'9';
 }
 
-char16_t lower(char16_t c)
-{
-    return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c;
-}
-
 bool is_letter(char16_t c)
 {
-    return c < 0x80 ? (lower(c) >= u'a' && lower(c) <= u'z') : u_isalpha(c) != 0;
+    return c < 0x80 ? (lower_ascii(c) >= u'a' && lower_ascii(c) <= u'z') : u_isalpha(c) != 0;
 }
 
 const AbbreviationRow* find_abbreviation(std::u16string_view word)
@@ -125,7 +121,7 @@ const AbbreviationRow* find_abbreviation(std::u16string_view word)
     const auto row = std::find_if(
         std::begin(abbreviations), std::end(abbreviations), [&](const AbbreviationRow& each) {
             return std::equal(word.begin(), word.end(), each.word.begin(), each.word.end(),
-                [](char16_t a, char16_t b) { return lower(a) == b; });
+                [](char16_t a, char16_t b) { return lower_ascii(a) == b; });
         });
     return row == std::end(abbreviations) ? nullptr : row;
 }

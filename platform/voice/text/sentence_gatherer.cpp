@@ -305,8 +305,9 @@ void SentenceGatherer::join()
 
 void SentenceGatherer::take_character(char32_t character, std::uint32_t end)
 {
-    const bool pair = character >= 0x10000;
-    const auto first = static_cast<char16_t>(pair ? 0xD7C0 + (character >> 10) : character);
+    std::u16string units;
+    append_character(units, character);
+    const char16_t first = units[0];
     const ReadingKind kind = reading_kind(first);
     const bool white = kind == ReadingKind::white;
     const bool ends_sentence
@@ -323,9 +324,7 @@ void SentenceGatherer::take_character(char32_t character, std::uint32_t end)
         if (!white)
             begin_text(first);
         m_sentence->map.add_entity(text_size(), m_place.offset, end - m_place.offset);
-        m_sentence->text.push_back(white ? u' ' : first);
-        if (pair)
-            m_sentence->text.push_back(static_cast<char16_t>(0xDC00 + (character & 0x3FF)));
+        m_sentence->text += white ? std::u16string_view(u" ") : units;
         m_white = white;
     }
     if (ends_sentence)

@@ -1,5 +1,6 @@
 #include "platform/voice/text/utterance_composer.h"
 
+#include "platform/text.h"
 #include "platform/voice/text/reading_character.h"
 #include "platform/voice/text/utterance_parts.h"
 

@@ -106,6 +106,20 @@ TEST(UtteranceEvents, ABookmarkComesBeforeItsWordAtTheSameFrame)
     EXPECT_EQ(told, "100@0 two@400 104@400 end@900 ");
 }
 
+TEST(UtteranceEvents, AWordOfWhichNothingIsHeardIsNotTold)
+{
+    const Utterance utterance = utterance_of(u"one two");
+    Rendering rendering = rendering_of({ 0, 400 });
+    rendering.words[0].silent = 1;
+    std::uint64_t sequence = 0;
+    std::vector<std::int32_t> positions;
+    for (const StreamEvent& event : events_of(
+             utterance, rendering, -1, [](std::uint64_t at) { return at; }, sequence))
+        if (const auto* word = std::get_if<WordStarted>(&event.happening))
+            positions.push_back(word->position);
+    EXPECT_EQ(positions, std::vector<std::int32_t>{ 104 });
+}
+
 TEST(UtteranceEvents, ALevelHoldsFromItsWordOnWithoutAClick)
 {
     Utterance utterance = utterance_of(u"one two three");

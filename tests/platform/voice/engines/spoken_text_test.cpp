@@ -3,6 +3,7 @@
 
 #include "platform/text.h"
 #include "platform/voice/engines/ascii_text.h"
+#include "platform/voice/engines/espeak_marks.h"
 #include "platform/voice/engines/espeak_text.h"
 #include "platform/voice/engines/phone_tables.h"
 #include "platform/voice/engines/word_timing.h"
@@ -15,14 +16,23 @@ using namespace tests;
 
 namespace {
 
-std::string described(const std::vector<EspeakPiece>& pieces)
+/// An engine that knows the names of no signs but the hash.
+EspeakText text_of(const Utterance& utterance, bool english)
+{
+    return espeak_text(utterance, english, [](const std::string& sign) { return sign != "#"; });
+}
+
+/// The pieces in brackets, and after them the tokens that are silent.
+std::string described(const EspeakText& text)
 {
     std::string result;
-    for (const EspeakPiece& piece : pieces)
+    for (const EspeakPiece& piece : text.pieces)
         if (const auto* words = std::get_if<SpokenText>(&piece))
             result += "[" + words->utf8 + "]";
         else
             result += "<" + std::to_string(std::get<NamedPiece>(piece).characters.size()) + ">";
+    for (std::size_t token = 0; token < text.silent.size(); ++token)
+        result += text.silent[token] ? " -" + std::to_string(token) : "";
     return result;
 }
 
@@ -52,27 +62,67 @@ TEST(SpokenText, KeepsWhatTheLibraryCouldTakeForACommandFromIt)
           u"b\xDC00",
             "[a b ]" },
         { u"\uE001x\uFDD0", "[ x ]" },
+        { u"a \uE001 b", "[a   b] -1" },
         { u"\t \n", "" },
         // Tamil digits are read as digits; a letter that Tamil doesn't have isn't.
-        { u"\u0BE7\u0BE8 \u0B80", "[12  ]" },
+        { u"\u0BE7\u0BE8 \u0B80", "[12  ] -1" },
         // Words that change their script are two words, but not those with an apostrophe.
         { u"aλ п'ять don't", "[a λ п'ять don't]" },
         { u"λ'λ 漢字かな 3λ", "[λ ' λ 漢字かな 3λ]" },
     };
     for (const Case& each : cases)
-        EXPECT_EQ(described(espeak_pieces(utterance_of(each.text), true)), each.pieces);
+        EXPECT_EQ(described(text_of(utterance_of(each.text), true)), each.pieces);
+}
+
+TEST(SpokenText, NamesTheSignsThatTheLibraryPassesOver)
+{
+    struct Case {
+        std::u16string text;
+        const char* english;
+        const char* german;
+    };
+    const Case cases[] = {
+        { u"a # b", "[a # b]", "[a # b]" }, // has its name in the library
+        { u"a < b", "[a  less than  b]", "[a ]<1>[ b]" },
+        { u"a <<< b", "[a  less than  b]", "[a ]<1>[ b]" },
+        { u"20 ℃ x", "[20  degree celsius  x]", "[20   x] -1" },
+        { u"🇩🇪 x", "[ D E  x]", "[  x] -0" },
+        { u"☐️ ☐☐", "[ ballot box   ballot box ]", " -0 -1" },
+        { u"½ x", "[ vulgar fraction one half  x]", "[  x] -0" },
+    };
+    for (const Case& each : cases) {
+        EXPECT_EQ(described(text_of(utterance_of(each.text), true)), each.english);
+        EXPECT_EQ(described(text_of(utterance_of(each.text), false)), each.german);
+    }
+}
+
+TEST(SpokenText, PartsTokensThatTheLibraryWouldTakeForOneWord)
+{
+    const auto parted = [](std::u16string text, std::initializer_list<std::uint32_t> begins) {
+        Utterance utterance;
+        utterance.text = std::move(text);
+        const auto size = static_cast<std::uint32_t>(utterance.text.size());
+        for (const auto* begin = begins.begin(); begin != begins.end(); ++begin)
+            utterance.tokens.push_back(
+                { *begin, (begin + 1 == begins.end() ? size : begin[1]) - *begin, 0, 0 });
+        return described(text_of(utterance, false));
+    };
+    EXPECT_EQ(parted(u"東京へ", { 0, 2 }), "[東京 へ]");
+    EXPECT_EQ(parted(u"วันนี้", { 0, 3 }), "[วัน นี้]");
+    EXPECT_EQ(parted(u"x=1", { 0, 1, 2 }), "[x 1] -1");
+    EXPECT_EQ(parted(u"ab", { 0, 1 }), "[ab]");
 }
 
 TEST(SpokenText, SpellsAndNamesMarks)
 {
     SpeechStyle spelled;
     spelled.spell = true;
-    EXPECT_EQ(described(espeak_pieces(utterance_of(u"a, b", spelled), true)), "<1><1><1>");
+    EXPECT_EQ(described(text_of(utterance_of(u"a, b", spelled), true)), "<1><1><1>");
     EXPECT_EQ(ascii_text(utterance_of(u"a, bé", spelled)).utf8, " A  comma   B  E");
     SpeechStyle marked;
     marked.speak_punctuation = true;
-    EXPECT_EQ(described(espeak_pieces(utterance_of(u"Well -- done !", marked), true)),
-        "[Well ]<2>[ done ]<1>");
+    EXPECT_EQ(
+        described(text_of(utterance_of(u"Well -- done !", marked), true)), "[Well ]<2>[ done ]<1>");
     EXPECT_EQ(ascii_text(utterance_of(u"so ! on", marked)).utf8, "so  exclamation mark  on");
 }
 
@@ -84,6 +134,9 @@ TEST(SpokenText, BecomesAsciiWithEveryByteAtItsToken)
     EXPECT_EQ(text.tokens[text.utf8.find("naive")], 1U);
     EXPECT_EQ(text.tokens[text.utf8.find("Moskva")], 2U);
     EXPECT_EQ(text.tokens[text.utf8.find("snowman")], 3U);
+    EXPECT_EQ(ascii_text(utterance_of(u"5 < 6 § 7")).utf8, "5  less than  6  section sign  7");
+    EXPECT_EQ(silent_in_ascii(utterance_of(u"a < \U0001F3FD b")),
+        (std::vector<bool>{ false, false, true, false }));
 }
 
 TEST(SpokenText, FollowsTheContextsThatItKnows)
@@ -110,7 +163,7 @@ TEST(SpokenText, FollowsTheContextsThatItKnows)
             Utterance utterance = utterance_of(each.text);
             utterance.contexts
                 = { { 0, static_cast<std::uint32_t>(utterance.text.size()), each.context } };
-            const auto pieces = espeak_pieces(utterance, english);
+            const auto pieces = text_of(utterance, english).pieces;
             ASSERT_EQ(pieces.size(), 1U);
             const auto& words = std::get<SpokenText>(pieces[0]);
             EXPECT_EQ(words.utf8, english ? each.english : each.other);
@@ -146,6 +199,57 @@ TEST(WordTiming, SharesOutWhatTheEngineDoesNotTell)
     EXPECT_EQ(frames_of(complete_marks(utterance.tokens, {}, {}, 0)),
         (std::vector<std::uint64_t>{ 0, 0, 0, 0 }));
     EXPECT_TRUE(complete_marks({}, {}, phones, 1000).empty());
+}
+
+TEST(EspeakMarks, AreTakenFromReportsThatDriftAndMerge)
+{
+    struct Case {
+        const char16_t* text;
+        std::vector<EspeakSound::Word> words; // position, frame, next phone
+        std::vector<std::uint64_t> phones; // frames; all of them sound
+        std::vector<std::uint64_t> marks;
+    };
+    const Case cases[] = {
+        { u"a b", { { 0, 0, 0 }, { 2, 100, 1 } }, { 5, 110 }, { 0, 100 } },
+        // Told together with the phone before: begins with its own.
+        { u"a b", { { 0, 0, 0 }, { 2, 100, 2 } }, { 5, 100, 130 }, { 0, 130 } },
+        // The second word of a sign's name is told at the blank, the third at the next token.
+        { u"½ b", { { 0, 0, 0 }, { 1, 60, 1 }, { 2, 100, 2 } }, { 5, 65, 110 }, { 0, 100 } },
+        { u"≤ b", { { 0, 0, 0 }, { 1, 60, 1 }, { 2, 80, 2 }, { 2, 120, 3 } }, { 5, 65, 85, 125 },
+            { 0, 120 } },
+        // A word may be told at the blank before it.
+        { u"a b", { { 0, 0, 0 }, { 1, 100, 1 } }, { 5, 110 }, { 0, 100 } },
+        // Merged words: each has two phones, the first what is left.
+        { u"of the in a", { { 0, 0, 0 }, { 10, 700, 7 } }, { 0, 100, 200, 300, 400, 500, 600, 700 },
+            { 0, 300, 500, 700 } },
+        { u"of the", { { 0, 0, 0 } }, { 0, 100 }, { 0, 100 } },
+    };
+    for (const Case& each : cases) {
+        const Utterance utterance = utterance_of(each.text);
+        SpokenText words;
+        std::uint32_t token = 0;
+        for (std::size_t at = 0; at < utterance.text.size();) {
+            while (token + 1 < utterance.tokens.size() && token_end(utterance, token) <= at)
+                ++token;
+            words.append(next_harmless(utterance.text, at), token);
+        }
+        EspeakSound sound;
+        sound.words = each.words;
+        for (const std::uint64_t frame : each.phones)
+            sound.phones.push_back({ "a", frame });
+        sound.samples.resize(1000);
+        const auto heard = heard_tokens(words, { sound, 0, 0 }, [](std::uint32_t) { return 2; });
+        EXPECT_EQ(frames_of(complete_marks(utterance.tokens, heard, {}, 1000)), each.marks)
+            << to_utf8(each.text);
+    }
+}
+
+TEST(EspeakMarks, CountThePhonesOfAWord)
+{
+    EXPECT_EQ(count_phones("D-@2 "), 2U);
+    EXPECT_EQ(count_phones("T-r-'i:-h-'V-n d-r-I2-d "), 10U);
+    EXPECT_EQ(count_phones("_:-(en)-tS-'aI-(ja) "), 2U);
+    EXPECT_EQ(count_phones(" "), 0U);
 }
 
 TEST(PhoneTables, KnowTheVisemesOfBothAlphabets)
