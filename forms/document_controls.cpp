@@ -48,11 +48,18 @@ constexpr DesignRow<D> design_rows[] = {
     { pick<&D::Command3>, pick<&D::CoolBar1>, 10210, 50, 600, 345 },
     { pick<&D::Picbox2>, nullptr, 2900, 1000, 8260, 7190 },
     { pick<&D::WebBrowser1>, pick<&D::Picbox2>, 0, 0, 8260, 7190 },
+    // Never seen, so they have no place.
+    { pick<&D::Frame1>, nullptr, 0, 0, 0, 0, 0, "Speak Flags" },
+    { pick<&D::chkSpFlagIsXML>, pick<&D::Frame1>, 0, 0, 0, 0, 0, "IsXML" },
+    { pick<&D::chkShowEvents>, pick<&D::Frame1>, 0, 0, 0, 0, 0, "Show Events" },
+    { pick<&D::chkSpFlagNLPSpeakPunc>, pick<&D::Frame1>, 0, 0, 0, 0, 0, "NLPSpeakPunc" },
+    { pick<&D::chkSpFlagPurgeBeforeSpeak>, pick<&D::Frame1>, 0, 0, 0, 0, 0, "PurgeBeforeSpeak" },
+    { pick<&D::chkSpFlagAync>, pick<&D::Frame1>, 0, 0, 0, 0, 0, "FlagsAsync" },
+    { pick<&D::chkSpFlagIsFilename>, pick<&D::Frame1>, 0, 0, 0, 0, 0, "IsFilename" },
+    { pick<&D::chkSpFlagPersistXML>, pick<&D::Frame1>, 0, 0, 0, 0, 0, "PersistXML" },
+    { pick<&D::Command1>, nullptr, 0, 0, 0, 0, 0, "Advanced Features  >>" },
+    { pick<&D::Command2>, nullptr, 0, 0, 0, 0, 0, "Advanced Features  <<" },
 };
-
-constexpr Pick<DocumentControls> flag_boxes[] = { pick<&D::chkSpFlagIsXML>, pick<&D::chkShowEvents>,
-    pick<&D::chkSpFlagNLPSpeakPunc>, pick<&D::chkSpFlagPurgeBeforeSpeak>, pick<&D::chkSpFlagAync>,
-    pick<&D::chkSpFlagIsFilename>, pick<&D::chkSpFlagPersistXML> };
 
 constexpr Pick<DocumentControls> hidden_by_design[] = {
     pick<&D::Command4>, // until the dock bar that it brings up can take over
@@ -72,8 +79,6 @@ DocumentControls::DocumentControls(Forms& forms, std::unique_ptr<RichTextPane> p
 {
     Caption = "Document";
     design<D>(*this, design_rows);
-    for (const auto box : flag_boxes)
-        box(*this).set_container(&Frame1);
     for (const auto control : hidden_by_design)
         control(*this).Visible = false;
     Combo1.Text = "Http://";

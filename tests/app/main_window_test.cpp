@@ -1,95 +1,135 @@
 #include "tests/fakes/running_program.h"
 
-#include "forms/string_table.h"
-#include "platform/failure.h"
-
-#include <gtest/gtest.h>
-
 namespace tessavox::tests {
 namespace {
 
-struct MainWindow : testing::Test {
-    MainWindow() { program.start(); }
-    frmMain& main_window() { return program.main_window(); }
-    VoiceRecord& voice() { return program.speech.voice(); }
-    RunningProgram program;
-};
+using MainWindow = StartedProgramTest;
 
-TEST_F(MainWindow, BeginsWithItsOwnSizeAndWithoutTheTrayMenu)
+/// The user presses a button, or chooses an item of a menu, of either window; "tbToolBar.1" is a
+/// button of the tool bar.
+void press(RunningProgram& program, const std::string& name)
 {
-    EXPECT_EQ(main_window().Height, 8000.0);
-    EXPECT_EQ(main_window().Width, 25600.0);
-    EXPECT_TRUE(main_window().sbStatusBar.Visible);
-    EXPECT_FALSE(main_window().Popmenu.Visible);
-}
-
-TEST_F(MainWindow, LeadsItsMenusToTheActiveDocument)
-{
-    main_window().mnuFileNew.user_choose();
-    program.pane().set_Text(u"front");
-    program.clipboard.text = u"copied";
-    VoiceRecord& front = program.speech.voice(1);
-    const auto last_call = [&] { return front.calls.empty() ? "" : front.calls.back(); };
-
-    main_window().mnuCtlSpeak.user_choose();
-    EXPECT_EQ(last_call(), "Speak \"front\" 11");
-    main_window().mnuCtlPause.user_choose();
-    EXPECT_EQ(last_call(), "Pause");
-    main_window().mnuCtlPause.user_choose();
-    EXPECT_EQ(last_call(), "Resume");
-    main_window().mnuCtlStop.user_choose();
-    EXPECT_EQ(last_call(), "Speak \"\" 2");
-    main_window().mnuCtlclipboard.user_choose();
-    EXPECT_EQ(last_call(), "Speak \"copied\" 11");
-    main_window().mnuCtlStop.user_choose();
-    program.dialogs.answers = { "/a.wav", "/b.wav", "/c.wav" };
-    main_window().mnuCtlSaveClipboardTexttoWav.user_choose();
-    EXPECT_EQ(front.last_text, "copied");
-    main_window().mnuCtlSpeaktofile.user_choose();
-    EXPECT_EQ(front.last_text, "front");
-    main_window().mnuCtlPlay.user_choose();
-    EXPECT_EQ(last_call(), "Speak \"/c.wav\" 15");
-    EXPECT_TRUE(voice().calls.empty());
-}
-
-TEST_F(MainWindow, DoesNothingWithoutADocument)
-{
-    program.active().Unload();
-    for (MenuItem* item : { &main_window().mnuCtlSpeak, &main_window().mnuCtlPause,
-             &main_window().mnuCtlStop, &main_window().mnuCtlclipboard, &main_window().mnuCtlPlay,
-             &main_window().mnuFileClose }) {
-        item->Enabled = true;
-        item->user_choose();
+    if (name.starts_with("tbToolBar."))
+        return program.main.tbToolBar.user_press(name.back() - '0');
+    for (Form* form : std::initializer_list<Form*>{ &program.main, &program.document() }) {
+        for (Control* control : form->controls()) {
+            if (control->name() != name)
+                continue;
+            if (auto* item = dynamic_cast<MenuItem*>(control))
+                return item->user_choose();
+            return dynamic_cast<CommandButton&>(*control).user_press();
+        }
     }
-    EXPECT_EQ(program.windows.open_forms.size(), 1u);
+    FAIL() << "no control " << name;
 }
 
-TEST_F(MainWindow, SaveWithoutADocumentMakesOne)
+TEST_F(MainWindow, LeadsEveryCommandToTheActiveDocument)
 {
-    program.active().Unload();
-    main_window().file_commands.dlgCommonDialog.FileName.clear();
-    program.dialogs.answers = { std::nullopt };
-    main_window().mnuFileSave.run();
-    EXPECT_EQ(program.active().Caption, "Document 1");
+    struct Case {
+        const char* controls;
+        const char* asked; // of the voice of the document in front, at the end or before a wait
+        bool speaking = false;
+        bool paused = false;
+    };
+    const Case cases[] = {
+        { "mnuCtlSpeak mnuPopSpeak SpeakBtn", "Speak \"front\" 11" },
+        { "mnuCtlPause mnuPopPause mnuTrayPause PauseBtn", "Pause", true },
+        { "mnuCtlPause mnuPopPause mnuTrayPause ResumeBtn", "Resume", true, true },
+        { "mnuCtlStop mnuPopStop mnuTrayStop StopBtn", "Speak \"\" 2", true },
+        { "mnuCtlclipboard mnuTrayReadClipboard ReadClipbdBtn", "Speak \"copied\" 11" },
+        { "mnuCtlSaveClipboardTexttoWav mnuTrayClipboardtoWav ReadClipboardtoFile",
+            "Speak \"copied\" 11; WaitUntilDone 0" },
+        { "mnuCtlSpeaktofile SpeaktofileBtn", "Speak \"front\" 11; WaitUntilDone 0" },
+        { "mnuCtlPlay mnuTrayPlayFile Play", "Speak \"/a.wav\" 15" },
+        { "SkipBtn", "Skip Sentence 0" },
+        { "ResetBtn", "Rate 0" },
+    };
+    open_another();
+    pane().set_Text(u"front");
+    clipboard.text = u"copied";
+    for (const Case& row : cases) {
+        std::istringstream controls(row.controls);
+        for (std::string name; controls >> name;) {
+            SCOPED_TRACE(name);
+            document().speech.session.UpdateSpeechControls(row.speaking, row.paused);
+            document().SkipBtn.Enabled = true;
+            pane().user_selects(0, 0);
+            dialogs.answers = { "/a.wav" };
+            asked(1);
+            press(*this, name);
+            const std::string calls = asked(1);
+            EXPECT_TRUE(calls.ends_with(row.asked)
+                || calls.find(row.asked + std::string("; ")) != std::string::npos)
+                << calls;
+            EXPECT_EQ(asked(0), "");
+        }
+    }
 }
 
-TEST_F(MainWindow, ItsToolBarGoesByKeys)
+TEST_F(MainWindow, CarriesOutTheFileCommands)
 {
-    main_window().tbToolBar.user_press(1);
-    EXPECT_EQ(program.active().Caption, "Document 2");
-    program.dialogs.answers = { "/a.txt" };
-    main_window().tbToolBar.user_press(2);
-    EXPECT_EQ(program.active().Caption, "/a.txt");
+    struct Case {
+        const char* controls;
+        const char* then; // after two times: open windows, file dialogs, caption in front
+    };
+    const Case cases[] = {
+        { "mnuFileNew tbToolBar.1", "4 0 Document 3" },
+        { "mnuFileSave tbToolBar.2", "3 1 /a.txt" },
+        { "mnuFileSaveAs", "3 2 /a.txt" },
+        { "mnuFileClose", "2 0 /app/first.txt" },
+        { "mnuFileExit", "0 0 " },
+    };
+    for (const Case& row : cases) {
+        std::istringstream controls(row.controls);
+        for (std::string name; controls >> name;) {
+            RunningProgram other;
+            other.start();
+            other.open_another();
+            other.dialogs.answers = { "/a.txt", "/a.txt" };
+            press(other, name);
+            if (name.starts_with("mnuFileSave") || name == "tbToolBar.2")
+                press(other, name);
+            std::ostringstream then;
+            then << other.windows.open_forms.size() << ' ' << other.dialogs.requests.size() << ' ';
+            if (Form* const front = other.process.forms.active_child())
+                then << front->Caption;
+            EXPECT_EQ(then.str(), row.then) << name;
+            EXPECT_EQ(other.has_quit, row.then[0] == '0');
+            other.run_posted();
+        }
+    }
+}
+
+TEST_F(MainWindow, DoesNothingWithoutADocumentButSaveMakesOne)
+{
+    document().Unload();
+    enable_all(main, true);
+    for (Control* control : main.controls()) {
+        auto* const item = dynamic_cast<MenuItem*>(control);
+        if (item && (item->container() == &main.mnuCtl || item == &main.mnuFileClose))
+            item->user_choose();
+    }
+    EXPECT_EQ(windows.open_forms.size(), 1u);
+
+    main.file_commands.dlgCommonDialog.FileName.clear();
+    dialogs.answers = { std::nullopt };
+    main.mnuFileSave.run();
+    EXPECT_EQ(document().Caption, "Document 1");
+    EXPECT_EQ(process.tables.openDocumentCount, 0); // it isn't counted, so its menus stay off
+    EXPECT_FALSE(main.mnuFileSave.Enabled);
 }
 
 TEST_F(MainWindow, HidesWhenMinimisedOnlyIfTheTrayLeadsBack)
 {
-    main_window().user_changed_state(WindowState::minimised);
-    EXPECT_TRUE(main_window().Visible);
-    main_window().user_changed_state(WindowState::normal);
-    program.tray.icon = true;
-    main_window().user_changed_state(WindowState::minimised);
-    EXPECT_FALSE(main_window().Visible);
+    EXPECT_EQ(main.Height, 8000.0);
+    EXPECT_EQ(main.Width, 25600.0);
+    EXPECT_FALSE(main.Popmenu.Visible);
+    for (const bool icon : { false, true }) {
+        main.user_changed_state(WindowState::normal);
+        tray.icon = icon;
+        main.user_changed_state(WindowState::minimised);
+        EXPECT_EQ(main.Visible, !icon);
+    }
 }
 
 } // namespace

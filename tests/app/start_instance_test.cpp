@@ -1,144 +1,146 @@
+#include "app/tessavox.h"
 #include "tests/fakes/running_program.h"
-
-#include <gtest/gtest.h>
 
 namespace tessavox::tests {
 namespace {
 
-struct Case {
-    const char* command_line;
-    bool running;
-    // What becomes of it:
-    const char* flags; // of web.txt; "" if untouched
-    const char* window; // "shown", "in tray", "question" or "none"
+struct StartedProcess : UserFiles {
+    void start(const std::string& command_line, bool another_runs)
+    {
+        platform.command_line = command_line;
+        tray.icon = true;
+        file("opened.txt") = file_of_lines({ another_runs ? "1" : "0" });
+        program.Main();
+    }
+    frmMain& main() { return program.main_window(); }
+    std::string window() const
+    {
+        if (windows.open_forms.empty())
+            return "none";
+        if (windows.open_forms.front()->name() == "openmsg")
+            return "question";
+        return windows.open_forms.front()->Visible ? "shown" : "in tray";
+    }
+    openmsg& question() { return static_cast<openmsg&>(*windows.open_forms.at(0)); }
+
+    Tessavox program{ platform };
 };
 
-const Case cases[] = {
-    { "", false, "", "shown" },
-    { "300", false, "1000", "in tray" },
-    { "400", false, "", "shown" },
-    { "500", false, "", "shown" },
-    { "600", false, "0001", "in tray" },
-    { "a.txt", false, "", "shown" },
-    { "300 a.txt", false, "", "shown" },
-    { "301", false, "", "shown" },
-    { "", true, "", "question" },
-    { "300", true, "1000", "none" },
-    { " 300.0 ", true, "1000", "none" },
-    { "400", true, "0100", "none" },
-    { "500", true, "0010", "none" },
-    { "600", true, "0001", "none" },
-    { "a.txt", true, "", "question" },
-};
+struct Start : testing::Test, StartedProcess { };
 
-std::string window_of(RunningProgram& program)
+TEST_F(Start, DecidesByTheFlagFileAndTheCommandLine)
 {
-    const auto& forms = program.windows.open_forms;
-    if (forms.empty())
-        return "none";
-    if (forms.front()->name() == "openmsg")
-        return "question";
-    return program.main_window().Visible ? "shown" : "in tray";
-}
-
-TEST(Start, DecidesByTheFlagFileAndTheCommandLine)
-{
+    struct Case {
+        const char* command_line;
+        bool another_runs;
+        // What becomes of it:
+        const char* flags; // of web.txt; "" if untouched
+        const char* window;
+    };
+    const Case cases[] = {
+        { "", false, "", "shown" },
+        { "300", false, "1000", "in tray" },
+        { "400", false, "", "shown" },
+        { "500", false, "", "shown" },
+        { "600", false, "0001", "in tray" },
+        { "a.txt", false, "", "shown" },
+        { "300 a.txt", false, "", "shown" },
+        { "301", false, "", "shown" },
+        { "", true, "", "question" },
+        { "300", true, "1000", "none" },
+        { " 300.0 ", true, "1000", "none" },
+        { "400", true, "0100", "none" },
+        { "500", true, "0010", "none" },
+        { "600", true, "0001", "none" },
+        { "a.txt", true, "", "question" },
+    };
     for (const Case& row : cases) {
-        SCOPED_TRACE(std::string(row.command_line) + (row.running ? ", running" : ""));
-        RunningProgram program;
-        program.tray.icon = true;
-        program.files.files["/home/conf//opened.txt"] = file_of_lines({ row.running ? "1" : "0" });
-        program.start(row.command_line);
-
-        EXPECT_EQ(window_of(program), row.window);
+        SCOPED_TRACE(std::string(row.command_line) + (row.another_runs ? ", running" : ""));
+        StartedProcess process;
+        process.start(row.command_line, row.another_runs);
+        EXPECT_EQ(process.window(), row.window);
         std::string web;
         for (const char* flag = row.flags; *flag; ++flag)
             web += std::string(1, *flag) + "\r\n";
-        EXPECT_EQ(program.file("/web.txt"), web.empty() ? "" : "\"\r\n" + web + "\"\r\n");
-        const bool became_application = std::string(row.window) == "shown" || row.window[0] == 'i';
-        EXPECT_EQ(program.file("/opened.txt"),
-            file_of_lines({ became_application || row.running ? "1" : "0" }));
-        program.run_posted();
-        EXPECT_EQ(program.has_quit, std::string(row.window) == "none");
+        EXPECT_EQ(process.file("web.txt"), web.empty() ? "" : "\"\r\n" + web + "\"\r\n");
+        // It says 1 either way: another copy runs, or this one does now.
+        EXPECT_EQ(process.file("opened.txt"), file_of_lines({ "1" }));
+        process.run_posted();
+        EXPECT_EQ(process.has_quit, row.window == std::string("none"));
     }
 }
 
-TEST(Start, CountsAFlagFileThatSaysNothingAsNoCopy)
+TEST_F(Start, CountsAFlagFileThatSaysNothingAsNoCopy)
 {
-    for (const char* bytes : { "", "1", "\"\r\nx\r\n\"\r\n", "\"\r\n\r\n\"\r\n" }) {
-        RunningProgram program;
-        program.files.files["/home/conf//opened.txt"] = bytes;
-        program.start();
-        EXPECT_EQ(window_of(program), "shown");
+    const char* const contents[] = { "", "1", "\"\r\nx\r\n\"\r\n", "\"\r\n\r\n\"\r\n", nullptr };
+    for (const char* bytes : contents) {
+        StartedProcess process;
+        if (bytes)
+            process.file("opened.txt") = bytes;
+        else
+            process.files.files.erase("/home/conf//opened.txt");
+        process.files.refused.insert("/home/conf//opened.txt");
+        process.program.Main();
+        EXPECT_EQ(process.window(), "shown");
     }
-    RunningProgram program;
-    program.files.files.erase("/home/conf//opened.txt");
-    program.files.refused.insert("/home/conf//opened.txt");
-    program.start();
-    EXPECT_EQ(window_of(program), "shown");
 }
 
-TEST(Start, WithoutATrayIconAHiddenStartStaysInReach)
+TEST_F(Start, WithoutATrayIconAHiddenStartStaysInReach)
 {
-    RunningProgram program;
-    program.start("300");
-    EXPECT_TRUE(program.main_window().Visible);
-    EXPECT_TRUE(program.main_window().window_state == WindowState::minimised);
+    platform.command_line = "300";
+    file("opened.txt") = file_of_lines({ "0" });
+    program.Main();
+    EXPECT_TRUE(main().Visible);
+    EXPECT_TRUE(main().window_state == WindowState::minimised);
 }
 
-TEST(Start, OpensTheStartDocumentUnchanged)
+TEST_F(Start, OpensTheStartDocumentUnchangedAlsoWhereNobodySeesIt)
 {
-    RunningProgram program;
-    program.files.files["/app/first.txt"] = "a\r\nb";
-    program.start();
-    EXPECT_EQ(program.active().Caption, "/app/first.txt");
-    EXPECT_EQ(program.active().Tag, "1");
-    EXPECT_EQ(to_utf8(program.pane().Text().view()), "a\nb");
-    EXPECT_EQ(program.main_window().file_commands.dlgCommonDialog.FileName, "/app/first.txt");
-    EXPECT_TRUE(program.active().user_closed());
-    EXPECT_TRUE(program.boxes.shown.empty());
+    files.files["/app/first.txt"] = "a\r\nb";
+    start("300", false);
+    frmDocument& document = main().ActiveForm();
+    EXPECT_EQ(document.Caption, "/app/first.txt");
+    EXPECT_EQ(document.Tag, "1");
+    EXPECT_EQ(to_utf8(document.rtfText->Text().view()), "a\nb");
+    EXPECT_TRUE(main().Unload()); // and asks nothing
 }
 
-TEST(Start, WithoutItsDocumentShowsAnEmptyOne)
+TEST_F(Start, WithoutItsDocumentShowsAnEmptyOne)
 {
-    RunningProgram program;
-    program.files.files.erase("/app/first.txt");
-    program.start();
-    EXPECT_EQ(program.active().Caption, "/app/first.txt");
-    EXPECT_TRUE(program.pane().Text().empty());
+    files.files.erase("/app/first.txt");
+    start("", false);
+    frmDocument& document = main().ActiveForm();
+    EXPECT_EQ(document.Caption, "/app/first.txt");
+    EXPECT_TRUE(document.rtfText->Text().empty());
+    EXPECT_EQ(main().file_commands.dlgCommonDialog.FileName, "/app/first.txt");
     // Its first change is the user's and counts.
-    program.pane().user_types(u"x");
-    program.boxes.answers = { MessageAnswer::no };
-    EXPECT_TRUE(program.active().user_closed());
-    EXPECT_EQ(program.boxes.shown.size(), 1u);
+    static_cast<FakePane&>(document.rtfText.pane()).user_types(u"x");
+    boxes.answers = { MessageAnswer::no };
+    EXPECT_TRUE(document.user_closed());
+    EXPECT_EQ(boxes.shown.size(), 1u);
 }
 
-TEST(Start, ASecondCopyRunsBesideTheFirstIfTheUserWantsIt)
+TEST_F(Start, ASecondCopyRunsBesideTheFirstIfTheUserWantsIt)
 {
-    RunningProgram program;
-    program.files.files["/home/conf//opened.txt"] = file_of_lines({ "1" });
-    program.start();
-    auto& question = static_cast<openmsg&>(*program.windows.open_forms.at(0));
-    EXPECT_EQ(question.Label1.Caption, "Tessavox has been opened.");
-    program.files.files.erase("/home/conf//opened.txt");
-    question.Command2.user_press();
-    program.run_posted();
-    EXPECT_EQ(window_of(program), "shown");
-    EXPECT_FALSE(program.files.files.contains("/home/conf//opened.txt"));
-    EXPECT_FALSE(program.has_quit);
-    EXPECT_TRUE(program.main_window().Unload());
-    EXPECT_EQ(program.file("/opened.txt"), file_of_lines({ "0" })); // though the first one runs
-    EXPECT_TRUE(program.has_quit);
+    start("", true);
+    EXPECT_EQ(question().Label1.Caption, "Tessavox has been opened.");
+    files.files.erase("/home/conf//opened.txt");
+    question().Command2.user_press();
+    run_posted();
+    EXPECT_EQ(window(), "shown");
+    EXPECT_FALSE(files.files.contains("/home/conf//opened.txt"));
+    EXPECT_FALSE(has_quit);
+    EXPECT_TRUE(main().Unload());
+    EXPECT_EQ(file("opened.txt"), file_of_lines({ "0" })); // though the first one runs
+    EXPECT_TRUE(has_quit);
 }
 
-TEST(Start, ClosingTheQuestionEndsTheProcess)
+TEST_F(Start, ClosingTheQuestionEndsTheProcess)
 {
-    RunningProgram program;
-    program.files.files["/home/conf//opened.txt"] = file_of_lines({ "1" });
-    program.start();
-    static_cast<openmsg&>(*program.windows.open_forms.at(0)).Command1.user_press();
-    program.run_posted();
-    EXPECT_TRUE(program.has_quit);
+    start("", true);
+    question().Command1.user_press();
+    run_posted();
+    EXPECT_TRUE(has_quit);
 }
 
 } // namespace

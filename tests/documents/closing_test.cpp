@@ -1,222 +1,222 @@
 #include "tests/fakes/running_program.h"
 
-#include <gtest/gtest.h>
-
 namespace tessavox::tests {
 namespace {
 
-struct Closing : testing::Test {
-    Closing() { program.start(); }
-    frmMain& main_window() { return program.main_window(); }
-    frmDocument& document() { return program.active(); }
-    void open_another() { main_window().mnuFileNew.run(); }
-    void answer(MessageAnswer answer) { program.boxes.answers.push_back(answer); }
-    RunningProgram program;
+using enum MessageAnswer;
+
+struct Closing : StartedProgramTest {
+    DocumentTables& tables = process.tables;
+    void type(const char16_t* text) { pane().user_types(text); }
+    void save_as(const char* path)
+    {
+        dialogs.answers = { path };
+        main.mnuFileSaveAs.run();
+    }
 };
 
-TEST_F(Closing, AnUnchangedDocumentAsksNothing)
+TEST_F(Closing, AnUnchangedDocumentAsksNothingAndStopsItsVoice)
 {
-    VoiceRecord& voice = program.speech.voice();
-    document().speech.reading.SpeakBtn_Click();
-    voice.take_calls();
+    document().SpeakBtn.user_press();
+    asked();
     EXPECT_TRUE(document().user_closed());
-    EXPECT_EQ(voice.take_calls(), (std::vector<std::string>{ "Speak \"\" 2" }));
-    EXPECT_TRUE(voice.released);
-    EXPECT_TRUE(program.boxes.shown.empty());
+    EXPECT_EQ(asked(), "Speak \"\" 2");
+    EXPECT_TRUE(voice().released);
+    EXPECT_TRUE(boxes.shown.empty());
+    EXPECT_EQ(tables.openDocumentCount, 0);
+    EXPECT_FALSE(main.mnuCtl.Enabled);
 }
 
 TEST_F(Closing, AChangedDocumentAsks)
 {
-    program.pane().user_types(u"x");
-    answer(MessageAnswer::no);
-    EXPECT_TRUE(document().user_closed());
-    ASSERT_EQ(program.boxes.shown.size(), 1u);
-    EXPECT_EQ(program.boxes.shown[0].text, "This document has been changed. Do you wish to save?");
-    EXPECT_EQ(program.boxes.shown[0].buttons, MessageButtons::yes_no_cancel);
-    EXPECT_EQ(program.boxes.shown[0].icon, MessageIcon::question);
-    open_another();
-    EXPECT_EQ(document().Caption, "Document 1");
+    struct Case {
+        MessageAnswer answer;
+        bool goes;
+        bool slot_stays_taken;
+        const char* file;
+    };
+    const Case cases[] = { { cancel, false, true, "Hello world." },
+        { no, true, false, "Hello world." }, { yes, true, true, "xHello world." } };
+    for (const Case& row : cases) {
+        RunningProgram other;
+        other.start();
+        other.pane().user_types(u"x");
+        other.document().cpvSlider1.Value = 9;
+        other.main.mnuCtl.Enabled = row.goes; // what setmenu sets right in each branch
+        other.boxes.answers = { row.answer };
+        const std::shared_ptr<Form> kept = other.document().shared_from_this();
+        EXPECT_EQ(static_cast<frmDocument&>(*kept).user_closed(), row.goes);
+
+        ASSERT_EQ(other.boxes.shown.size(), 1u);
+        EXPECT_EQ(
+            other.boxes.shown[0].text, "This document has been changed. Do you wish to save?");
+        EXPECT_EQ(other.boxes.shown[0].title, "Tessavox");
+        EXPECT_EQ(other.boxes.shown[0].buttons, MessageButtons::yes_no_cancel);
+        EXPECT_EQ(other.boxes.shown[0].icon, MessageIcon::question);
+        EXPECT_EQ(other.process.tables.documentSlotUsed[0], row.slot_stays_taken);
+        EXPECT_EQ(other.process.tables.documentWindows[0] != nullptr, row.slot_stays_taken);
+        EXPECT_EQ(other.process.tables.openDocumentCount, row.goes ? 0 : 1);
+        EXPECT_EQ(other.main.mnuCtl.Enabled, !row.goes);
+        EXPECT_EQ(other.files.files["/app/first.txt"], row.file);
+        // Whatever the answer, the settings are written and the voice has gone.
+        EXPECT_NE(other.file("setting1.txt").find("\r\n 9\r\n"), std::string::npos);
+        EXPECT_TRUE(other.voice().released);
+    }
 }
 
-TEST_F(Closing, ANewDocumentInAFreedSlotStartsUnchanged)
+TEST_F(Closing, ComingBackToADocumentForgetsItsChangeAndThatASaveWasAClosingOne)
 {
-    for (int times = 0; times < 2; ++times) {
-        open_another();
-        EXPECT_EQ(document().Caption, "Document 2");
-        EXPECT_TRUE(document().user_closed());
-        open_another();
-        program.pane().user_types(u"x");
-        answer(MessageAnswer::no);
-        EXPECT_TRUE(document().user_closed());
+    frmDocument& first = document();
+    type(u"x");
+    open_another();
+    type(u"y");
+    boxes.answers = { yes };
+    dialogs.answers = { "/docs/b.txt" };
+    EXPECT_TRUE(document().user_closed());
+    EXPECT_EQ(files.files["/docs/b.txt"], "y");
+    EXPECT_FALSE(tables.closingSave);
+    first.user_activated();
+    main.mnuFileSave.run();
+    EXPECT_EQ(tables.openDocumentCount, 1);
+    EXPECT_TRUE(first.user_closed());
+}
+
+TEST_F(Closing, ACancelledCloseLeavesAWindowWithoutAVoice)
+{
+    type(u"x");
+    boxes.answers = { cancel };
+    EXPECT_FALSE(document().user_closed());
+    const std::pair<std::function<void()>, const char*> commands[] = {
+        { [&] { document().speech.reading.SpeakBtn_Click(); }, "idle" },
+        { [&] { document().speech.reading.ReadClipbdBtn_Click(); }, "speaking" },
+        { [&] { document().speech.session.StopBtn_Click(); }, "speaking" },
+        { [&] { document().VoiceCB.user_choose(1); }, "speaking" },
+        { [&] { document().FormatCB.user_choose(3); }, "speaking" },
+        { [&] { document().speech.panel.ResetBtn_Click(); }, "idle" },
+        { [&] { document().speech.wave_file.Play_Click(); }, "idle" },
+    };
+    for (const auto& [run, then] : commands) {
+        dialogs.answers = { "/a.wav" };
+        run();
+        EXPECT_EQ(state(), then);
     }
-    EXPECT_EQ(program.boxes.shown.size(), 2u);
 }
 
 TEST_F(Closing, SaveWritesTheTextOfTheActiveDocumentAlsoWhereTwoShareASlot)
 {
     frmDocument& start = document();
     open_another();
-    main_window().mnuFileClose.run(); // frees the start document's slot too
-    open_another();
-    frmDocument& other = document();
+    main.mnuFileClose.run(); // frees the start document's slot too
+    frmDocument& other = open_another();
     ASSERT_EQ(other.Tag, start.Tag);
-    program.pane().user_types(u"other");
+    EXPECT_EQ(other.Caption, "Document 1");
+    type(u"other");
     start.user_activated();
-    program.pane().user_types(u"start ");
-    main_window().mnuFileSave.run();
-    EXPECT_EQ(program.files.files["/app/first.txt"], "start Hello world.");
+    type(u"start ");
+    main.mnuFileSave.run();
+    EXPECT_EQ(files.files["/app/first.txt"], "start Hello world.");
     other.user_activated();
     EXPECT_TRUE(other.user_closed());
     start.user_activated();
-    program.pane().user_types(u"again ");
-    main_window().mnuFileSave.run(); // its table entry went with the other one
-    EXPECT_EQ(program.files.files["/app/first.txt"], "start again Hello world.");
+    type(u"again ");
+    main.mnuFileSave.run(); // its table entry went with the other one
+    EXPECT_EQ(files.files["/app/first.txt"], "start again Hello world.");
 }
 
-TEST_F(Closing, ComingBackToADocumentForgetsItsChange)
+TEST_F(Closing, ANewDocumentInAFreedSlotStartsUnchangedAndWithoutATitle)
 {
-    frmDocument& first = document();
-    program.pane().user_types(u"x");
-    open_another();
-    first.user_activated();
-    EXPECT_TRUE(first.user_closed());
-    EXPECT_TRUE(program.boxes.shown.empty());
+    for (int times = 0; times < 2; ++times) {
+        EXPECT_EQ(open_another().Caption, "Document 2");
+        EXPECT_EQ(tables.documentFileTitles[1], "");
+        EXPECT_TRUE(document().user_closed());
+        open_another();
+        save_as("/docs/a\U0001F600.txt");
+        EXPECT_EQ(tables.documentFileTitles[1], "a\U0001F600.txt");
+        type(u"x");
+        boxes.answers = { no };
+        EXPECT_TRUE(document().user_closed());
+    }
+    EXPECT_EQ(boxes.shown.size(), 2u);
 }
 
-TEST_F(Closing, ACancelledCloseHasSavedTheSettingsAndTakenTheVoice)
+TEST_F(Closing, TheCaptionSaysWhetherSaveAsksForAPath)
 {
-    program.pane().user_types(u"x");
-    document().cpvSlider1.user_drag(9);
-    answer(MessageAnswer::cancel);
-    EXPECT_FALSE(document().user_closed());
-    EXPECT_TRUE(program.file("/setting1.txt").find("\r\n 9\r\n") != std::string::npos);
-    EXPECT_TRUE(program.speech.voice().released);
-
-    document().speech.reading.SpeakBtn_Click();
-    EXPECT_FALSE(document().speech.session.m_bSpeaking());
-    document().speech.reading.ReadClipbdBtn_Click();
-    EXPECT_TRUE(document().speech.session.m_bSpeaking());
-    document().speech.session.StopBtn_Click();
-    document().VoiceCB.user_choose(1);
-    document().FormatCB.user_choose(3);
-    document().speech.panel.ResetBtn_Click();
-    program.dialogs.answers = { "/a.wav" };
-    document().speech.wave_file.Play_Click();
-    EXPECT_FALSE(document().speech.session.m_bSpeaking());
-    answer(MessageAnswer::no);
-    EXPECT_TRUE(document().user_closed());
-}
-
-TEST_F(Closing, YesOnANewDocumentAsksWhereAndKeepsItsSlot)
-{
+    // The start document has its path from the load.
+    type(u"x");
+    main.mnuFileSave.run();
+    EXPECT_EQ(files.files["/app/first.txt"], "xHello world.");
+    EXPECT_FALSE(tables.documentChanged[1]);
     open_another();
-    program.pane().user_types(u"a\U0001F600\n");
-    answer(MessageAnswer::yes);
-    program.dialogs.answers = { "/docs/a.txt" };
-    EXPECT_TRUE(document().user_closed());
-    EXPECT_EQ(program.files.files["/docs/a.txt"], "a\xF0\x9F\x98\x80\n");
-    open_another();
-    EXPECT_EQ(document().Caption, "Document 3");
-}
-
-TEST_F(Closing, YesOnASavedDocumentWritesToItsPath)
-{
-    open_another();
-    program.pane().user_types(u"a");
-    program.dialogs.answers = { "/docs/a.txt" };
-    main_window().mnuFileSaveAs.run();
+    type(u"a\U0001F600\n");
+    dialogs.answers = { "/docs/a.txt" };
+    main.mnuFileSave.run();
+    EXPECT_EQ(files.files["/docs/a.txt"], "a\xF0\x9F\x98\x80\n");
     EXPECT_EQ(document().Caption, "/docs/a.txt");
-    frmDocument& saved = document();
-    open_another();
-    saved.user_activated();
-    program.pane().user_types(u"b");
-    answer(MessageAnswer::yes);
-    EXPECT_TRUE(saved.user_closed());
-    EXPECT_EQ(program.files.files["/docs/a.txt"], "ab");
-    EXPECT_EQ(program.dialogs.requests.size(), 1u);
-}
-
-TEST_F(Closing, YesSavesTheDocumentThatAsksNotTheOneInFront)
-{
-    open_another();
-    program.dialogs.answers = { "/docs/a.txt" };
-    main_window().mnuFileSaveAs.run();
-    program.pane().user_types(u"behind");
-    open_another();
-    answer(MessageAnswer::yes);
-    EXPECT_TRUE(main_window().user_closed());
-    EXPECT_EQ(program.files.files["/docs/a.txt"], "behind");
+    EXPECT_FALSE(tables.documentChanged[2]);
+    ASSERT_EQ(dialogs.requests.size(), 1u);
+    EXPECT_EQ(dialogs.requests[0].FileName, "/app/first.txt"); // the path used last
+    EXPECT_TRUE(dialogs.requests[0].overwrite_prompt);
+    EXPECT_EQ(dialogs.requests[0].Filter,
+        "Text files (*.txt)|*.txt|Ini Files (*.ini)|*.ini|Registry Files (*.log)|*.log|"
+        "Batch File (*.bat)|*.bat|All files (*.*)|*.*");
+    // Activation brings the path of another document back.
+    static_cast<Form&>(*tables.documentWindows[0]).user_activated();
+    type(u"y");
+    main.mnuFileSave.run();
+    EXPECT_EQ(files.files["/app/first.txt"], "xyHello world.");
+    // A document that is still called as the settings' first.txt asks too.
+    document().Caption = "/home/conf//first.txt";
+    dialogs.answers = { "/docs/b.txt" };
+    main.mnuFileSave.run();
+    EXPECT_EQ(document().Caption, "/docs/b.txt");
 }
 
 TEST_F(Closing, ATextThatCannotBeWrittenIsTold)
 {
-    program.files.refused.insert("/app/first.txt");
-    program.pane().user_types(u"x");
-    answer(MessageAnswer::yes);
-    EXPECT_TRUE(document().user_closed());
-    EXPECT_EQ(program.boxes.shown.back().text, program.texts.with_value(2303, "/app/first.txt"));
-    EXPECT_EQ(program.files.files["/app/first.txt"], "Hello world.");
-}
-
-TEST_F(Closing, TheStartDocumentIsSavedOverItsFile)
-{
-    program.pane().user_types(u"x");
-    main_window().mnuFileSave.run();
-    EXPECT_EQ(program.files.files["/app/first.txt"], "xHello world.");
-    EXPECT_TRUE(document().user_closed());
-    EXPECT_TRUE(program.boxes.shown.empty());
+    struct Case {
+        bool save_as;
+        bool closing;
+        bool still_changed;
+    };
+    for (const Case& row : std::initializer_list<Case>{ { false, false, false },
+             { true, false, true }, { false, true, false }, { true, true, true } }) {
+        RunningProgram other;
+        other.start();
+        if (row.save_as)
+            other.open_another();
+        other.pane().user_types(u"x");
+        other.files.refused.insert("/app/first.txt");
+        other.dialogs.answers = { "/app/first.txt" };
+        other.boxes.answers = { yes };
+        const std::string caption = other.document().Caption;
+        const std::int16_t index = other.main.file_commands.ActiveDocumentIndex();
+        const std::int16_t count = other.process.tables.openDocumentCount;
+        const std::shared_ptr<Form> document = other.document().shared_from_this();
+        if (row.closing)
+            document->user_closed();
+        else
+            (row.save_as ? other.main.mnuFileSaveAs : other.main.mnuFileSave).run();
+        EXPECT_EQ(other.boxes.shown.back().text, other.texts.with_value(2303, "/app/first.txt"));
+        EXPECT_EQ(other.boxes.shown.back().title, "Tessavox");
+        EXPECT_EQ(other.files.files["/app/first.txt"], "Hello world.");
+        EXPECT_EQ(document->Caption, caption);
+        EXPECT_EQ(other.process.tables.documentChanged[index], row.still_changed);
+        EXPECT_EQ(other.process.tables.openDocumentCount, count - row.closing);
+    }
 }
 
 TEST_F(Closing, ACancelledDialogWithAnEarlierPathWritesThere)
 {
-    open_another();
-    program.pane().user_types(u"new");
-    program.dialogs.answers = { std::nullopt };
-    main_window().mnuFileSave.run();
-    EXPECT_EQ(program.files.files["/app/first.txt"], "new");
-    EXPECT_EQ(document().Caption, "/app/first.txt");
-
-    RunningProgram other;
-    other.files.files.erase("/app/first.txt");
-    other.program.main_window().file_commands.dlgCommonDialog.FileName = "";
-    other.start();
-    other.main_window().mnuFileNew.run();
-    other.main_window().file_commands.dlgCommonDialog.FileName = "";
-    other.pane().user_types(u"new");
-    other.dialogs.answers = { std::nullopt };
-    other.main_window().mnuFileSave.run();
-    EXPECT_EQ(other.active().Caption, "Document 2");
-}
-
-TEST_F(Closing, CloseFreesTheSlotOfTheStartDocumentToo)
-{
-    open_another();
-    main_window().mnuFileClose.run();
-    EXPECT_EQ(document().Caption, "/app/first.txt");
-    open_another();
-    EXPECT_EQ(document().Caption, "Document 1");
-    EXPECT_EQ(document().Tag, "1");
-}
-
-TEST_F(Closing, ExitClosesEveryDocumentFirstAndEndsTheProcess)
-{
-    open_another();
-    program.speech.voice(1).fail("Speak");
-    main_window().mnuFileExit.user_choose();
-    EXPECT_TRUE(program.has_quit);
-    EXPECT_TRUE(program.windows.open_forms.empty());
-    EXPECT_TRUE(program.speech.voice(0).released && program.speech.voice(1).released);
-    EXPECT_EQ(program.file("/opened.txt"), file_of_lines({ "0" }));
-    program.run_posted();
-}
-
-TEST_F(Closing, ADocumentThatCancelsKeepsTheProcess)
-{
-    program.pane().user_types(u"x");
-    answer(MessageAnswer::cancel);
-    EXPECT_FALSE(main_window().user_closed());
-    EXPECT_FALSE(program.has_quit);
-    EXPECT_EQ(program.file("/opened.txt"), file_of_lines({ "1" }));
+    for (const char* path : { "/app/first.txt", "" }) {
+        open_another();
+        const std::string caption = document().Caption;
+        main.file_commands.dlgCommonDialog.FileName = path;
+        type(u"new");
+        dialogs.answers = { std::nullopt };
+        main.mnuFileSave.run();
+        EXPECT_EQ(document().Caption, *path ? path : caption);
+    }
+    EXPECT_EQ(files.files["/app/first.txt"], "new");
 }
 
 TEST_F(Closing, ADocumentCanCloseInsideItsOwnHandler)
@@ -224,8 +224,8 @@ TEST_F(Closing, ADocumentCanCloseInsideItsOwnHandler)
     // The button's handler unloads the form that the button belongs to.
     document().SpeakBtn.Click = [this] { document().Unload(); };
     document().SpeakBtn.user_press();
-    program.run_posted();
-    EXPECT_EQ(program.windows.open_forms.size(), 1u);
+    run_posted();
+    EXPECT_EQ(windows.open_forms.size(), 1u);
 }
 
 } // namespace

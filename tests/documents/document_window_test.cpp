@@ -1,179 +1,161 @@
 #include "tests/fakes/running_program.h"
 
-#include "persist/settings_files.h"
-
-#include <gtest/gtest.h>
-
 namespace tessavox::tests {
 namespace {
 
-struct Documents : testing::Test {
-    frmMain& main_window() { return program.main_window(); }
-    frmDocument& document() { return program.active(); }
-    void open_another() { main_window().mnuFileNew.run(); }
-    RunningProgram program;
-};
+using Documents = ProgramTest;
 
-TEST_F(Documents, OpenWithTheSettingsOfTheFiles)
+TEST_F(Documents, OpenWithTheSettingsOfTheFilesAndWriteThemBack)
 {
-    program.files.files["/home/conf//setting2.txt"] = file_of_lines({ "Serif", " 10.5", "True" });
-    program.files.files["/home/conf//setting3.txt"] = file_of_lines({ "a.example", "", "b" });
-    program.start();
-    EXPECT_EQ(program.pane().font_name, "Serif");
-    EXPECT_EQ(program.pane().font_size, 10);
-    EXPECT_TRUE(program.pane().font_bold);
-    EXPECT_EQ(program.pane().selection_font_size, 12);
-    EXPECT_FALSE(program.pane().hide_selection);
+    file("setting1.txt") = file_of_lines({ "8kHz 8Bit Mono", " 1", "-4", " 0", "a.example" });
+    file("setting2.txt") = file_of_lines({ "Serif", " 10.5", "True" });
+    file("setting3.txt") = file_of_lines({ "a.example", "", "b" });
+    const std::string before = file("setting1.txt");
+    start();
+    EXPECT_EQ(pane().font_name, "Serif");
+    EXPECT_EQ(pane().font_size, 10);
+    EXPECT_TRUE(pane().font_bold);
+    EXPECT_EQ(pane().selection_font_size, 12);
+    EXPECT_FALSE(pane().hide_selection);
     ASSERT_EQ(document().Combo1.ListCount(), 2);
     EXPECT_EQ(document().Combo1.List(1), "b");
-    EXPECT_EQ(document().Combo1.Text, "Http://");
-    EXPECT_EQ(program.windows.focused, &document().rtfText);
-    for (const Control* control : std::initializer_list<const Control*>{ &document().Command1,
-             &document().Command2, &document().SkipBtn, &document().SkipTxtBox, &document().UpDown1,
-             &document().SkinLabel2, &document().AudioOutputCB, &document().Frame1 })
-        EXPECT_FALSE(control->Visible) << control->name();
+    EXPECT_EQ(windows.focused, &document().rtfText);
+    const States shown = states_of(document());
+    EXPECT_EQ(shown,
+        with(shown,
+            "Command1:Visible Command2:Visible SkipBtn:Visible SkipTxtBox:Visible UpDown1:Visible "
+            "SkinLabel2:Visible AudioOutputCB:Visible Frame1:Visible ResumeBtn:Visible "
+            "Command4:Visible CoolBar1:Visible",
+            "off"));
 
     document().Unload();
-    EXPECT_EQ(program.file("/setting1.txt"),
-        file_of_lines({ "48kHz 16Bit Stereo", " 0", " 0", " 1", "http://a.example/" }));
-    EXPECT_EQ(program.file("/setting3.txt"), file_of_lines({ "a.example", "b" }));
+    EXPECT_EQ(file("setting1.txt"), before);
+    EXPECT_EQ(file("setting3.txt"), file_of_lines({ "a.example", "b" }));
 }
 
-TEST_F(Documents, HostileSettingsAreSteppedOver)
+TEST_F(Documents, HostileSettingsAreSteppedOverOneByOne)
 {
+    std::string history = "\"\r\n";
+    for (int i = 0; i < 100; ++i)
+        history += "h.example\r\n";
     struct Case {
         const char* what;
         const char* file;
         std::string bytes;
+        const char* then; // voice, format, speed, automatic reading, and the font
     };
-    std::string long_history = "\"\r\n";
-    for (int i = 0; i < 100; ++i)
-        long_history += "h.example\r\n";
+    // What a line doesn't give stays as it is by design, and the lines after it still count.
     const Case cases[] = {
-        { "empty", "/setting1.txt", "" },
-        { "one quote", "/setting1.txt", "\"" },
-        { "no numbers", "/setting1.txt", file_of_lines({ "a", "b", "c", "d", "e" }) },
-        { "out of range", "/setting1.txt", file_of_lines({ "", "2", "11", "3", "" }) },
-        { "huge", "/setting1.txt", file_of_lines({ "", "99999", "-1e9", "1e99", "" }) },
-        { "no text at all", "/setting1.txt", std::string("\xFF\xFE\0\0\x80\r\r\r\r", 9) },
-        { "a font of nothing", "/setting2.txt", file_of_lines({ "", "-1", "maybe" }) },
-        { "a long history", "/setting3.txt", long_history + "\"\r\n" },
+        { "nothing", "setting1.txt", "", "-1 -1 0 1 Serif 20 1" },
+        { "one quote", "setting1.txt", "\"", "-1 -1 0 1 Serif 20 1" },
+        { "no numbers", "setting1.txt", file_of_lines({ "a", "b", "c", "d" }),
+            "-1 -1 0 1 Serif 20 1" },
+        { "too large", "setting1.txt", file_of_lines({ "", "2", "11", "3" }),
+            "-1 -1 0 1 Serif 20 1" },
+        { "huge", "setting1.txt", file_of_lines({ "", "99999", "-1e9", "1e99" }),
+            "-1 -1 0 1 Serif 20 1" },
+        { "one bad line", "setting1.txt", file_of_lines({ "8kHz 16Bit Mono", "x", "-9", " 0" }),
+            "-1 2 -9 0 Serif 20 1" },
+        { "binary", "setting1.txt", std::string("\xFF\xFE\0\0\x80\r\r\r\r", 9),
+            "-1 -1 0 1 Serif 20 1" },
+        { "no font", "setting2.txt", file_of_lines({ "", "-1", "maybe" }),
+            "1 3 5 0 Comic Sans MS 12 0" },
+        { "no size", "setting2.txt", file_of_lines({ "Mono", "big", "True" }),
+            "1 3 5 0 Mono 12 1" },
+        { "a long history", "setting3.txt", history + "\"\r\n", "1 3 5 0 Serif 20 1" },
     };
     for (const Case& row : cases) {
         SCOPED_TRACE(row.what);
         RunningProgram other;
-        other.files.files[std::string("/home/conf/") + row.file] = row.bytes;
+        other.file("setting1.txt") = file_of_lines({ "8kHz 16Bit Stereo", " 1", " 5", " 0", "" });
+        other.file("setting2.txt") = file_of_lines({ "Serif", " 20", "True" });
+        other.file(row.file) = row.bytes;
         other.start();
+        const frmDocument& shown = other.document();
+        std::ostringstream then;
+        then << shown.VoiceCB.ListIndex << ' ' << shown.FormatCB.ListIndex << ' '
+             << shown.cpvSlider1.Value << ' ' << shown.Check1.Value << ' ' << other.pane().font_name
+             << ' ' << other.pane().font_size << ' ' << other.pane().font_bold;
+        EXPECT_EQ(then.str(), row.then);
         EXPECT_TRUE(other.boxes.shown.empty());
-        EXPECT_EQ(other.active().cpvSlider1.Value, 0);
-        EXPECT_EQ(other.active().Check1.Value, 1);
-        EXPECT_EQ(other.pane().font_name, "Comic Sans MS");
-        EXPECT_EQ(other.pane().font_size, 12);
-        EXPECT_TRUE(other.main_window().Unload());
+        EXPECT_TRUE(other.main.Unload());
     }
-}
-
-TEST_F(Documents, WithoutAVoiceInTheSettingsNoneIsChosenNextTimeEither)
-{
-    program.files.files["/home/conf//setting1.txt"] = file_of_lines({ "", "-1", " 0", " 1", "" });
-    program.start();
-    EXPECT_EQ(document().VoiceCB.ListIndex, -1);
-    document().Unload();
-    EXPECT_EQ(program.file("/setting1.txt"), file_of_lines({ "", "-1", " 0", " 1", "" }));
 }
 
 TEST_F(Documents, AMissingFileLeavesTheLinesOfTheOneBefore)
 {
-    program.files.files.erase("/home/conf//setting3.txt");
-    program.start();
-    const auto boxes = program.boxes.take_shown();
-    ASSERT_EQ(boxes.size(), 1u);
-    EXPECT_EQ(boxes[0].text,
-        "The software setting files /home/conf//setting3.txt have been moved, please reinstall our "
-        "software again");
+    files.files.erase("/home/conf//setting3.txt");
+    start();
+    ASSERT_EQ(boxes.shown.size(), 1u);
+    EXPECT_EQ(boxes.shown[0].text, texts.with_value(2308, "/home/conf//setting3.txt"));
+    const std::string before = file("setting1.txt");
     document().Unload();
-    EXPECT_EQ(program.file("/setting3.txt"),
-        file_of_lines({ "48kHz 16Bit Stereo", " 0", " 0", " 1", "http://a.example/" }));
+    EXPECT_EQ(file("setting3.txt"), before);
 
     RunningProgram none;
-    for (const char* file : { "1", "2", "3" })
-        none.files.files.erase("/home/conf//setting" + std::string(file) + ".txt");
+    for (const char* name : { "1", "2", "3" })
+        none.files.files.erase("/home/conf//setting" + std::string(name) + ".txt");
     none.start();
     EXPECT_EQ(none.boxes.take_shown().size(), 3u);
-    EXPECT_EQ(none.active().VoiceCB.ListIndex, -1);
-    EXPECT_EQ(none.active().FormatCB.ListIndex, -1);
-    EXPECT_EQ(none.active().Check1.Value, 1);
+    EXPECT_EQ(none.document().VoiceCB.ListIndex, -1);
+    EXPECT_EQ(none.document().Check1.Value, 1);
 }
 
-TEST_F(Documents, AnAddressIsKeptOnlyWithAPoint)
+TEST_F(Documents, AnAddressIsKeptOnlyWithAPointAndTheWindowClosedLastDecides)
 {
     const std::pair<const char*, const char*> cases[] = { { "Http://", "http://a.example/" },
         { "localhost", "http://a.example/" }, { "b.example", "b.example" } };
     for (const auto& [typed, stored] : cases) {
         RunningProgram other;
         other.start();
-        other.active().Combo1.user_edit(typed);
-        other.active().Unload();
-        EXPECT_EQ(other.file("/setting1.txt"),
-            file_of_lines({ "48kHz 16Bit Stereo", " 0", " 0", " 1", stored }))
+        other.document().Combo1.user_edit(typed);
+        other.document().cpvSlider1.Value = 3;
+        const std::shared_ptr<Form> first = other.document().shared_from_this();
+        other.open_another().cpvSlider1.Value = -7;
+        other.document().Unload();
+        first->Unload();
+        EXPECT_EQ(other.file("setting1.txt"),
+            file_of_lines({ "48kHz 16Bit Stereo", " 0", " 3", " 1", stored }))
             << typed;
     }
 }
 
-TEST_F(Documents, TheOneClosedLastDecidesTheSettings)
+TEST_F(Documents, AreNumberedByTheLowestFreeSlotUpToThirty)
 {
-    program.start();
-    frmDocument& first = document();
-    first.cpvSlider1.user_drag(3);
-    open_another();
-    document().cpvSlider1.user_drag(-7);
-    document().Unload();
-    first.Unload();
-    EXPECT_EQ(program.file("/setting1.txt"),
-        file_of_lines({ "48kHz 16Bit Stereo", " 0", " 3", " 1", "http://a.example/" }));
-}
-
-TEST_F(Documents, AreNumberedByTheLowestFreeSlot)
-{
-    program.start();
-    open_another();
-    frmDocument& second = document();
-    open_another();
-    EXPECT_EQ(document().Caption, "Document 3");
+    start();
+    frmDocument& second = open_another();
+    EXPECT_EQ(open_another().Caption, "Document 3");
     EXPECT_EQ(document().Tag, "3");
     second.Unload();
-    open_another();
-    EXPECT_EQ(document().Caption, "Document 2");
-}
-
-TEST_F(Documents, TheThirtyFirstIsRefusedWithoutAWord)
-{
-    program.start();
+    EXPECT_EQ(open_another().Caption, "Document 2");
     for (int i = 0; i < 40; ++i)
         open_another();
-    EXPECT_EQ(program.windows.open_forms.size(), 31u); // with the main window
+    EXPECT_EQ(windows.open_forms.size(), 31u); // with the main window
     EXPECT_EQ(document().Caption, "Document 30");
-    EXPECT_TRUE(program.boxes.shown.empty());
+    EXPECT_TRUE(boxes.shown.empty());
 }
 
 TEST_F(Documents, ShowTheLineOfTheCaret)
 {
-    program.start();
-    program.pane().set_Text(u"a\nb\nc");
-    program.pane().user_selects(4, 0);
-    EXPECT_EQ(program.panel(1), "Line Number: 3");
-    program.pane().user_selects(0, 2);
-    EXPECT_EQ(program.panel(1), "Line Number: 1");
+    start();
+    pane().set_Text(u"\nb\nc");
+    const std::pair<int, int> cases[] = { { 3, 3 }, { 0, 1 }, { 1, 2 } };
+    for (const auto& [caret, line] : cases) {
+        pane().user_selects(caret, 0);
+        EXPECT_EQ(panel(1), "Line Number: " + std::to_string(line));
+    }
 }
 
-TEST_F(Documents, StopTheirReadingWhenTheTabChanges)
+TEST_F(Documents, TheTabLeadsBackToTheTextAndStopsTheReading)
 {
-    program.start();
-    document().speech.reading.SpeakBtn_Click();
-    document().speech.session.PauseBtn_Click();
-    document().TabStrip1.Click();
-    EXPECT_FALSE(document().speech.session.m_bSpeaking() || document().speech.session.m_bPaused());
+    start();
+    document().speech.session.UpdateSpeechControls(true, true);
+    document().speech.place.view_status = 2;
+    document().control_pos2();
+    document().TabStrip1.user_select(0);
+    EXPECT_EQ(state(), "idle");
     EXPECT_EQ(document().speech.place.view_status, 1);
+    EXPECT_TRUE(document().PicBox.Visible);
 }
 
 } // namespace

@@ -72,6 +72,8 @@ MessageAnswer FakeMessageBoxes::show(
     shown.push_back({ text, title, buttons, icon });
     if (buttons == MessageButtons::ok)
         return MessageAnswer::ok;
+    if (while_asking)
+        while_asking();
     if (answers.empty()) {
         ADD_FAILURE() << "nobody expected the question: " << text;
         return MessageAnswer::cancel;

@@ -51,6 +51,7 @@ public:
 
     std::vector<Box> shown;
     std::deque<MessageAnswer> answers; // for boxes that ask; a question without one fails the test
+    std::function<void()> while_asking; // what happens while such a box is open
 };
 
 class FakeDialogs : public FileDialogs {

@@ -1,15 +1,18 @@
 // The whole program on a fake platform.
 #pragma once
 
-#include "app/tessavox.h"
-#include "documents/document_window.h"
+#include "app/main_window.h"
 #include "tests/fakes/fake_platform.h"
 
+#include <gtest/gtest.h>
+
+#include <map>
+#include <sstream>
 #include <string>
 
 namespace tessavox {
 
-/// Settings files as a user's folder holds them: each data line in its place.
+/// A settings file as a user's folder holds it: each data line in its place.
 inline std::string file_of_lines(std::initializer_list<const char*> lines)
 {
     std::string bytes = "\"\r\n";
@@ -18,33 +21,100 @@ inline std::string file_of_lines(std::initializer_list<const char*> lines)
     return bytes + "\"\r\n";
 }
 
-struct RunningProgram : FakePlatform {
-    RunningProgram()
+struct UserFiles : FakePlatform {
+    UserFiles()
     {
-        files.files = {
-            { "/home/conf//opened.txt", file_of_lines({ "0" }) },
-            { "/home/conf//setting1.txt",
-                file_of_lines({ "48kHz 16Bit Stereo", " 0", " 0", " 1", "http://a.example/" }) },
-            { "/home/conf//setting2.txt", file_of_lines({ "Comic Sans MS", " 12", "False" }) },
-            { "/home/conf//setting3.txt", file_of_lines({}) },
-            { "/app/first.txt", "Hello world." },
-        };
+        file("opened.txt") = file_of_lines({ "1" });
+        file("setting1.txt")
+            = file_of_lines({ "48kHz 16Bit Stereo", " 0", " 0", " 1", "http://a.example/" });
+        file("setting2.txt") = file_of_lines({ "Comic Sans MS", " 12", "False" });
+        file("setting3.txt") = file_of_lines({});
+        files.files["/app/first.txt"] = "Hello world.";
     }
-    /// Runs Main and forgets what the start has asked of the voices and shown.
-    void start(const std::string& command_line = {})
+    std::string& file(const std::string& name) { return files.files["/home/conf//" + name]; }
+};
+
+/// The program with its main window, as Main makes it.
+struct RunningProgram : UserFiles {
+    void start(bool hidden = false)
     {
-        platform.command_line = command_line;
-        program.Main();
+        process.find_ConfigFolder();
+        main.Load();
+        if (!hidden)
+            main.Show();
         for (const auto& record : speech.records)
             record->take_calls();
     }
-    frmMain& main_window() { return program.main_window(); }
-    frmDocument& active() { return main_window().ActiveForm(); }
-    FakePane& pane() { return static_cast<FakePane&>(active().rtfText.pane()); }
-    std::string file(const std::string& name) { return files.files["/home/conf/" + name]; }
-    std::string panel(int number) { return main_window().sbStatusBar.PanelText(number); }
+    frmDocument& document() { return main.ActiveForm(); }
+    frmDocument& open_another()
+    {
+        main.mnuFileNew.run();
+        return document();
+    }
+    FakePane& pane() { return static_cast<FakePane&>(document().rtfText.pane()); }
+    std::string selected() { return to_utf8(pane().SelText().view()); }
+    std::string panel(int number) { return main.sbStatusBar.PanelText(number); }
+    VoiceRecord& voice(std::size_t index = 0) { return speech.voice(index); }
+    /// What was asked of the voice since the last look.
+    std::string asked(std::size_t index = 0)
+    {
+        std::string all;
+        for (const std::string& call : voice(index).take_calls())
+            all += (all.empty() ? "" : "; ") + call;
+        return all;
+    }
+    /// "idle", "speaking", each perhaps with " paused".
+    static std::string state_of(const SpeechSession& session)
+    {
+        return std::string(session.m_bSpeaking() ? "speaking" : "idle")
+            + (session.m_bPaused() ? " paused" : "");
+    }
+    std::string state() { return state_of(document().speech.session); }
 
-    Tessavox program{ platform };
+    Process process{ platform };
+    std::shared_ptr<frmMain> main_form = std::make_shared<frmMain>(process);
+    frmMain& main = *main_form;
 };
+
+struct ProgramTest : testing::Test, RunningProgram { };
+struct StartedProgramTest : ProgramTest {
+    StartedProgramTest() { start(); }
+};
+
+/// What a window's controls say: "name" whether it is enabled, "name:Visible", "name:Caption".
+using States = std::map<std::string, std::string>;
+
+inline const char* word(bool value)
+{
+    return value ? "on" : "off";
+}
+
+inline States states_of(const Form& form)
+{
+    States states;
+    for (const Control* control : form.controls()) {
+        states[control->name()] = word(control->Enabled);
+        states[control->name() + ":Visible"] = word(control->Visible);
+        states[control->name() + ":Caption"] = control->Caption;
+    }
+    return states;
+}
+
+/// The same, with another value for some.
+inline States with(States states, const std::string& names, const std::string& value)
+{
+    std::istringstream stream(names);
+    for (std::string name; stream >> name;) {
+        EXPECT_TRUE(states.contains(name)) << name;
+        states[name] = value;
+    }
+    return states;
+}
+
+inline void enable_all(const Form& form, bool value)
+{
+    for (Control* control : form.controls())
+        control->Enabled = value;
+}
 
 } // namespace tessavox

@@ -24,13 +24,10 @@ using Lines = std::vector<std::string>;
 
 TEST_F(TextFile, QuotesAreWrittenAndNeverStripped)
 {
-    file.WriteToFile("\r\n0\r\n", "/f");
-    EXPECT_EQ(outside.files.files["/f"], "\"\r\n0\r\n\"\r\n");
+    file.WriteToFile("\r\nsay \"a\"\r\n", "/f");
+    EXPECT_EQ(outside.files.files["/f"], "\"\r\nsay \"a\"\r\n\"\r\n");
     file.ReadFromFile("/f");
-    EXPECT_EQ(lines(), (Lines{ "\"", "0", "\"" }));
-
-    file.WriteToFile("say \"a\"", "/f");
-    EXPECT_EQ(file.ReadFromFile("/f"), "\"say \"a\"\"");
+    EXPECT_EQ(lines(), (Lines{ "\"", "say \"a\"", "\"" }));
 }
 
 TEST_F(TextFile, LinesEndAtCarriageReturns)
@@ -58,22 +55,16 @@ TEST_F(TextFile, LinesEndAtCarriageReturns)
     }
 }
 
-TEST_F(TextFile, LinesThatAreNotThereAreEmpty)
+TEST_F(TextFile, LinesThatAreNotThereAreEmptyButForTheSpareOneOfTheReadBefore)
 {
     EXPECT_EQ(file.FileText(1), "");
-    put("a\r\nb");
-    file.ReadFromFile("/f");
-    for (const std::int16_t number : { -32768, -1, 0, 3, 4, 32767 })
-        EXPECT_EQ(file.FileText(static_cast<std::int16_t>(number)), "") << number;
-}
-
-TEST_F(TextFile, TheSpareLineMayStillBeOfTheReadBefore)
-{
     put("old 1\r\nold 2\r\nold 3");
     file.ReadFromFile("/f");
+    for (const int number : { -32768, -1, 0, 4, 5, 32767 })
+        EXPECT_EQ(file.FileText(static_cast<std::int16_t>(number)), "") << number;
     put("new 1");
     file.ReadFromFile("/f");
-    EXPECT_EQ(file.TotalLine(), 1);
+    EXPECT_EQ(lines(), Lines{ "new 1" });
     EXPECT_EQ(file.FileText(2), "old 2");
     EXPECT_EQ(file.FileText(3), "");
 
@@ -83,30 +74,22 @@ TEST_F(TextFile, TheSpareLineMayStillBeOfTheReadBefore)
     EXPECT_EQ(file.FileText(1), "new 1");
 }
 
-TEST_F(TextFile, AMissingFileIsToldAndLeavesTheLinesOfTheReadBefore)
+TEST_F(TextFile, AFileThatCannotBeReadIsToldAndLeavesTheLinesOfTheReadBefore)
 {
+    EXPECT_EQ(file.ReadFromFile(""), ""); // none was read by name yet
     put("a\r\nb");
     file.ReadFromFile("/f");
+    EXPECT_EQ(file.ReadFromFile(""), "a\r\nb"); // the one read last
     EXPECT_EQ(file.ReadFromFile("/gone"), "");
-    ASSERT_EQ(outside.boxes.shown.size(), 1u);
-    EXPECT_EQ(outside.boxes.shown[0].text,
-        "The software setting files /gone have been moved, please reinstall our software again");
-    EXPECT_EQ(outside.boxes.shown[0].title, "Tessavox");
     EXPECT_EQ(lines(), (Lines{ "a", "b" }));
-}
-
-TEST_F(TextFile, AnEmptyPathReadsTheLastOneAgain)
-{
-    put("a");
-    file.ReadFromFile("/f");
-    put("b");
-    EXPECT_EQ(file.ReadFromFile(""), "b");
-
-    PCCFile fresh(outside.files, outside.boxes, outside.texts);
-    fresh.ReadFromFile("");
-    ASSERT_EQ(outside.boxes.shown.size(), 1u);
-    EXPECT_EQ(outside.boxes.shown[0].text,
-        "The software setting files  have been moved, please reinstall our software again");
+    const auto& boxes = outside.boxes.shown;
+    ASSERT_EQ(boxes.size(), 2u);
+    const std::string start = "The software setting files ";
+    const std::string end = " have been moved, please reinstall our software again";
+    EXPECT_EQ(boxes[0].text, start + end);
+    EXPECT_EQ(boxes[1].text, start + "/gone" + end);
+    EXPECT_EQ(boxes[1].title, "Tessavox");
+    EXPECT_EQ(boxes[1].buttons, MessageButtons::ok);
 }
 
 TEST_F(TextFile, LinesAreCountedInSixteenBits)
@@ -117,13 +100,13 @@ TEST_F(TextFile, LinesAreCountedInSixteenBits)
     put(bytes);
     EXPECT_NE(file.ReadFromFile("/f"), "");
     EXPECT_EQ(file.TotalLine(), 32767);
-    EXPECT_TRUE(outside.boxes.take_shown().empty());
+    EXPECT_TRUE(outside.boxes.shown.empty());
 
     put("a\r\n");
     file.ReadFromFile("/f");
     put(bytes + "one more");
     EXPECT_EQ(file.ReadFromFile("/f"), "");
-    EXPECT_EQ(outside.boxes.take_shown().size(), 1u);
+    EXPECT_EQ(outside.boxes.shown.size(), 1u);
     EXPECT_EQ(file.TotalLine(), 1);
 }
 

@@ -1,19 +1,117 @@
 #include "tests/fakes/running_program.h"
 
-#include <gtest/gtest.h>
-
 namespace tessavox::tests {
 namespace {
 
-using Calls = std::vector<std::string>;
+using Reading = StartedProgramTest;
 
-struct Reading : testing::Test {
-    Reading() { program.start(); }
-    frmDocument& document() { return program.active(); }
-    VoiceRecord& voice() { return program.speech.voice(); }
-    void put(const char16_t* text) { program.pane().set_Text(text); }
-    RunningProgram program;
+/// A command of a document and how it starts a reading.
+struct Command {
+    const char* name;
+    std::function<void(DocumentSpeech&)> run;
+    const char* asked; // of the voice, with the caret after "Hello"
+    int position; // afterwards; it was 99
+    int moves_selection; // isReadClipbd afterwards; it was 7
+    bool keeps_pause = false;
+    bool ends_failed = false; // whether a voice that fails leaves the document idle
 };
+
+const Command commands[] = {
+    { "read", [](DocumentSpeech& speech) { speech.reading.SpeakBtn_Click(); },
+        "Voice Anna; Rate 0; Volume 100; Speak \" world.\" 11", 5, 1, false, true },
+    { "clipboard", [](DocumentSpeech& speech) { speech.reading.ReadClipbdBtn_Click(); },
+        "Voice Anna; Rate 0; Speak \"copied\" 11", 5, 0 },
+    { "readtext", [](DocumentSpeech& speech) { speech.reading.readtext(u"given"); },
+        "Voice Anna; Rate 0; Speak \"given\" 11", 99, 0 },
+    { "play", [](DocumentSpeech& speech) { speech.wave_file.Play_Click(); }, "Speak \"/a.wav\" 15",
+        99, 7, true, true },
+};
+
+TEST_F(Reading, StartsInTheSameWayFromIdleAndFromAStalePause)
+{
+    clipboard.text = u"copied";
+    DocumentSpeech& speech_of = document().speech;
+    for (const Command& row : commands) {
+        for (const bool paused : { false, true }) {
+            SCOPED_TRACE(row.name + std::string(paused ? " paused" : ""));
+            speech_of.session.UpdateSpeechControls(false, paused);
+            pane().user_selects(5, 0);
+            dialogs.answers = { "/a.wav" };
+            document().chkSpFlagIsFilename.Value = 0;
+            speech_of.place.position = 99;
+            speech_of.place.isReadClipbd = 7;
+            row.run(speech_of);
+            EXPECT_EQ(
+                asked(), row.asked + std::string(paused && !row.keeps_pause ? "; Resume" : ""));
+            EXPECT_EQ(state(), paused && row.keeps_pause ? "speaking paused" : "speaking");
+            EXPECT_EQ(speech_of.place.position, row.position);
+            EXPECT_EQ(speech_of.place.isReadClipbd, row.moves_selection);
+            // A file name left over from a failed play is not taken for one again.
+            speech_of.session.UpdateSpeechControls(false, false);
+            document().chkSpFlagIsFilename.Value = 1;
+            dialogs.answers = { "/a.wav" };
+            row.run(speech_of);
+            EXPECT_EQ(document().chkSpFlagIsFilename.Value, 0);
+            asked();
+        }
+    }
+}
+
+TEST_F(Reading, GoesByItsOwnRuleOverAVoiceThatFails)
+{
+    const char* const calls[] = { "no voices", "Voice", "Rate", "Volume", "Speak" };
+    for (const Command& row : commands) {
+        for (const std::string failing : calls) {
+            for (const bool paused : { false, true }) {
+                SCOPED_TRACE(row.name + (" " + failing) + (paused ? " paused" : ""));
+                RunningProgram other;
+                other.start();
+                DocumentSpeech& speech_of = other.document().speech;
+                speech_of.session.UpdateSpeechControls(false, paused);
+                speech_of.place.isReadClipbd = 7;
+                other.dialogs.answers = { "/a.wav" };
+                other.pane().user_selects(5, 0);
+                if (failing == "no voices")
+                    other.speech.voices.clear();
+                other.voice().fail(failing);
+                row.run(speech_of);
+                const std::string step = failing == "no voices" ? "Voice" : failing;
+                const bool failed
+                    = row.ends_failed && std::string(row.asked).find(step) != std::string::npos;
+                const bool still_paused = paused && (failed || row.keeps_pause);
+                EXPECT_EQ(other.state(),
+                    std::string(failed ? "idle" : "speaking") + (still_paused ? " paused" : ""));
+                EXPECT_EQ(speech_of.place.isReadClipbd, row.moves_selection);
+                EXPECT_TRUE(other.boxes.shown.empty());
+            }
+        }
+    }
+}
+
+TEST_F(Reading, IsRefusedWhileOneRuns)
+{
+    for (const bool paused : { false, true }) {
+        document().speech.session.UpdateSpeechControls(true, paused);
+        for (const int refused : { 0, 1, 3 })
+            commands[refused].run(document().speech);
+        document().speech.wave_file.menuFileSaveToWave_Click();
+        document().speech.wave_file.DockSaveToWave_Click();
+        EXPECT_EQ(asked(), "");
+        EXPECT_TRUE(dialogs.requests.empty());
+        EXPECT_EQ(state(), paused ? "speaking paused" : "speaking");
+    }
+}
+
+TEST_F(Reading, OfAGivenTextReplacesARunningOneButNotAPausedOne)
+{
+    document().speech.session.UpdateSpeechControls(true, false);
+    document().speech.reading.readtext(u"new");
+    EXPECT_EQ(asked(), "Voice Anna; Rate 0; Speak \"new\" 11");
+    document().speech.session.UpdateSpeechControls(true, true);
+    document().speech.reading.readtext(u"dropped");
+    EXPECT_EQ(asked(), "Voice Anna; Rate 0; Resume");
+    EXPECT_EQ(state(), "speaking");
+}
 
 TEST_F(Reading, TakesTheSelectionOrElseTheRestOrElseTheWhole)
 {
@@ -38,41 +136,26 @@ TEST_F(Reading, TakesTheSelectionOrElseTheRestOrElseTheWhole)
     };
     for (const Case& row : cases) {
         SCOPED_TRACE(row.what);
-        put(row.text);
-        program.pane().user_selects(row.start, row.length);
-        voice().take_calls();
+        pane().set_Text(row.text);
+        pane().user_selects(row.start, row.length);
         document().SpeakBtn.user_press();
-        EXPECT_EQ(voice().take_calls(),
-            (Calls{ "Voice Anna", "Rate 0", "Volume 100",
-                "Speak \"" + std::string(row.spoken) + "\" 11" }));
+        EXPECT_EQ(voice().last_text, row.spoken);
         EXPECT_EQ(document().speech.place.position, row.position);
-        EXPECT_EQ(to_utf8(program.pane().SelText().view()), row.spoken);
-        EXPECT_TRUE(document().speech.session.m_bSpeaking());
-        document().speech.session.StopBtn_Click();
+        EXPECT_EQ(selected(), row.spoken);
+        EXPECT_EQ(state(), "speaking");
+        document().StopBtn.user_press();
     }
 }
 
-TEST_F(Reading, OfAnEmptyDocumentIsRefused)
+TEST_F(Reading, OfAnEmptyDocumentIsRefusedAndTouchesNothing)
 {
-    put(u"");
-    document().speech.reading.SpeakBtn_Click();
-    EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Anna", "Rate 0", "Volume 100" }));
-    EXPECT_FALSE(document().speech.session.m_bSpeaking());
-    EXPECT_TRUE(document().SpeakBtn.Enabled);
-}
-
-TEST_F(Reading, IsRefusedWhileOneRuns)
-{
-    document().speech.reading.SpeakBtn_Click();
-    for (const bool paused : { false, true }) {
-        if (paused)
-            document().speech.session.PauseBtn_Click();
-        voice().take_calls();
-        document().speech.reading.SpeakBtn_Click();
-        document().speech.reading.ReadClipbdBtn_Click();
-        EXPECT_EQ(voice().take_calls(), Calls{});
-        EXPECT_EQ(document().speech.session.m_bPaused(), paused);
-    }
+    pane().set_Text(u"");
+    document().chkSpFlagIsFilename.Value = 1;
+    document().speech.session.UpdateSpeechControls(false, true);
+    document().SpeakBtn.user_press();
+    EXPECT_EQ(asked(), "Voice Anna; Rate 0; Volume 100");
+    EXPECT_EQ(document().chkSpFlagIsFilename.Value, 1);
+    EXPECT_EQ(state(), "idle paused");
 }
 
 TEST_F(Reading, ForcesThePanelOntoTheVoice)
@@ -80,140 +163,54 @@ TEST_F(Reading, ForcesThePanelOntoTheVoice)
     document().VoiceCB.user_choose(1);
     document().cpvSlider1.user_step(-4);
     document().cpvSlider2.user_step(30);
-    voice().take_calls();
-    document().speech.reading.SpeakBtn_Click();
-    EXPECT_EQ(voice().take_calls(),
-        (Calls{ "Voice Bob", "Rate -4", "Volume 30", "Speak \"Hello world.\" 11" }));
-}
-
-TEST_F(Reading, ThatFailsReturnsToIdleAndKeepsThePause)
-{
-    for (const char* call : { "Voice", "Rate", "Volume", "Speak" }) {
-        for (const bool paused : { false, true }) {
-            SCOPED_TRACE(call);
-            voice().mend();
-            if (paused)
-                document().speech.session.PauseBtn_Click();
-            voice().fail(call);
-            document().speech.reading.SpeakBtn_Click();
-            EXPECT_FALSE(document().speech.session.m_bSpeaking());
-            EXPECT_EQ(document().speech.session.m_bPaused(), paused);
-        }
-        document().speech.session.ResumeBtn_Click();
-    }
-    voice().mend();
-    program.speech.voices.clear();
-    document().speech.reading.SpeakBtn_Click();
-    EXPECT_FALSE(document().speech.session.m_bSpeaking());
-    EXPECT_TRUE(program.boxes.shown.empty());
-}
-
-TEST_F(Reading, OutOfAStalePauseResumesTheVoiceLast)
-{
-    document().speech.session.PauseBtn_Click();
-    voice().take_calls();
-    document().speech.reading.SpeakBtn_Click();
-    EXPECT_EQ(voice().calls.back(), "Resume");
-    EXPECT_TRUE(document().speech.session.m_bSpeaking() && !document().speech.session.m_bPaused());
-}
-
-TEST_F(Reading, OfTheClipboardSetsNoVolumeAndMovesNoSelection)
-{
-    program.clipboard.text = u"copied";
-    program.pane().user_selects(5, 0);
-    voice().take_calls();
-    document().ReadClipbdBtn.user_press();
-    EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Anna", "Rate 0", "Speak \"copied\" 11" }));
-    EXPECT_EQ(document().speech.place.isReadClipbd, 0);
-    EXPECT_EQ(document().speech.place.position, 5);
-    voice().word(0, 6);
-    EXPECT_EQ(program.pane().SelLength(), 0);
-    voice().end_stream();
-    document().speech.reading.SpeakBtn_Click();
-    EXPECT_EQ(document().speech.place.isReadClipbd, 1);
-}
-
-TEST_F(Reading, EndsTheReadingOfFilesByName)
-{
-    const std::function<void()> entries[] = { [&] { document().speech.reading.SpeakBtn_Click(); },
-        [&] { document().speech.reading.ReadClipbdBtn_Click(); },
-        [&] { document().speech.reading.readtext(u"a"); } };
-    for (const auto& entry : entries) {
-        document().chkSpFlagIsFilename.Value = 1;
-        entry();
-        EXPECT_EQ(document().chkSpFlagIsFilename.Value, 0);
-        document().speech.session.StopBtn_Click();
-    }
-}
-
-TEST_F(Reading, OfTheClipboardGoesOnOverFailures)
-{
-    program.speech.voices.clear();
-    voice().fail("Speak");
-    voice().fail("Rate");
-    document().speech.reading.ReadClipbdBtn_Click();
-    EXPECT_TRUE(document().speech.session.m_bSpeaking());
-}
-
-TEST_F(Reading, AGivenTextReplacesARunningReadingButNotAPausedOne)
-{
-    document().speech.reading.SpeakBtn_Click();
-    voice().take_calls();
-    document().speech.reading.readtext(u"new");
-    EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Anna", "Rate 0", "Speak \"new\" 11" }));
-    document().speech.session.PauseBtn_Click();
-    voice().take_calls();
-    document().speech.reading.readtext(u"dropped");
-    EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Anna", "Rate 0", "Resume" }));
-    EXPECT_TRUE(document().speech.session.m_bSpeaking() && !document().speech.session.m_bPaused());
+    asked();
+    document().SpeakBtn.user_press();
+    EXPECT_EQ(asked(), "Voice Bob; Rate -4; Volume 30; Speak \"Hello world.\" 11");
 }
 
 TEST_F(Reading, ThatBlocksLeavesTheSpeakingStateBehind)
 {
-    document().chkSpFlagAync.Value = 0;
-    program.speech.while_speaking = [](VoiceRecord& record) {
+    speech.while_speaking = [](VoiceRecord& record) {
         record.start_stream();
         record.end_stream();
     };
-    document().speech.reading.SpeakBtn_Click();
-    EXPECT_EQ(voice().calls.back(), "Speak \"Hello world.\" 10");
-    EXPECT_TRUE(document().speech.session.m_bSpeaking());
+    document().SpeakBtn.user_press();
+    EXPECT_EQ(state(), "speaking");
 }
 
 TEST_F(Reading, CopiesNoTextOnItsWay)
 {
-    put(std::u16string(100000, u'a').c_str());
-    document().speech.reading.SpeakBtn_Click();
-    EXPECT_EQ(voice().last_slice.view().data(), program.pane().Text().view().data());
+    pane().set_Text(std::u16string(100000, u'a'));
+    document().SpeakBtn.user_press();
+    EXPECT_EQ(voice().last_slice.view().data(), pane().Text().view().data());
 }
 
 TEST_F(Reading, FlagsFollowTheirBoxes)
 {
+    using D = DocumentControls;
     struct Case {
-        CheckBox DocumentControls::*box;
+        CheckBox D::*box;
         int value;
         int flags;
     };
     const Case cases[] = {
-        { &DocumentControls::chkSpFlagAync, 0, 10 },
-        { &DocumentControls::chkSpFlagPurgeBeforeSpeak, 0, 8 },
-        { &DocumentControls::chkSpFlagIsXML, 0, 16 },
-        { &DocumentControls::chkSpFlagPersistXML, 1, 48 },
-        { &DocumentControls::chkSpFlagNLPSpeakPunc, 1, 112 },
-        { &DocumentControls::chkSpFlagAync, 1, 113 },
-        { &DocumentControls::chkSpFlagIsXML, 1, 105 },
+        { &D::chkSpFlagAync, 0, 10 },
+        { &D::chkSpFlagPurgeBeforeSpeak, 0, 8 },
+        { &D::chkSpFlagIsXML, 0, 16 },
+        { &D::chkSpFlagPersistXML, 1, 48 },
+        { &D::chkSpFlagNLPSpeakPunc, 1, 112 },
+        { &D::chkSpFlagAync, 1, 113 },
+        { &D::chkSpFlagIsXML, 1, 105 },
+        { &D::chkSpFlagIsXML, 0, 113 },
+        { &D::chkSpFlagIsFilename, 1, 117 },
     };
     for (const Case& row : cases) {
         (document().*row.box).Value = row.value;
-        document().speech.reading.SpeakBtn_Click();
-        EXPECT_EQ(voice().calls.back(), "Speak \"Hello world.\" " + std::to_string(row.flags));
-        document().speech.session.StopBtn_Click();
+        EXPECT_EQ(document().speech.flags.m_lSpeakFlags(), row.flags);
     }
-    document().chkSpFlagIsXML.Value = 0;
-    document().speech.panel.ResetBtn_Click();
-    EXPECT_EQ(document().chkSpFlagIsXML.Value, 0);
-    document().speech.reading.SpeakBtn_Click();
-    EXPECT_EQ(voice().calls.back(), "Speak \"Hello world.\" 11");
+    document().ResetBtn.user_press();
+    EXPECT_EQ(document().chkSpFlagIsXML.Value, 0); // it isn't reset, though its bit is
+    EXPECT_EQ(document().speech.flags.m_lSpeakFlags(), 11);
 }
 
 } // namespace

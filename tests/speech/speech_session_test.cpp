@@ -1,160 +1,113 @@
 #include "forms/localise_form.h"
-#include "speech/document_speech.h"
-
 #include "tests/fakes/running_program.h"
-
-#include <gtest/gtest.h>
-
-#include <sstream>
 
 namespace tessavox {
 namespace {
-
-/// What a window's controls say: "name", "name:Visible", "name:Caption" and their values.
-using States = std::map<std::string, std::string>;
-
-const char* word(bool value)
-{
-    return value ? "on" : "off";
-}
-
-States states_of(const Form& form)
-{
-    States states;
-    for (const Control* control : form.controls()) {
-        states[control->name()] = word(control->Enabled);
-        states[control->name() + ":Visible"] = word(control->Visible);
-        states[control->name() + ":Caption"] = control->Caption;
-    }
-    return states;
-}
-
-States with(States states, const std::string& names, const std::string& value)
-{
-    std::istringstream stream(names);
-    for (std::string name; stream >> name;) {
-        EXPECT_TRUE(states.contains(name)) << name;
-        states[name] = value;
-    }
-    return states;
-}
 
 /// A session with its three windows, none of them loaded.
 struct Session : testing::Test {
     FakePlatform outside;
     Forms forms{ outside.windows, outside.platform.post, [] {} };
-    std::shared_ptr<MainControls> main = std::make_shared<MainControls>(forms);
-    std::shared_ptr<DockControls> dock = std::make_shared<DockControls>(forms);
-    std::shared_ptr<DocumentControls> document
-        = std::make_shared<DocumentControls>(forms, outside.panes.create());
+    MainControls main{ forms };
+    DockControls dock{ forms };
+    DocumentControls document{ forms, outside.panes.create() };
     PCCFile settings{ outside.files, outside.boxes, outside.texts };
     std::string folder;
-    DocumentSpeech speech{ { *document, *dock, *main }, outside.platform, settings, folder };
+    DocumentSpeech speech{ { document, dock, main }, outside.platform, settings, folder };
     SpeechSession& session = speech.session;
 
     Session()
     {
         speech.create_voice();
-        for (Form* form : std::initializer_list<Form*>{ main.get(), document.get() })
-            LocaliseForm(*form, outside.texts);
+        LocaliseForm(main, outside.texts);
     }
     VoiceRecord& voice() { return outside.speech.voice(); }
-    void set_all_enabled(bool value)
-    {
-        for (Form* form : std::initializer_list<Form*>{ main.get(), dock.get(), document.get() }) {
-            for (Control* control : form->controls())
-                control->Enabled = value;
-        }
-    }
-    std::string state() const
-    {
-        return std::string(session.m_bSpeaking() ? "speaking" : "idle")
-            + (session.m_bPaused() ? " paused" : "");
-    }
+    std::string state() const { return RunningProgram::state_of(session); }
 };
 
-const std::string document_off = "SpeakBtn ReadClipbdBtn Play SpeaktofileBtn ReadClipboardtoFile "
-                                 "VoiceCB FormatCB cpvSlider1 cpvSlider2 ResetBtn";
-const std::string dock_off = "ReadClipbdBtn SpeaktofileBtn Play";
-const std::string dock_on = "StopBtn PauseBtn";
-const std::string main_off
-    = "mnuTrayReadClipboard mnuTrayPlayFile mnuTrayClipboardtoWav mnuPopSpeak mnuCtlSpeak "
-      "mnuCtlclipboard mnuCtlPlay mnuCtlSaveClipboardTexttoWav mnuCtlSpeaktofile mnuEdit "
-      "mnuWebsite "
-      "mnuFile mnuFormat mnuWindow mnuInsert tbToolBar Toolbar2";
-const std::string main_on
-    = "mnuTrayStop mnuTrayPause mnuPopStop mnuPopPause mnuCtlPause mnuCtlStop";
-
-TEST_F(Session, ASpeakingDocumentLeavesStopAndPauseOnly)
+TEST_F(Session, SetsTheControlsOfAllThreeWindows)
 {
-    for (const bool before : { false, true }) {
-        set_all_enabled(before);
-        for (const bool paused : { false, true }) {
-            const char* const caption = paused ? "Resume" : "Pause";
-            States in_document = with(states_of(*document), document_off, "off");
-            in_document = with(in_document, "StopBtn PauseBtn", "on");
-            in_document = with(in_document, "PauseBtn:Visible", word(!paused));
-            in_document = with(in_document, "ResumeBtn:Visible", word(paused));
-            States in_dock = with(with(states_of(*dock), dock_off, "off"), dock_on, "on");
-            in_dock = with(in_dock, "PauseBtn:Caption", caption);
-            States in_main = with(with(states_of(*main), main_off, "off"), main_on, "on");
-            in_main = with(
-                in_main, "mnuCtlPause:Caption mnuTrayPause:Caption mnuPopPause:Caption", caption);
-
-            session.UpdateSpeechControls(true, paused);
-
-            EXPECT_EQ(states_of(*document), in_document);
-            EXPECT_EQ(states_of(*dock), in_dock);
-            EXPECT_EQ(states_of(*main), in_main);
-            EXPECT_EQ(state(), paused ? "speaking paused" : "speaking");
+    struct Window {
+        const Form& form;
+        const char* while_idle;
+        const char* while_speaking;
+        const char* captions;
+    };
+    const Window windows[] = {
+        { document,
+            "SpeakBtn ReadClipbdBtn Play SpeaktofileBtn ReadClipboardtoFile VoiceCB FormatCB "
+            "cpvSlider1 cpvSlider2 ResetBtn",
+            "StopBtn PauseBtn", "" },
+        { dock, "ReadClipbdBtn SpeaktofileBtn Play", "StopBtn PauseBtn", "PauseBtn:Caption" },
+        { main,
+            "mnuTrayReadClipboard mnuTrayPlayFile mnuTrayClipboardtoWav mnuPopSpeak mnuCtlSpeak "
+            "mnuCtlclipboard mnuCtlPlay mnuCtlSaveClipboardTexttoWav mnuCtlSpeaktofile mnuEdit "
+            "mnuWebsite mnuFile mnuFormat mnuWindow mnuInsert tbToolBar Toolbar2",
+            "mnuTrayStop mnuTrayPause mnuPopStop mnuPopPause mnuCtlPause mnuCtlStop",
+            "mnuCtlPause:Caption mnuTrayPause:Caption mnuPopPause:Caption" },
+    };
+    for (int round = 0; round < 16; ++round) {
+        const bool before = round & 1, speaking = round & 2, paused = round & 4,
+                   resumes = round & 8;
+        SCOPED_TRACE(round);
+        session.UpdateSpeechControls(true, resumes); // captions say so from here on
+        std::vector<States> expected;
+        for (const Window& window : windows) {
+            enable_all(window.form, before);
+            States states = with(with(states_of(window.form), window.while_idle, word(!speaking)),
+                window.while_speaking, word(speaking));
+            if (speaking)
+                states = with(states, window.captions, paused ? "Resume" : "Pause");
+            expected.push_back(states);
         }
+        expected[0]["SkipBtn"] = word(speaking && before); // nothing ever enables it
+        expected[0]["PauseBtn:Visible"] = word(!(speaking && paused));
+        expected[0]["ResumeBtn:Visible"] = word(speaking && paused);
+
+        session.UpdateSpeechControls(speaking, paused);
+
+        for (int i = 0; i < 3; ++i)
+            EXPECT_EQ(states_of(windows[i].form), expected[static_cast<std::size_t>(i)]);
+        EXPECT_EQ(session.m_bSpeaking(), speaking);
+        EXPECT_EQ(session.m_bPaused(), paused);
     }
 }
 
-TEST_F(Session, AnIdleDocumentOffersAllButStopAndPauseAndKeepsCaptions)
-{
-    for (const bool before : { false, true }) {
-        for (const bool paused : { false, true }) {
-            session.UpdateSpeechControls(true, true); // captions say "Resume" from here on
-            set_all_enabled(before);
-            States in_document = with(states_of(*document), document_off, "on");
-            in_document = with(in_document, "StopBtn PauseBtn SkipBtn ResumeBtn:Visible", "off");
-            in_document = with(in_document, "PauseBtn:Visible", "on");
-            in_document["ResumeBtn"] = word(before);
-            const States in_dock = with(with(states_of(*dock), dock_off, "on"), dock_on, "off");
-            const States in_main = with(with(states_of(*main), main_off, "on"), main_on, "off");
-
-            session.UpdateSpeechControls(false, paused);
-
-            EXPECT_EQ(states_of(*document), in_document);
-            EXPECT_EQ(states_of(*dock), in_dock);
-            EXPECT_EQ(states_of(*main), in_main);
-            EXPECT_EQ(main->mnuCtlPause.Caption, "Resume");
-            EXPECT_EQ(state(), paused ? "idle paused" : "idle");
-        }
-    }
-}
-
-TEST_F(Session, EachTriggerLeadsToItsState)
+TEST_F(Session, EachTriggerLeadsToItsStateAndAsksTheVoice)
 {
     struct Case {
         const char* trigger;
         std::function<void()> run;
         // After it, from each of: idle, speaking, speaking paused, idle paused.
         const char* after[4];
+        std::vector<std::string> asked;
+        const char* failing = "";
     };
+    const auto pause = [&] { session.PauseBtn_Click(); };
+    const auto resume = [&] { session.ResumeBtn_Click(); };
+    const auto stop = [&] { session.StopBtn_Click(); };
+    const auto skip = [&] { session.SkipBtn_Click(); };
     const Case cases[] = {
-        { "pause", [&] { session.PauseBtn_Click(); },
-            { "idle paused", "speaking paused", "speaking paused", "idle paused" } },
-        { "resume", [&] { session.ResumeBtn_Click(); },
-            { "idle", "speaking", "speaking", "idle" } },
-        { "stop", [&] { session.StopBtn_Click(); }, { "idle", "idle", "idle", "idle" } },
-        { "skip", [&] { session.SkipBtn_Click(); },
-            { "idle", "speaking", "speaking paused", "idle paused" } },
+        { "pause", pause, { "idle paused", "speaking paused", "speaking paused", "idle paused" },
+            { "Pause" } },
+        { "resume", resume, { "idle", "speaking", "speaking", "idle" }, { "Resume" } },
+        { "stop", stop, { "idle", "idle", "idle", "idle" }, { "Speak \"\" 2" } },
+        { "skip", skip, { "idle", "speaking", "speaking paused", "idle paused" },
+            { "Skip Sentence 0" } },
         { "start of stream", [&] { voice().start_stream(); },
-            { "speaking", "speaking", "speaking paused", "speaking paused" } },
+            { "speaking", "speaking", "speaking paused", "speaking paused" }, {} },
         { "end of stream", [&] { voice().end_stream(); },
-            { "idle", "idle", "idle paused", "idle paused" } },
+            { "idle", "idle", "idle paused", "idle paused" }, {} },
+        // A failure of the voice stops nothing but a stop.
+        { "pause that fails", pause,
+            { "idle paused", "speaking paused", "speaking paused", "idle paused" }, {}, "Pause" },
+        { "resume that fails", resume, { "idle", "speaking", "speaking", "idle" }, {}, "Resume" },
+        { "stop without its resume", stop, { "idle", "idle", "speaking paused", "idle paused" },
+            { "Speak \"\" 2" }, "Resume" },
+        { "stop that fails", stop, { "idle", "speaking", "speaking paused", "idle paused" }, {},
+            "Speak" },
+        { "skip that fails", skip, { "idle", "speaking", "speaking paused", "idle paused" }, {},
+            "Skip" },
     };
     const std::pair<bool, bool> befores[]
         = { { false, false }, { true, false }, { true, true }, { false, true } };
@@ -162,62 +115,28 @@ TEST_F(Session, EachTriggerLeadsToItsState)
         for (int i = 0; i < 4; ++i) {
             session.UpdateSpeechControls(befores[i].first, befores[i].second);
             SCOPED_TRACE(row.trigger + (" from " + state()));
+            auto expected = row.asked;
+            if (row.trigger == std::string("stop") && befores[i].second)
+                expected.push_back("Resume"); // after the purge
+            voice().mend();
+            voice().fail(row.failing);
             row.run();
             EXPECT_EQ(state(), row.after[i]);
+            EXPECT_EQ(voice().take_calls(), expected);
         }
     }
 }
 
-using Calls = std::vector<std::string>;
-
-TEST_F(Session, StoppingAPausedReadingPurgesBeforeItResumes)
-{
-    session.UpdateSpeechControls(true, true);
-    session.StopBtn_Click();
-    EXPECT_EQ(voice().take_calls(), (Calls{ "Speak \"\" 2", "Resume" }));
-    session.StopBtn_Click();
-    EXPECT_EQ(voice().take_calls(), (Calls{ "Speak \"\" 2" }));
-}
-
-TEST_F(Session, AFailureOfTheVoiceStopsOnlyAStop)
-{
-    session.UpdateSpeechControls(true, true);
-    voice().fail("Resume");
-    session.StopBtn_Click();
-    EXPECT_EQ(state(), "speaking paused");
-    voice().fail("Speak");
-    session.StopBtn_Click();
-    EXPECT_EQ(state(), "speaking paused");
-
-    voice().fail("Pause");
-    session.ResumeBtn_Click();
-    EXPECT_EQ(state(), "speaking");
-    session.PauseBtn_Click();
-    EXPECT_EQ(state(), "speaking paused");
-}
-
 TEST_F(Session, SkipTakesItsCountFromTheBox)
 {
-    const std::pair<const char*, Calls> cases[]
-        = { { "0", { "Skip Sentence 0" } }, { " -3", { "Skip Sentence -3" } },
-              { "1.6", { "Skip Sentence 2" } }, { "40000", {} }, { "two", {} }, { "", {} } };
+    const std::pair<const char*, std::vector<std::string>> cases[]
+        = { { " -3", { "Skip Sentence -3" } }, { "1.6", { "Skip Sentence 2" } }, { "40000", {} },
+              { "two", {} }, { "", {} } };
     for (const auto& [text, calls] : cases) {
-        document->SkipTxtBox.Text = text;
+        document.SkipTxtBox.Text = text;
         session.SkipBtn_Click();
         EXPECT_EQ(voice().take_calls(), calls) << text;
     }
-}
-
-TEST_F(Session, WithoutAVoiceTheHandlersDoWhatIsLeft)
-{
-    speech.Voice.release();
-    session.PauseBtn_Click();
-    EXPECT_EQ(state(), "idle paused");
-    session.StopBtn_Click();
-    EXPECT_EQ(state(), "idle paused");
-    session.SkipBtn_Click();
-    session.ResumeBtn_Click();
-    EXPECT_EQ(state(), "idle");
 }
 
 } // namespace

@@ -1,18 +1,9 @@
 #include "tests/fakes/running_program.h"
 
-#include <gtest/gtest.h>
-
 namespace tessavox::tests {
 namespace {
 
-using Calls = std::vector<std::string>;
-
-struct Panel : testing::Test {
-    void start() { program.start(); }
-    frmDocument& document() { return program.active(); }
-    VoiceRecord& voice() { return program.speech.voice(); }
-    RunningProgram program;
-};
+using Panel = ProgramTest;
 
 TEST_F(Panel, FormatsCarryTheirPublishedNumbersButForTheFirst)
 {
@@ -30,19 +21,23 @@ TEST_F(Panel, FormatsCarryTheirPublishedNumbersButForTheFirst)
 
 TEST_F(Panel, TheLoadAsksTheVoiceInThisOrder)
 {
-    program.files.files["/home/conf//setting1.txt"]
-        = file_of_lines({ "16kHz 8Bit Mono", " 1", "-3", " 0", "x.y" });
-    program.program.Main();
-    EXPECT_EQ(voice().take_calls(),
-        (Calls{ "Voice Bob", "Volume 100", "AllowFormatChanges false", "device.FormatType 16",
-            "AudioOutputStream device", "AudioOutput Speakers", "AllowFormatChanges false",
-            "device.FormatType 16", "AudioOutputStream device" }));
+    file("setting1.txt") = file_of_lines({ "16kHz 8Bit Mono", " 1", "-3", " 0", "x.y" });
+    main.Show();
+    EXPECT_EQ(asked(),
+        "Voice Bob; Volume 100; AllowFormatChanges false; device.FormatType 16; "
+        "AudioOutputStream device; AudioOutput Speakers; AllowFormatChanges false; "
+        "device.FormatType 16; AudioOutputStream device");
     EXPECT_EQ(document().cpvSlider1.Value, -3);
     EXPECT_EQ(document().cpvSlider2.Value, 100);
     EXPECT_EQ(document().Check1.Value, 0);
-    EXPECT_EQ(program.panel(2), "Speaker:  Bob");
-    EXPECT_EQ(program.panel(3), "Speaking Speed: -3");
-    EXPECT_FALSE(document().AudioOutputCB.Visible);
+    EXPECT_EQ(document().chkSpFlagIsXML.Value + document().chkSpFlagAync.Value
+            + document().chkSpFlagPurgeBeforeSpeak.Value,
+        3);
+    EXPECT_EQ(document().speech.flags.m_lSpeakFlags(), 11);
+    EXPECT_EQ(panel(2) + ", " + panel(3), "Speaker:  Bob, Speaking Speed: -3");
+    EXPECT_EQ(document().speech.place.view_status, 1);
+    EXPECT_EQ(state(), "idle");
+    EXPECT_FALSE(document().StopBtn.Enabled || main.mnuCtlStop.Enabled);
 }
 
 TEST_F(Panel, BarsReachTheVoiceByDraggingOnly)
@@ -51,112 +46,149 @@ TEST_F(Panel, BarsReachTheVoiceByDraggingOnly)
     document().cpvSlider1.user_step(-10);
     document().cpvSlider1.Value = 5;
     document().cpvSlider2.user_step(70);
-    EXPECT_EQ(voice().take_calls(), Calls{});
-    EXPECT_EQ(program.panel(3), "Speaking Speed: 0");
+    EXPECT_EQ(asked(), "");
+    EXPECT_EQ(panel(3), "Speaking Speed: 0");
     document().cpvSlider1.user_drag(-10);
     document().cpvSlider2.user_drag(40);
-    EXPECT_EQ(voice().take_calls(), (Calls{ "Rate -10", "Volume 40" }));
-    EXPECT_EQ(program.panel(3), "Speaking Speed: -10");
+    EXPECT_EQ(asked(), "Rate -10; Volume 40");
+    EXPECT_EQ(panel(3), "Speaking Speed: -10");
 }
 
-TEST_F(Panel, AVoiceThatCannotBeChosenStillShows)
+TEST_F(Panel, AFailureOfTheVoiceSkipsOneStepOrAllThatFollow)
 {
     start();
-    voice().fail("Voice");
-    document().VoiceCB.user_choose(1);
-    EXPECT_EQ(program.panel(2), "Speaker:  Bob");
+    using D = DocumentControls;
+    struct Case {
+        const char* failing;
+        ComboBox D::*list;
+        int chosen;
+        const char* asked;
+    };
+    const Case cases[] = {
+        { "AllowFormatChanges", &D::FormatCB, 14,
+            "device.FormatType 18; AudioOutputStream device" },
+        { "device.FormatType", &D::FormatCB, 14,
+            "AllowFormatChanges false; AudioOutputStream device" },
+        { "AudioOutputStream", &D::FormatCB, 14, "AllowFormatChanges false; device.FormatType 18" },
+        { "AudioOutput", &D::AudioOutputCB, 0, "" }, // no format either
+        { "Voice", &D::VoiceCB, 1, "" },
+    };
+    for (const Case& row : cases) {
+        voice().mend();
+        voice().fail(row.failing);
+        (document().*row.list).user_choose(row.chosen);
+        EXPECT_EQ(asked(), row.asked) << row.failing;
+    }
+    EXPECT_EQ(panel(2), "Speaker:  Bob");
 }
 
 TEST_F(Panel, ResetRestoresTheDefaultsInThisOrder)
 {
     start();
-    document().Check1.Value = 0;
-    document().VoiceCB.user_choose(1);
-    document().FormatCB.Text = "8kHz 8Bit Mono";
-    document().cpvSlider1.user_drag(4);
-    document().cpvSlider2.user_drag(4);
-    document().SkipTxtBox.Text = "9";
     CheckBox* const unticked[] = { &document().chkSpFlagPersistXML,
         &document().chkSpFlagNLPSpeakPunc, &document().chkSpFlagIsFilename };
-    for (CheckBox* box : unticked)
-        box->Value = 1;
-    document().speech.session.PauseBtn_Click();
-    voice().take_calls();
+    CheckBox* const ticked[]
+        = { &document().Check1, &document().chkSpFlagAync, &document().chkSpFlagPurgeBeforeSpeak };
+    for (const bool paused : { true, false }) {
+        document().VoiceCB.user_choose(1);
+        document().FormatCB.Text = "8kHz 8Bit Mono";
+        document().cpvSlider1.user_drag(4);
+        document().cpvSlider2.user_drag(4);
+        document().SkipTxtBox.Text = "9";
+        for (CheckBox* box : unticked)
+            box->Value = 1;
+        for (CheckBox* box : ticked)
+            box->Value = 0;
+        document().speech.session.UpdateSpeechControls(true, paused);
+        document().ResetBtn.Enabled = true;
+        asked();
 
-    document().speech.panel.ResetBtn_Click();
+        document().ResetBtn.user_press();
 
-    const Calls format{ "AllowFormatChanges false", "device.FormatType 39",
-        "AudioOutputStream device" };
-    EXPECT_EQ(voice().take_calls(),
-        (Calls{ "AudioOutput Speakers", "AllowFormatChanges false", "device.FormatType 6",
-            "AudioOutputStream device", "AudioOutput default", "Voice Anna", format[0], format[1],
-            format[2], "Volume 100", "Rate 0", "Resume" }));
-    EXPECT_EQ(document().Check1.Value, 1);
-    EXPECT_EQ(document().FormatCB.Text, "48kHz 16Bit Stereo");
-    EXPECT_EQ(document().SkipTxtBox.Text, "0");
-    for (const CheckBox* box : unticked)
-        EXPECT_EQ(box->Value, 0) << box->name();
-    EXPECT_FALSE(document().speech.session.m_bPaused());
-    // The state comes last and offers the tray's entry again, although reading is automatic now.
-    EXPECT_TRUE(program.main_window().mnuTrayReadClipboard.Enabled);
+        EXPECT_EQ(asked(),
+            "AudioOutput Speakers; AllowFormatChanges false; device.FormatType 6; "
+            "AudioOutputStream device; AudioOutput default; Voice Anna; AllowFormatChanges false; "
+            "device.FormatType 39; AudioOutputStream device; Volume 100; Rate 0"
+                + std::string(paused ? "; Resume" : ""));
+        EXPECT_EQ(document().FormatCB.Text, "48kHz 16Bit Stereo");
+        EXPECT_EQ(document().cpvSlider1.Value, 0);
+        EXPECT_EQ(document().cpvSlider2.Value, 100);
+        EXPECT_EQ(document().SkipTxtBox.Text, "0");
+        for (const CheckBox* box : unticked)
+            EXPECT_EQ(box->Value, 0) << box->name();
+        for (const CheckBox* box : ticked)
+            EXPECT_EQ(box->Value, 1) << box->name();
+        EXPECT_EQ(state(), "idle");
+        // The state comes last and offers the tray's entry again, although reading is automatic.
+        EXPECT_TRUE(main.mnuTrayReadClipboard.Enabled);
+    }
 }
 
 TEST_F(Panel, AutomaticReadingTakesTheTrayEntryAway)
 {
     start();
-    document().Check1.user_toggle();
-    EXPECT_TRUE(program.main_window().mnuTrayReadClipboard.Enabled);
-    document().Check1.user_toggle();
-    EXPECT_FALSE(program.main_window().mnuTrayReadClipboard.Enabled);
+    for (const bool offered : { true, false }) {
+        document().Check1.user_toggle();
+        EXPECT_EQ(main.mnuTrayReadClipboard.Enabled, offered);
+    }
 }
 
 TEST_F(Panel, ACompanionProgramCanChangeVoiceAndSpeed)
 {
-    start();
-    program.files.files["/home/conf//setting1.txt"] = file_of_lines({ "", " 1", " 7", " 1", "" });
-    program.files.files["/home/conf//control.txt"] = file_of_lines({ "1", "0", "0", "0" });
-    document().speech.panel.Adjustspeaker();
-    EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Bob", "Voice Bob" }));
-    EXPECT_EQ(program.panel(2), "Speaker:  Bob");
-    EXPECT_EQ(document().cpvSlider1.Value, 0);
-    EXPECT_EQ(program.file("/control.txt"), file_of_lines({ "0", "0", "0", "0" }));
-
-    // A voice that isn't there changes nothing, but the panel tells this document's voice again.
-    program.files.files["/home/conf//setting1.txt"] = file_of_lines({ "", " 9", " 7", " 1", "" });
-    program.main_window().sbStatusBar.PanelText(2) = "Speaker:  of another document";
-    document().speech.panel.Adjustspeaker();
-    EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Bob" }));
-    EXPECT_EQ(program.panel(2), "Speaker:  Bob");
-
-    program.files.files["/home/conf//control.txt"] = file_of_lines({ "0", "1", "0", "0" });
-    document().speech.panel.Adjustspeed();
-    EXPECT_EQ(voice().take_calls(), (Calls{ "Rate 7" }));
-    EXPECT_EQ(program.panel(3), "Speaking Speed: 7");
-    EXPECT_EQ(program.file("/control.txt"), file_of_lines({ "0", "0", "0", "0" }));
+    struct Case {
+        const char* voice;
+        const char* speed;
+        const char* asked;
+        const char* panels;
+    };
+    const Case speakers[] = {
+        { " 1", " 7", "Voice Bob; Voice Bob", "Speaker:  Bob, of another" },
+        { " 9", " 7", "Voice Anna", "Speaker:  Anna, of another" }, // there is no such voice
+    };
+    const Case speeds[] = {
+        { " 1", " 7", "Rate 7", "of another, Speaking Speed: 7" },
+        { " 1", " 11", "Rate 0", "of another, Speaking Speed: 0" }, // no such speed
+    };
+    const auto check = [](const Case& row, void (VoicePanel::*adjust)()) {
+        RunningProgram other;
+        other.start();
+        other.file("setting1.txt") = file_of_lines({ "", row.voice, row.speed, " 1", "" });
+        other.file("control.txt") = file_of_lines({ "1", "1", "0", "0" });
+        other.main.sbStatusBar.PanelText(2) = "of another";
+        other.main.sbStatusBar.PanelText(3) = "of another";
+        (other.document().speech.panel.*adjust)();
+        EXPECT_EQ(other.asked(), row.asked);
+        EXPECT_EQ(other.panel(2) + ", " + other.panel(3), row.panels);
+        EXPECT_EQ(other.file("control.txt"), file_of_lines({ "0", "0", "0", "0" }));
+    };
+    for (const Case& row : speakers)
+        check(row, &VoicePanel::Adjustspeaker);
+    for (const Case& row : speeds)
+        check(row, &VoicePanel::Adjustspeed);
 }
 
 TEST_F(Panel, WithoutAVoiceTheWindowLoadsToItsEnd)
 {
-    program.files.files["/home/conf//setting1.txt"] = file_of_lines({ "", " 1", "-3", " 0", "" });
-    program.speech.refuses_voices = true;
+    file("setting1.txt") = file_of_lines({ "", " 1", "-3", " 0", "" });
+    speech.refuses_voices = true;
     start();
-    EXPECT_EQ(program.panel(3), "Speaking Speed: -3");
-    EXPECT_EQ(program.pane().font_name, "Comic Sans MS");
-    document().speech.reading.SpeakBtn_Click();
-    EXPECT_FALSE(document().speech.session.m_bSpeaking());
-    EXPECT_TRUE(program.main_window().Unload());
+    EXPECT_EQ(panel(3), "Speaking Speed: -3");
+    EXPECT_EQ(pane().font_name, "Comic Sans MS");
+    document().SpeakBtn.user_press();
+    EXPECT_EQ(state(), "idle");
+    EXPECT_TRUE(main.Unload());
 }
 
 TEST_F(Panel, WithoutVoicesAndOutputsItStillLoads)
 {
-    program.speech.voices.clear();
-    program.speech.outputs.clear();
+    speech.voices.clear();
+    speech.outputs.clear();
     start();
     EXPECT_EQ(document().VoiceCB.ListIndex, -1);
     EXPECT_EQ(document().AudioOutputCB.Text, "No audio ouput object available");
     EXPECT_FALSE(document().AudioOutputCB.Enabled);
-    EXPECT_EQ(program.panel(2), "Speaker:  ");
-    document().speech.panel.ResetBtn_Click();
+    EXPECT_EQ(panel(2), "Speaker:  ");
+    document().ResetBtn.user_press();
     EXPECT_EQ(document().FormatCB.Text, "48kHz 16Bit Stereo");
 }
 

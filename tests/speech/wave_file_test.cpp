@@ -1,184 +1,146 @@
 #include "tests/fakes/running_program.h"
 
-#include <gtest/gtest.h>
-
 namespace tessavox::tests {
 namespace {
 
-using Calls = std::vector<std::string>;
-
-struct Waves : testing::Test {
+struct Waves : StartedProgramTest {
     Waves()
     {
-        program.start();
         document().FormatCB.Text = "16kHz 8Bit Mono";
-        voice().take_calls();
+        clipboard.text = u"copied";
+        asked();
     }
-    frmDocument& document() { return program.active(); }
-    VoiceRecord& voice() { return program.speech.voice(); }
-    RunningProgram program;
+    void save() { document().SpeaktofileBtn.user_press(); }
 };
 
 TEST_F(Waves, ASaveSwapsTheOutputAndSwapsItBack)
 {
-    program.dialogs.answers = { "/out.wav" };
-    program.pane().user_selects(6, 0);
-    document().SpeaktofileBtn.user_press();
-    EXPECT_EQ(voice().take_calls(),
-        (Calls{ "Voice Anna", "Rate 0", "file.FormatType 16", "file.Open /out.wav 3",
-            "AllowFormatChanges false", "AudioOutputStream file", "Speak \"world.\" 11",
-            "WaitUntilDone 0", "WaitUntilDone -1", "AudioOutput Speakers",
-            "AllowFormatChanges false", "device.FormatType 16", "AudioOutputStream device",
-            "file.Close" }));
+    dialogs.answers = { "/out.wav" };
+    pane().user_selects(6, 0);
+    save();
+    EXPECT_EQ(asked(),
+        "Voice Anna; Rate 0; file.FormatType 16; file.Open /out.wav 3; AllowFormatChanges false; "
+        "AudioOutputStream file; Speak \"world.\" 11; WaitUntilDone 0; WaitUntilDone -1; "
+        "AudioOutput Speakers; AllowFormatChanges false; device.FormatType 16; "
+        "AudioOutputStream device; file.Close");
     EXPECT_EQ(document().speech.place.position, 6);
-    EXPECT_EQ(program.pane().SelLength(), 6);
-    EXPECT_EQ(program.screen.pointer, MousePointer::normal);
-    ASSERT_EQ(program.boxes.shown.size(), 1u);
-    EXPECT_EQ(program.boxes.shown[0].text, "WAV file successfully written!");
-    EXPECT_EQ(program.boxes.shown[0].title, "File Saved");
-
-    const FileDialogRequest& request = program.dialogs.requests[0];
-    EXPECT_EQ(request.DialogTitle, "Save to a Wave File");
-    EXPECT_EQ(request.Filter, "All Files (*.*)|*.*|Wave Files (*.wav)|*.wav");
-    EXPECT_EQ(request.FilterIndex, 2);
-    EXPECT_TRUE(request.overwrite_prompt);
+    EXPECT_EQ(selected(), "world.");
+    EXPECT_EQ(screen.pointer, MousePointer::normal);
+    ASSERT_EQ(boxes.shown.size(), 1u);
+    EXPECT_EQ(boxes.shown[0].text, "WAV file successfully written!");
+    EXPECT_EQ(boxes.shown[0].title, "File Saved");
+    EXPECT_EQ(boxes.shown[0].buttons, MessageButtons::ok);
+    EXPECT_TRUE(dialogs.requests[0].overwrite_prompt);
 }
 
-TEST_F(Waves, OfTheClipboardTakesItsTextEvenIfThereIsNone)
+TEST_F(Waves, OutsideTheTextViewAndByTheClipboardCommandTheClipboardIsSaved)
 {
     for (const char16_t* text : { u"copied", u"" }) {
-        program.clipboard.text = text;
-        program.dialogs.answers = { "/out.wav" };
-        document().ReadClipboardtoFile.user_press();
-        EXPECT_EQ(voice().last_text, to_utf8(text));
-        EXPECT_EQ(program.boxes.take_shown().size(), 1u);
+        for (const int view : { 1, 2 }) {
+            clipboard.text = text;
+            document().speech.place.view_status = static_cast<std::int16_t>(view);
+            dialogs.answers = { "/out.wav" };
+            if (view == 1)
+                document().ReadClipboardtoFile.user_press();
+            else
+                save();
+            EXPECT_EQ(voice().last_text, to_utf8(text));
+            EXPECT_EQ(boxes.take_shown().size(), 1u);
+            EXPECT_EQ(pane().SelLength(), 0);
+        }
     }
 }
 
-TEST_F(Waves, AreRefusedWhileAReadingRuns)
-{
-    document().speech.reading.SpeakBtn_Click();
-    document().speech.wave_file.menuFileSaveToWave_Click();
-    document().speech.wave_file.DockSaveToWave_Click();
-    document().speech.wave_file.Play_Click();
-    EXPECT_TRUE(program.dialogs.requests.empty());
-    EXPECT_TRUE(document().speech.session.m_bSpeaking());
-}
-
-TEST_F(Waves, ACancelledSaveLeavesNothingBehind)
-{
-    program.dialogs.answers = { std::nullopt };
-    document().speech.wave_file.menuFileSaveToWave_Click();
-    EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Anna", "Rate 0" }));
-    EXPECT_EQ(program.screen.pointer, MousePointer::normal);
-    EXPECT_TRUE(program.boxes.shown.empty());
-}
-
-TEST_F(Waves, AFailedSaveIsSilentAndLeavesTheVoiceInItsFile)
+TEST_F(Waves, ThatFailIsSilentTouchesNoControlAndLeavesTheVoiceInItsFile)
 {
     struct Case {
         const char* failing;
-        bool asks;
-        bool hourglass;
-        int swaps;
-        int swaps_back;
+        const char* last_call; // that went through
+        bool hourglass = true;
     };
     const Case cases[] = {
-        { "Voice", false, false, 0, 0 },
-        { "Rate", false, false, 0, 0 },
-        { "file.FormatType", true, true, 0, 0 },
-        { "file.Open", true, true, 0, 0 },
-        { "AudioOutputStream", true, true, 0, 0 },
-        { "Speak", true, true, 1, 0 },
-        { "WaitUntilDone", true, true, 1, 0 },
-        { "file.Close", true, true, 1, 1 },
+        { "cancelled", "Rate 0", false },
+        { "Voice", "", false },
+        { "Rate", "Voice Anna", false },
+        { "file.FormatType", "Rate 0" },
+        { "file.Open", "file.FormatType 16" },
+        { "AllowFormatChanges", "file.Open /out.wav 3" },
+        { "AudioOutputStream", "AllowFormatChanges false" },
+        { "Speak", "AudioOutputStream file" },
+        { "WaitUntilDone", "Speak \"Hello world.\" 11" },
+        { "file.Close", "AudioOutputStream device" },
     };
     for (const Case& row : cases) {
         SCOPED_TRACE(row.failing);
-        voice().mend();
         voice().fail(row.failing);
-        program.dialogs.requests.clear();
-        program.dialogs.answers = { "/out.wav" };
-        program.screen.pointer = MousePointer::normal;
-        voice().take_calls();
-        document().speech.wave_file.menuFileSaveToWave_Click();
-
-        EXPECT_EQ(!program.dialogs.requests.empty(), row.asks);
-        EXPECT_EQ(program.screen.pointer == MousePointer::hourglass, row.hourglass);
-        const Calls calls = voice().take_calls();
-        EXPECT_EQ(std::count(calls.begin(), calls.end(), "AudioOutputStream file"), row.swaps);
-        EXPECT_EQ(std::count(calls.begin(), calls.end(), "AudioOutput Speakers"), row.swaps_back);
-        EXPECT_TRUE(program.boxes.shown.empty());
-        EXPECT_FALSE(document().speech.session.m_bSpeaking());
+        dialogs.answers = { "/out.wav" };
+        if (row.failing == std::string("cancelled"))
+            dialogs.answers = { std::nullopt };
+        screen.pointer = MousePointer::normal;
+        document().Play.Enabled = false;
+        save();
+        EXPECT_EQ(
+            dialogs.answers.empty(), *row.last_call == 0 || row.last_call[0] == 'V' ? false : true);
+        EXPECT_EQ(screen.pointer == MousePointer::hourglass, row.hourglass);
+        const std::string calls = asked();
+        EXPECT_TRUE(calls.ends_with(row.last_call)) << calls;
+        EXPECT_TRUE(boxes.shown.empty());
+        EXPECT_FALSE(document().Play.Enabled);
+        voice().mend();
     }
-    voice().mend();
-    program.dialogs.answers = { "/out.wav" };
-    document().speech.wave_file.menuFileSaveToWave_Click();
-    EXPECT_EQ(program.screen.pointer, MousePointer::normal);
-    EXPECT_EQ(program.boxes.shown.size(), 1u);
+    document().FormatCB.ListIndex = -1;
+    dialogs.answers = { "/out.wav" };
+    save();
+    EXPECT_EQ(asked(), "Voice Anna; Rate 0");
+    EXPECT_TRUE(boxes.shown.empty());
 }
 
 TEST_F(Waves, TheUserCanEndASaveAndKeepsWhatIsWritten)
 {
-    program.dialogs.answers = { "/out.wav" };
+    dialogs.answers = { "/out.wav" };
     voice().waits_until_done = 100;
     voice().spoken_units = 3;
-    program.blocking_work.looks_until_escape = 1;
-    voice().take_calls();
-    document().speech.wave_file.menuFileSaveToWave_Click();
-    const Calls calls = voice().take_calls();
-    const auto purge = std::find(calls.begin(), calls.end(), "Speak \"\" 2");
-    ASSERT_NE(purge, calls.end());
-    EXPECT_NE(std::find(purge, calls.end(), "AudioOutput Speakers"), calls.end());
-    EXPECT_EQ(calls.back(), "file.Close");
-    EXPECT_EQ(program.blocking_work.seen_share, 0.25);
-    EXPECT_EQ(program.blocking_work.shown, program.texts.LoadResString(2304));
-    EXPECT_EQ(program.screen.pointer, MousePointer::normal);
-    EXPECT_TRUE(program.boxes.shown.empty());
+    blocking_work.looks_until_escape = 1;
+    save();
+    EXPECT_EQ(asked(),
+        "Voice Anna; Rate 0; file.FormatType 16; file.Open /out.wav 3; AllowFormatChanges false; "
+        "AudioOutputStream file; Speak \"Hello world.\" 11; WaitUntilDone 0; WaitUntilDone 0; "
+        "Speak \"\" 2; WaitUntilDone -1; AudioOutput Speakers; AllowFormatChanges false; "
+        "device.FormatType 16; AudioOutputStream device; file.Close");
+    EXPECT_EQ(blocking_work.seen_share, 0.25);
+    EXPECT_EQ(blocking_work.shown, texts.LoadResString(2304));
+    EXPECT_EQ(screen.pointer, MousePointer::normal);
+    EXPECT_TRUE(boxes.shown.empty());
 }
 
-TEST_F(Waves, WithoutAFormatNothingIsSaved)
+TEST_F(Waves, TheDialogOfAPlayBeginsWithTheNameOfBefore)
 {
-    document().FormatCB.ListIndex = -1;
-    program.dialogs.answers = { "/out.wav" };
-    document().speech.wave_file.menuFileSaveToWave_Click();
-    EXPECT_EQ(voice().take_calls(), (Calls{ "Voice Anna", "Rate 0" }));
-    EXPECT_TRUE(program.boxes.shown.empty());
-}
-
-TEST_F(Waves, PlaySpeaksAFileByItsName)
-{
-    program.dialogs.answers = { "/a.wav" };
-    document().Play.user_press();
-    EXPECT_EQ(voice().take_calls(), (Calls{ "Speak \"/a.wav\" 15" }));
-    EXPECT_TRUE(document().speech.session.m_bSpeaking());
-    EXPECT_EQ(document().chkSpFlagIsFilename.Value, 0);
-    EXPECT_EQ(program.dialogs.requests[0].DialogTitle, "Speak a Wave File");
-    document().speech.session.StopBtn_Click();
-
-    // The dialog begins with the last name, and a cancelled one changes nothing.
-    program.dialogs.answers = { std::nullopt };
-    document().speech.wave_file.Play_Click();
-    EXPECT_EQ(program.dialogs.requests[1].FileName, "/a.wav");
-    EXPECT_FALSE(document().speech.session.m_bSpeaking());
-
     // A save begins without a name, and even a cancelled one makes the dialog forget the last.
-    program.dialogs.answers = { std::nullopt, std::nullopt };
-    document().speech.wave_file.menuFileSaveToWave_Click();
-    document().speech.wave_file.Play_Click();
-    EXPECT_EQ(program.dialogs.requests[2].FileName, "");
-    EXPECT_EQ(program.dialogs.requests[3].FileName, "");
-}
-
-TEST_F(Waves, AFileThatCannotBePlayedReturnsToIdle)
-{
-    document().speech.session.PauseBtn_Click();
-    voice().fail("Speak");
-    program.dialogs.answers = { "/a.txt" };
-    document().speech.wave_file.Play_Click();
-    EXPECT_FALSE(document().speech.session.m_bSpeaking());
-    EXPECT_TRUE(document().speech.session.m_bPaused());
-    EXPECT_TRUE(document().SpeakBtn.Enabled);
+    const char* const rows[][4] = {
+        // the command, its answer, and what its dialog began with
+        { "play", "/a.wav", "", "Speak a Wave File" },
+        { "play", "", "/a.wav", "Speak a Wave File" },
+        { "save", "", "", "Save to a Wave File" },
+        { "play", "", "", "Speak a Wave File" },
+        { "clipboard", "/b.wav", "", "Save to a Wave File" },
+        { "play", "", "/b.wav", "Speak a Wave File" },
+    };
+    for (const auto& [command, answer, name, title] : rows) {
+        dialogs.answers = { *answer ? std::optional<std::string>(answer) : std::nullopt };
+        if (command == std::string("play"))
+            document().Play.user_press();
+        else if (command == std::string("save"))
+            save();
+        else
+            document().ReadClipboardtoFile.user_press();
+        EXPECT_EQ(state(), command == std::string("play") && *answer ? "speaking" : "idle");
+        document().speech.session.UpdateSpeechControls(false, false);
+        const FileDialogRequest& request = dialogs.requests.back();
+        EXPECT_EQ(request.FileName, name);
+        EXPECT_EQ(request.DialogTitle, title);
+        EXPECT_EQ(request.Filter, "All Files (*.*)|*.*|Wave Files (*.wav)|*.wav");
+        EXPECT_EQ(request.FilterIndex, 2);
+    }
 }
 
 } // namespace

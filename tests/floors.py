@@ -1,0 +1,59 @@
+#!/usr/bin/env python3
+"""Tells every include that runs against the floors of the house: a folder sees those below it only."""
+import pathlib
+import re
+import sys
+
+INTERFACES = {"platform", "platform/controls"}
+BESIDE_EACH_OTHER = [  # from the ground up; the folders of one floor don't see each other
+    {"forms", "persist"},
+    {"speech"},
+    {"documents", "web", "desktop"},
+    {"app"},
+]
+SEES = {"platform": INTERFACES, "platform/controls": INTERFACES, "platform/qt": INTERFACES,
+        "platform/voice": INTERFACES, "platform/files": INTERFACES}
+ADAPTERS = SEES.keys() - INTERFACES  # these may see the system, too
+COMPOSITION_ROOT = "app/main.cpp"
+INCLUDE = re.compile(r'\s*#\s*include\s*(["<])([^">]+)[">]')
+STANDARD = re.compile(r"[a-z_0-9]+")  # <vector>, but neither <QString> nor <unistd.h>
+
+
+def folder_of(name):
+    """platform's own folders count each for itself, all others with what lies below them."""
+    parts = name.split("/")
+    return "/".join(parts[:2]) if parts[0] == "platform" and len(parts) > 2 else parts[0]
+
+
+def complaint(folder, bracket, included):
+    if bracket == "<":
+        foreign = folder not in ADAPTERS and not STANDARD.fullmatch(included)
+        return foreign and "is none of the standard library's"
+    seen = folder_of(included)
+    return seen not in SEES[folder] | {folder} and f"is not below {folder}/"
+
+
+def main():
+    root = pathlib.Path(__file__).resolve().parent.parent
+    below = set(INTERFACES)
+    for floor in BESIDE_EACH_OTHER:
+        SEES.update((folder, set(below)) for folder in floor)
+        below |= floor
+    looked_at = wrong = 0
+    for top in {folder.split("/")[0] for folder in SEES}:
+        for path in (root / top).rglob("*"):
+            name = path.relative_to(root).as_posix()
+            if path.suffix not in (".h", ".cpp") or name == COMPOSITION_ROOT:
+                continue
+            looked_at += 1
+            for number, line in enumerate(path.read_text().splitlines(), 1):
+                include = INCLUDE.match(line)
+                why = include and complaint(folder_of(name), *include.groups())
+                if why:
+                    wrong += 1
+                    print(f"{name}:{number}: {include[2]} {why}")
+    print(f"{looked_at} files, {wrong} wrong includes")
+    return wrong > 0 or looked_at == 0
+
+
+sys.exit(main())
