@@ -47,6 +47,9 @@ public:
         scroll.setWidget(&canvas);
         setWidget(&scroll);
         setAttribute(Qt::WA_DeleteOnClose, false);
+        // Were it a stop of the tab key, a screen reader would be told of the frame instead of the
+        // control that the frame hands the focus to.
+        setFocusPolicy(Qt::ClickFocus);
     }
 
     QScrollArea& scroll;

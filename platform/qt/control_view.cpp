@@ -16,6 +16,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <iterator>
 
 namespace tessavox {
 namespace {
@@ -85,20 +86,26 @@ void WidgetView::control_changed()
     if (const QString tip = to_qt(m_control->ToolTipText); m_widget.toolTip() != tip)
         m_widget.setToolTip(tip);
     redraw();
+    draw_name();
     if (had_focus && m_widget.window()->focusWidget() != &m_widget)
         lost_focus();
 }
 
 void WidgetView::name_for_assistance(const QString& label)
 {
-    if (!m_control)
-        return;
-    QString name = to_qt(m_control->Caption).remove('&').trimmed();
-    if (name.isEmpty())
-        name = label;
-    if (name.isEmpty())
-        name = to_qt(m_control->ToolTipText).trimmed();
-    focus_widget().setAccessibleName(name);
+    m_label = label;
+    if (m_control)
+        draw_name();
+}
+
+void WidgetView::draw_name()
+{
+    const QString names[] = { to_qt(m_control->Caption).remove('&').trimmed(), m_label,
+        to_qt(m_control->ToolTipText).trimmed() };
+    const auto name = std::find_if(
+        std::begin(names), std::end(names), [](const QString& one) { return !one.isEmpty(); });
+    if (name != std::end(names) && focus_widget().accessibleName() != *name)
+        focus_widget().setAccessibleName(*name);
 }
 
 std::unique_ptr<WidgetView> make_widget_view(Control& control, QWidget& parent)

@@ -6,6 +6,7 @@
 #include "platform/failure.h"
 
 #include <QObject>
+#include <QString>
 
 #include <memory>
 
@@ -28,7 +29,8 @@ public:
     QWidget& widget() const { return m_widget; }
     /// The one that takes the keyboard; the same unless the widget is only a wrapper.
     virtual QWidget& focus_widget() const { return m_widget; }
-    /// What assistive technologies call the control: its caption, or `label` where it has none.
+    /// What assistive technologies call the control: its caption, or `label` where it has none,
+    /// or its tool tip.
     void name_for_assistance(const QString& label);
 
 protected:
@@ -47,8 +49,11 @@ protected:
     bool attached() const { return m_control != nullptr; }
 
 private:
+    void draw_name();
+
     Control* m_control;
     QWidget& m_widget;
+    QString m_label;
 };
 
 /// The widget of a control on `parent`, and its view. Kinds without a look of their own get an

@@ -2,6 +2,7 @@
 
 #include "platform/failure.h"
 #include "platform/qt/child_widget.h"
+#include "platform/qt/copied_text.h"
 #include "platform/qt/pane_text.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/twips.h"
@@ -140,11 +141,24 @@ protected:
             open_menu(event->globalPosition().toPoint());
     }
 
-    bool canInsertFromMimeData(const QMimeData* source) const override { return source->hasText(); }
+    bool canInsertFromMimeData(const QMimeData* source) const override
+    {
+        return source->hasText() || source->hasHtml();
+    }
 
     void insertFromMimeData(const QMimeData* source) override
     {
-        textCursor().insertText(as_qstring(fit_for_pane(as_utf16(source->text()))));
+        const QString text = as_qstring(fit_for_pane(as_utf16(copied_text(*source))));
+        if (text.isEmpty())
+            return;
+        // A step of its own when it is undone. The character that comes and goes keeps the typing
+        // after it from being joined to it.
+        QTextCursor cursor = textCursor();
+        cursor.beginEditBlock();
+        cursor.insertText(text + ' ');
+        cursor.deletePreviousChar();
+        cursor.endEditBlock();
+        setTextCursor(cursor);
         ensureCursorVisible();
     }
 

@@ -1,6 +1,5 @@
-// Controls in which the user sets a value: lists, scroll bars, text fields, tabs, the text pane.
+// Controls in which the user sets a value: scroll bars, text fields, tabs, the text pane.
 #include "platform/controls/bars.h"
-#include "platform/controls/combo_box.h"
 #include "platform/controls/rich_text_box.h"
 #include "platform/controls/scroll_bar.h"
 #include "platform/controls/text_box.h"
@@ -10,167 +9,19 @@
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/view_makers.h"
 
-#include <QAbstractItemView>
-#include <QApplication>
-#include <QComboBox>
-#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QPointer>
-#include <QProxyStyle>
-#include <QScreen>
 #include <QScrollBar>
-#include <QStyleOption>
 #include <QStylePainter>
 #include <QTabBar>
 
+#include <functional>
+#include <utility>
+
 namespace tessavox {
 namespace {
-
-constexpr int visible_list_entries = 20;
-constexpr int list_text_margin = 4; // pixels
-
-/// Gives lists a popup of limited height with a scroll bar, where some styles would cover the whole
-/// screen as if it were a menu.
-class ScrollingListStyle : public QProxyStyle {
-public:
-    /// One for all lists.
-    static QStyle& shared()
-    {
-        constexpr char name[] = "scrollingLists";
-        if (auto* known = qApp->findChild<QProxyStyle*>(name))
-            return *known;
-        auto& style = make_child<ScrollingListStyle>();
-        style.setObjectName(name);
-        style.setParent(qApp);
-        return style;
-    }
-
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-        QStyleHintReturn* result) const override
-    {
-        if (hint == SH_ComboBox_Popup)
-            return 0;
-        return QProxyStyle::styleHint(hint, option, widget, result);
-    }
-};
-
-/// A list whose popup is as wide as its longest entry needs, whatever the width of the box. What is
-/// typed finds the entry that begins with it, or else one that contains it; blanks too may be part
-/// of a name.
-class WideComboBox : public QComboBox {
-public:
-    explicit WideComboBox(QWidget* parent)
-        : QComboBox(parent)
-    {
-        setStyle(&ScrollingListStyle::shared());
-    }
-
-    void showPopup() override
-    {
-        QAbstractItemView& list = *view();
-        const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
-        const int wanted = list.sizeHintForColumn(0) + 2 * list.frameWidth() + bar;
-        list.setMinimumWidth(std::min(std::max(wanted, width()), screen()->size().width()));
-        list.setTextElideMode(Qt::ElideRight);
-        QComboBox::showPopup();
-    }
-
-protected:
-    void paintEvent(QPaintEvent* event) override
-    {
-        if (isEditable())
-            return QComboBox::paintEvent(event);
-        QStyleOptionComboBox option;
-        initStyleOption(&option);
-        const QSize field
-            = style()
-                  ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this)
-                  .size();
-        const QSize room(field.width() - list_text_margin, field.height());
-        QStylePainter painter(this);
-        painter.setFont(fitted_font(font(), option.currentText, room));
-        option.currentText
-            = painter.fontMetrics().elidedText(option.currentText, Qt::ElideRight, room.width());
-        painter.drawComplexControl(QStyle::CC_ComboBox, option);
-        painter.drawControl(QStyle::CE_ComboBoxLabel, option);
-    }
-
-    void keyPressEvent(QKeyEvent* event) override
-    {
-        const bool goes_on = m_since_key.isValid()
-            && !m_since_key.hasExpired(QApplication::keyboardInputInterval());
-        if (!goes_on)
-            m_typed.clear();
-        const bool is_text = !isEditable() && !event->text().isEmpty()
-            && event->text().front().isPrint()
-            && !(event->modifiers() & (Qt::ControlModifier | Qt::AltModifier))
-            && (goes_on || event->key() != Qt::Key_Space);
-        if (!is_text)
-            return QComboBox::keyPressEvent(event);
-        m_typed += event->text();
-        m_since_key.start();
-        int found = findText(m_typed, Qt::MatchStartsWith);
-        if (found < 0)
-            found = findText(m_typed, Qt::MatchContains);
-        if (found < 0 || found == currentIndex())
-            return;
-        setCurrentIndex(found);
-        emit activated(found);
-    }
-
-private:
-    QString m_typed;
-    QElapsedTimer m_since_key;
-};
-
-class ComboBoxView : public WidgetView {
-public:
-    ComboBoxView(ComboBox& control, QComboBox& box)
-        : WidgetView(control, box)
-        , m_control(control)
-        , m_box(box)
-    {
-        box.setEditable(control.style() == ComboBoxStyle::editable);
-        // The size is the layout's; measuring hundreds of entries for a hint would be in vain.
-        box.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        box.setMinimumContentsLength(1);
-        box.setMaxVisibleItems(visible_list_entries);
-        box.setInsertPolicy(QComboBox::NoInsert);
-        connect(&box, &QComboBox::activated, this,
-            [this](int index) { user_did([&] { m_control.user_choose(index); }); });
-        if (QLineEdit* line = box.lineEdit()) {
-            connect(line, &QLineEdit::textEdited, this, [this](const QString& text) {
-                user_did([&] { m_control.user_edit(from_qt(text)); });
-            });
-        }
-    }
-
-private:
-    void redraw() override
-    {
-        const int natural_height = m_box.sizeHint().height();
-        if (m_box.height() < natural_height)
-            m_box.resize(m_box.width(), natural_height);
-        if (m_entries_version != m_control.entries_version()) {
-            m_entries_version = m_control.entries_version();
-            for (int i = m_box.count(); i < m_control.ListCount(); ++i)
-                m_box.addItem(to_qt(m_control.List(i)));
-        }
-        if (m_box.currentIndex() != m_control.ListIndex.get())
-            m_box.setCurrentIndex(m_control.ListIndex);
-        const QString text = to_qt(m_control.Text);
-        if (QLineEdit* line = m_box.lineEdit(); line && line->text() != text)
-            line->setText(text);
-        // The box may be too narrow for its entry; the tool tip has room for it.
-        const QString tip = to_qt(m_control.ToolTipText);
-        m_box.setToolTip(tip.isEmpty() ? text : text.isEmpty() ? tip : tip + "\n" + text);
-    }
-
-    ComboBox& m_control;
-    QComboBox& m_box;
-    unsigned m_entries_version = 0;
-};
 
 /// A scroll bar that the keyboard can reach, and that shows when it has.
 class FocusScrollBar : public QScrollBar {
@@ -183,6 +34,15 @@ public:
     }
 
 protected:
+    /// Qt takes a bar for that of a page, which a key to the right moves to the left.
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (event->key() != Qt::Key_Left && event->key() != Qt::Key_Right)
+            return QScrollBar::keyPressEvent(event);
+        const bool towards_the_end = (event->key() == Qt::Key_Right) == isLeftToRight();
+        triggerAction(towards_the_end ? SliderSingleStepAdd : SliderSingleStepSub);
+    }
+
     void paintEvent(QPaintEvent* event) override
     {
         QScrollBar::paintEvent(event);
@@ -256,13 +116,34 @@ public:
         setDrawBase(false);
         setFocusPolicy(Qt::StrongFocus);
     }
+    /// The user clicked on the tab that was in front already.
+    std::function<void(int index)> clicked_in_front;
 
 protected:
+    void mousePressEvent(QMouseEvent* event) override
+    {
+        const int pressed = tabAt(event->position().toPoint());
+        m_pressed_in_front = pressed == currentIndex() ? pressed : -1;
+        QTabBar::mousePressEvent(event);
+    }
+
+    void mouseReleaseEvent(QMouseEvent* event) override
+    {
+        QTabBar::mouseReleaseEvent(event);
+        const int released = tabAt(event->position().toPoint());
+        if (event->button() == Qt::LeftButton && released >= 0
+            && released == std::exchange(m_pressed_in_front, -1))
+            clicked_in_front(released);
+    }
+
     QSize tabSizeHint(int index) const override
     {
         const QSize natural = QTabBar::tabSizeHint(index);
         return { natural.width(), height() };
     }
+
+private:
+    int m_pressed_in_front = -1;
 };
 
 /// The panes cover the strip but for its lower edge, where the heads of the tabs are.
@@ -296,10 +177,17 @@ public:
             area.heads.addTab(to_qt(tab.Caption));
         area.heads.setObjectName(to_qt(control.name()) + "Heads");
         fit_text(area.heads, "Text", { 200, TabStripArea::heads_height - 4 });
-        connect(&area.heads, &QTabBar::currentChanged, this,
-            [this](int index) { user_did([&] { m_control.user_select(index); }); });
+        const auto select = [this](int index) { user_did([&] { m_control.user_select(index); }); };
+        connect(&area.heads, &QTabBar::currentChanged, this, select);
+        area.heads.clicked_in_front = select;
     }
     QWidget& focus_widget() const override { return m_area.heads; }
+
+    void detach() override
+    {
+        m_area.heads.clicked_in_front = [](int) {};
+        WidgetView::detach();
+    }
 
 private:
     void redraw() override
@@ -338,11 +226,6 @@ private:
 };
 
 } // namespace
-
-std::unique_ptr<WidgetView> view_combo_box(ComboBox& box, QWidget& parent)
-{
-    return std::make_unique<ComboBoxView>(box, make_child<WideComboBox>(&parent));
-}
 
 std::unique_ptr<WidgetView> view_scroll_bar(ScrollBar& bar, QWidget& parent)
 {

@@ -147,19 +147,45 @@ TEST_F(ShownPane, SelectingAWholeBookLeavesTheViewAtItsStartAndShowsOnceTheUserA
     EXPECT_EQ(pane.Text().view(), u"x");
 }
 
-TEST_F(ShownPane, PastedTextComesWithoutFormatsAndPictures)
+TEST_F(ShownPane, PastedTextComesWithoutFormatsAndIsUndoneByItself)
 {
-    pane.set_Text(u"");
-    auto* mixed = std::make_unique<QMimeData>().release(); // the clipboard owns it
-    mixed->setHtml("<b>bold</b> <img src='data:'>");
-    mixed->setText(QStringLiteral("bold\r\n").append(QChar(0xFFFC)));
-    QApplication::clipboard()->setMimeData(mixed);
-    editor.paste();
-    EXPECT_EQ(pane.Text().view(), u"bold\n\ufffd");
-    EXPECT_EQ(
-        editor.document()->begin().begin().fragment().charFormat().fontWeight(), QFont().weight());
-    editor.undo();
-    EXPECT_TRUE(pane.Text().empty());
+    using Formats = std::vector<std::pair<const char*, QByteArray>>;
+    const struct {
+        Formats offered;
+        std::u16string text;
+    } rows[] = {
+        { { { "text/html", "<b>bold</b> <img src='data:'>" },
+              { "text/plain", "bold\r\n\xef\xbf\xbc" } },
+            u"bold\n\ufffd" },
+        { { { "text/html", "<p>A &amp; <b>b</b><img src='data:'></p><p>c</p>" } }, u"A & b\nc" },
+        { { { "text/uri-list", "file:///a%20b/%C3%A4.txt\r\nfile:///c\r\n" },
+              { "text/plain", "file:///a%20b/%C3%A4.txt" } },
+            u"/a b/\u00e4.txt\n/c" },
+        { { { "text/uri-list", "http://a.example/b" }, { "text/plain", "a link" } }, u"a link" },
+        { { { "text/uri-list", "http://a.example/b" } }, u"http://a.example/b" },
+        { { { "image/png", "\x89PNG" } }, u"" },
+    };
+    for (const auto& row : rows) {
+        auto* offered = std::make_unique<QMimeData>().release(); // the clipboard owns it
+        for (const auto& [format, bytes] : row.offered)
+            offered->setData(format, bytes);
+        QApplication::clipboard()->setMimeData(offered);
+        pane.set_Text(u"");
+        QTest::keyClicks(&editor, "ab");
+        editor.paste();
+        EXPECT_EQ(pane.Text().view(), u"ab" + row.text);
+        const QTextBlock first = editor.document()->begin();
+        EXPECT_EQ(first.begin().fragment().charFormat().fontWeight(), QFont().weight());
+        if (row.text.empty())
+            continue;
+        QTest::keyClicks(&editor, "cd");
+        editor.undo();
+        EXPECT_EQ(pane.Text().view(), u"ab" + row.text);
+        editor.undo();
+        EXPECT_EQ(pane.Text().view(), u"ab");
+        editor.undo();
+        EXPECT_TRUE(pane.Text().empty());
+    }
 }
 
 TEST_F(ShownPane, TheKeyboardGetsInAndOutButTabStaysInTheText)

@@ -2,6 +2,7 @@
 
 #include "platform/failure.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
@@ -16,6 +17,7 @@
 #include <QTabBar>
 #include <QTest>
 #include <QToolBar>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
 
@@ -109,19 +111,58 @@ TEST_F(Views, AListTellsOfTheUsersChoiceAlsoOfTheSameEntry)
     form->combo.ListIndex = 7;
     EXPECT_EQ(box.currentIndex(), 7);
     EXPECT_EQ(handled, 1);
-    box.setFocus();
-    QTest::keyClick(&box, Qt::Key_Down);
-    EXPECT_EQ(form->combo.ListIndex, 8);
-    EXPECT_EQ(handled, 2);
-    QTest::keyClicks(&box, "Voice 77");
-    EXPECT_EQ(form->combo.Text, std::string("Voice 77"));
+    const struct {
+        Qt::Key key;
+        int index;
+    } rows[] = { { Qt::Key_Down, 8 }, { Qt::Key_Up, 7 }, { Qt::Key_End, 149 }, { Qt::Key_Home, 0 },
+        { Qt::Key_PageDown, 19 }, { Qt::Key_PageUp, 0 } };
+    for (const auto& row : rows) {
+        QTest::keyClick(&box, row.key);
+        EXPECT_EQ(form->combo.ListIndex, row.index);
+    }
+    EXPECT_EQ(handled, 7);
+    emit box.activated(77);
     emit box.activated(77);
     EXPECT_EQ(form->combo.ListIndex, 77);
-    const int before = handled;
-    emit box.activated(77);
-    EXPECT_EQ(handled, before + 1);
+    EXPECT_EQ(handled, 9);
     form->combo.ListIndex = -1;
     EXPECT_EQ(box.currentIndex(), -1);
+}
+
+TEST_F(Views, AWordTypedIntoAListChoosesOnceItIsComplete)
+{
+    QApplication::setKeyboardInputInterval(60'000);
+    auto& box = desktop.find<QComboBox>("combo");
+    for (const char* text : { "Irish", "Georgian", "Old German", "German two" })
+        form->combo.AddItem(text);
+    form->combo.ListIndex = 0;
+    form->combo.Click = count();
+    const struct {
+        const char* typed;
+        Qt::Key end;
+        int index;
+        int choices;
+    } rows[] = { { "ge", Qt::Key_Escape, 0, 0 }, { "ge", Qt::Key_Return, 1, 1 },
+        { "german t", Qt::Key_Return, 3, 1 }, { "d german", Qt::Key_Tab, 2, 1 },
+        { "old", Qt::Key_Return, 2, 0 }, { "irish", Qt::Key_Down, 1, 2 } };
+    for (const auto& row : rows) {
+        handled = 0;
+        box.setFocus();
+        QTest::keyClicks(&box, row.typed);
+        QTest::keyClick(&box, Qt::Key_Shift);
+        EXPECT_EQ(handled, 0) << row.typed;
+        QTest::keyClick(&box, row.end);
+        EXPECT_EQ(form->combo.ListIndex, row.index) << row.typed;
+        EXPECT_EQ(handled, row.choices) << row.typed;
+        EXPECT_EQ(box.currentIndex(), row.index) << row.typed;
+    }
+    QTest::keyClicks(&box, "ger");
+    form->combo.ListIndex = 0; // code has the last word
+    QTest::keyClick(&box, Qt::Key_Return);
+    EXPECT_EQ(form->combo.ListIndex, 0);
+    QApplication::setKeyboardInputInterval(20);
+    QTest::keyClicks(&box, "german");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return form->combo.ListIndex == 3; }));
 }
 
 TEST_F(Views, OnlyDraggingTheThumbScrolls)
@@ -129,32 +170,56 @@ TEST_F(Views, OnlyDraggingTheThumbScrolls)
     form->slider.Scroll = count();
     auto& bar = desktop.find<QScrollBar>("slider");
     EXPECT_EQ(bar.minimum(), -10);
-    form->slider.Value = 4;
-    EXPECT_EQ(bar.value(), 4);
-    bar.triggerAction(QAbstractSlider::SliderSingleStepAdd);
-    EXPECT_EQ(form->slider.Value, 5);
-    QTest::keyClick(&bar, Qt::Key_PageDown);
-    EXPECT_EQ(form->slider.Value, 10);
-    bar.setValue(-2); // as assistive technologies do
-    EXPECT_EQ(form->slider.Value, -2);
-    EXPECT_EQ(handled, 0);
+    const struct {
+        Qt::Key key;
+        int value;
+        int value_from_right_to_left;
+    } rows[] = { { Qt::Key_Right, 1, -1 }, { Qt::Key_Left, -1, 1 }, { Qt::Key_Down, 1, 1 },
+        { Qt::Key_Up, -1, -1 }, { Qt::Key_PageDown, 6, 6 }, { Qt::Key_PageUp, -6, -6 },
+        { Qt::Key_Home, -10, -10 }, { Qt::Key_End, 10, 10 } };
+    for (const auto direction : { Qt::LeftToRight, Qt::RightToLeft }) {
+        bar.setLayoutDirection(direction);
+        for (const auto& row : rows) {
+            form->slider.Value = 0;
+            EXPECT_EQ(bar.value(), 0);
+            QTest::keyClick(&bar, row.key);
+            EXPECT_EQ(form->slider.Value,
+                direction == Qt::LeftToRight ? row.value : row.value_from_right_to_left)
+                << row.key;
+        }
+        form->slider.Value = 0;
+        QWheelEvent wheel({ 5, 5 }, bar.mapToGlobal(QPointF(5, 5)), {}, { 0, -120 }, {}, {},
+            Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&bar, &wheel);
+        EXPECT_EQ(form->slider.Value, QApplication::wheelScrollLines());
+        bar.setValue(-2); // as assistive technologies do
+        EXPECT_EQ(form->slider.Value, -2);
+        EXPECT_EQ(handled, 0);
 
-    QStyleOptionSlider option;
-    option.initFrom(&bar);
-    option.orientation = Qt::Horizontal;
-    option.minimum = -10;
-    option.maximum = 10;
-    option.sliderPosition = option.sliderValue = -2;
-    option.pageStep = 6;
-    const QPoint thumb
-        = bar.style()
-              ->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, &bar)
-              .center();
-    QTest::mousePress(&bar, Qt::LeftButton, {}, thumb);
-    QTest::mouseMove(&bar, thumb + QPoint(30, 0));
-    QTest::mouseRelease(&bar, Qt::LeftButton, {}, thumb + QPoint(30, 0));
-    EXPECT_GT(form->slider.Value, -2);
-    EXPECT_GE(handled, 1);
+        QStyleOptionSlider option;
+        option.initFrom(&bar);
+        option.orientation = Qt::Horizontal;
+        option.minimum = -10;
+        option.maximum = 10;
+        option.sliderPosition = option.sliderValue = -2;
+        option.pageStep = 6;
+        const auto place = [&](QStyle::SubControl part) {
+            return bar.style()->subControlRect(QStyle::CC_ScrollBar, &option, part, &bar).center();
+        };
+        QTest::mouseClick(&bar, Qt::LeftButton, {}, place(QStyle::SC_ScrollBarAddLine));
+        EXPECT_EQ(form->slider.Value, -1);
+        QTest::mouseClick(&bar, Qt::LeftButton, {}, place(QStyle::SC_ScrollBarAddPage));
+        EXPECT_EQ(form->slider.Value, 5);
+        EXPECT_EQ(handled, 0);
+        form->slider.Value = -2;
+        const QPoint thumb = place(QStyle::SC_ScrollBarSlider);
+        const QPoint end = thumb + QPoint(direction == Qt::LeftToRight ? 30 : -30, 0);
+        QTest::mousePress(&bar, Qt::LeftButton, {}, thumb);
+        QTest::mouseMove(&bar, end);
+        QTest::mouseRelease(&bar, Qt::LeftButton, {}, end);
+        EXPECT_GT(form->slider.Value, -2);
+        EXPECT_GE(std::exchange(handled, 0), 1);
+    }
 }
 
 TEST_F(Views, TextAndTabsTellOfTheUserOnly)
@@ -173,13 +238,40 @@ TEST_F(Views, TextAndTabsTellOfTheUserOnly)
     QTest::mouseClick(&heads, Qt::LeftButton, {}, heads.tabRect(0).center());
     EXPECT_EQ(form->tabs.SelectedItem, 0);
     EXPECT_EQ(handled, 2);
+    QTest::mouseClick(&heads, Qt::LeftButton, {}, heads.tabRect(0).center()); // in front already
+    QTest::mouseClick(&heads, Qt::RightButton, {}, heads.tabRect(0).center());
+    EXPECT_EQ(handled, 3);
+    QTest::keyClick(&heads, Qt::Key_Right);
+    EXPECT_EQ(form->tabs.SelectedItem, 1);
+    EXPECT_EQ(handled, 4);
+    form->tabs.Tabs()[1].Caption = "Netz";
+    form->tabs.Tabs()[1].ToolTipText = "View";
+    EXPECT_EQ(heads.tabText(1), "Netz");
+    EXPECT_EQ(heads.tabToolTip(1), "View");
 }
 
-TEST_F(Views, EveryControlHasAnAccessibleNameAndLabelsNameTheirNeighbours)
+TEST_F(Views, EveryControlHasANameForScreenReaders)
 {
-    EXPECT_EQ(desktop.find<QPushButton>("SpeakBtn").accessibleName(), "Read");
+    form->combo.AddItem("Alice");
+    form->combo.ListIndex = 0;
+    form->slider.ToolTipText = "How fast";
+    const struct {
+        const char* widget;
+        const char* name;
+        const char* description;
+    } rows[] = { { "SpeakBtn", "Read", "" }, { "check", "Read Clipboard Automatically", "" },
+        { "combo", "Alice", "Alice" }, { "slider", "How fast", "How fast" },
+        { "tabsHeads", "Text", "" }, { "text", "Text", "F6 or Shift+Tab leaves the text" } };
+    for (const auto& row : rows) {
+        const QAccessibleInterface* shown
+            = QAccessible::queryAccessibleInterface(&desktop.find<QWidget>(row.widget));
+        EXPECT_EQ(shown->text(QAccessible::Name), row.name);
+        EXPECT_EQ(shown->text(QAccessible::Description), row.description) << row.widget;
+    }
     EXPECT_EQ(desktop.find<QComboBox>("combo").accessibleName(), "Speaker");
     EXPECT_EQ(desktop.find<QLabel>("label").buddy(), &desktop.find<QComboBox>("combo"));
+    form->button.Caption = "&Lies";
+    EXPECT_EQ(desktop.find<QPushButton>("SpeakBtn").accessibleName(), "Lies");
 }
 
 TEST_F(Views, TheTabKeyGoesThroughTheControlsInTheirOrder)

@@ -1,0 +1,241 @@
+// Lists of texts of which the user chooses one.
+#include "platform/controls/combo_box.h"
+#include "platform/qt/child_widget.h"
+#include "platform/qt/fitted_text.h"
+#include "platform/qt/text_conversion.h"
+#include "platform/qt/view_makers.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QProxyStyle>
+#include <QScreen>
+#include <QStyleOption>
+#include <QStylePainter>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace tessavox {
+namespace {
+
+constexpr int visible_list_entries = 20;
+constexpr int list_text_margin = 4; // pixels
+constexpr int key_intervals_of_a_pause = 2;
+
+/// Gives lists a popup of limited height with a scroll bar, where some styles would cover the whole
+/// screen as if it were a menu.
+class ScrollingListStyle : public QProxyStyle {
+public:
+    /// One for all lists.
+    static QStyle& shared()
+    {
+        constexpr char name[] = "scrollingLists";
+        if (auto* known = qApp->findChild<QProxyStyle*>(name))
+            return *known;
+        auto& style = make_child<ScrollingListStyle>();
+        style.setObjectName(name);
+        style.setParent(qApp);
+        return style;
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+        QStyleHintReturn* result) const override
+    {
+        if (hint == SH_ComboBox_Popup)
+            return 0;
+        return QProxyStyle::styleHint(hint, option, widget, result);
+    }
+};
+
+/// A list whose popup is as wide as its longest entry needs, whatever the width of the box. What is
+/// typed finds the entry that begins with it, or else one that contains it; blanks too may be part
+/// of a name. Letters only show what they find: the entry is chosen when the word is complete,
+/// after a short pause, by Return or by leaving the list. Escape takes the search back.
+class WideComboBox : public QComboBox {
+public:
+    explicit WideComboBox(QWidget* parent)
+        : QComboBox(parent)
+    {
+        setStyle(&ScrollingListStyle::shared());
+        m_pause.setSingleShot(true);
+        connect(&m_pause, &QTimer::timeout, this, &WideComboBox::choose_found);
+    }
+
+    /// Whether a word is being typed, and what is shown is what it finds.
+    bool is_searching() const { return !m_typed.isEmpty(); }
+    void forget_search()
+    {
+        m_pause.stop();
+        m_typed.clear();
+    }
+
+    void showPopup() override
+    {
+        choose_found();
+        QAbstractItemView& list = *view();
+        const int bar = style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+        const int wanted = list.sizeHintForColumn(0) + 2 * list.frameWidth() + bar;
+        list.setMinimumWidth(std::min(std::max(wanted, width()), screen()->size().width()));
+        list.setTextElideMode(Qt::ElideRight);
+        QComboBox::showPopup();
+    }
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        if (isEditable())
+            return QComboBox::paintEvent(event);
+        QStyleOptionComboBox option;
+        initStyleOption(&option);
+        const QSize field
+            = style()
+                  ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this)
+                  .size();
+        const QSize room(field.width() - list_text_margin, field.height());
+        QStylePainter painter(this);
+        painter.setFont(fitted_font(font(), option.currentText, room));
+        option.currentText
+            = painter.fontMetrics().elidedText(option.currentText, Qt::ElideRight, room.width());
+        painter.drawComplexControl(QStyle::CC_ComboBox, option);
+        painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+    }
+
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        if (is_part_of_a_word(*event))
+            return search(event->text());
+        const bool for_the_word = is_searching() && ends_a_word(event->key());
+        if (is_searching() && event->key() == Qt::Key_Escape)
+            setCurrentIndex(m_before);
+        if (!is_modifier(event->key()))
+            choose_found();
+        if (event->key() == Qt::Key_PageUp || event->key() == Qt::Key_PageDown)
+            turn_page(event->key() == Qt::Key_PageDown);
+        else if (!for_the_word)
+            QComboBox::keyPressEvent(event);
+    }
+
+    void focusOutEvent(QFocusEvent* event) override
+    {
+        choose_found();
+        QComboBox::focusOutEvent(event);
+    }
+
+private:
+    bool is_part_of_a_word(const QKeyEvent& event) const
+    {
+        return !isEditable() && !event.text().isEmpty() && event.text().front().isPrint()
+            && !(event.modifiers() & (Qt::ControlModifier | Qt::AltModifier))
+            && (is_searching() || event.key() != Qt::Key_Space);
+    }
+
+    static bool ends_a_word(int key)
+    {
+        return key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape;
+    }
+
+    static bool is_modifier(int key)
+    {
+        return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_AltGr;
+    }
+
+    void turn_page(bool down)
+    {
+        const int page = maxVisibleItems() - 1;
+        const int wanted
+            = std::max(0, std::min(currentIndex() + (down ? page : -page), count() - 1));
+        if (count() == 0 || wanted == currentIndex())
+            return;
+        setCurrentIndex(wanted);
+        emit activated(wanted);
+    }
+
+    void search(const QString& letters)
+    {
+        if (!is_searching())
+            m_before = currentIndex();
+        m_typed += letters;
+        m_pause.start(key_intervals_of_a_pause * QApplication::keyboardInputInterval());
+        int found = findText(m_typed, Qt::MatchStartsWith);
+        if (found < 0)
+            found = findText(m_typed, Qt::MatchContains);
+        if (found >= 0)
+            setCurrentIndex(found);
+    }
+
+    void choose_found()
+    {
+        const bool found_another = is_searching() && currentIndex() != m_before;
+        forget_search();
+        if (found_another)
+            emit activated(currentIndex());
+    }
+
+    QString m_typed;
+    int m_before = -1; // the entry that was chosen when the word began
+    QTimer m_pause;
+};
+
+class ComboBoxView : public WidgetView {
+public:
+    ComboBoxView(ComboBox& control, WideComboBox& box)
+        : WidgetView(control, box)
+        , m_control(control)
+        , m_box(box)
+    {
+        box.setEditable(control.style() == ComboBoxStyle::editable);
+        // The size is the layout's; measuring hundreds of entries for a hint would be in vain.
+        box.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+        box.setMinimumContentsLength(1);
+        box.setMaxVisibleItems(visible_list_entries);
+        box.setInsertPolicy(QComboBox::NoInsert);
+        connect(&box, &QComboBox::activated, this,
+            [this](int index) { user_did([&] { m_control.user_choose(index); }); });
+        if (QLineEdit* line = box.lineEdit()) {
+            connect(line, &QLineEdit::textEdited, this, [this](const QString& text) {
+                user_did([&] { m_control.user_edit(from_qt(text)); });
+            });
+        }
+    }
+
+private:
+    void redraw() override
+    {
+        const int natural_height = m_box.sizeHint().height();
+        if (m_box.height() < natural_height)
+            m_box.resize(m_box.width(), natural_height);
+        if (m_entries_version != m_control.entries_version()) {
+            m_entries_version = m_control.entries_version();
+            for (int i = m_box.count(); i < m_control.ListCount(); ++i)
+                m_box.addItem(to_qt(m_control.List(i)));
+        }
+        if (m_shown_index != m_control.ListIndex.get())
+            m_box.forget_search();
+        m_shown_index = m_control.ListIndex;
+        if (!m_box.is_searching() && m_box.currentIndex() != m_shown_index)
+            m_box.setCurrentIndex(m_shown_index);
+        const QString text = to_qt(m_control.Text);
+        if (QLineEdit* line = m_box.lineEdit(); line && line->text() != text)
+            line->setText(text);
+        // The box may be too narrow for its entry; the tool tip has room for it.
+        const QString tip = to_qt(m_control.ToolTipText);
+        m_box.setToolTip(tip.isEmpty() ? text : text.isEmpty() ? tip : tip + "\n" + text);
+    }
+
+    ComboBox& m_control;
+    WideComboBox& m_box;
+    int m_shown_index = -1;
+    unsigned m_entries_version = 0;
+};
+
+} // namespace
+
+std::unique_ptr<WidgetView> view_combo_box(ComboBox& box, QWidget& parent)
+{
+    return std::make_unique<ComboBoxView>(box, make_child<WideComboBox>(&parent));
+}
+
+} // namespace tessavox
