@@ -24,18 +24,6 @@
 namespace tessavox {
 namespace {
 
-std::u16string as_utf16(const QString& text)
-{
-    return { reinterpret_cast<const char16_t*>(text.utf16()),
-        static_cast<std::size_t>(text.size()) };
-}
-
-QString as_qstring(std::u16string_view text)
-{
-    return QString(
-        reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size()));
-}
-
 int button_number(Qt::MouseButton button)
 {
     return button == Qt::LeftButton ? 1 : button == Qt::RightButton ? 2 : 0;

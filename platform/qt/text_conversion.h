@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <string>
+#include <string_view>
 
 namespace tessavox {
 
@@ -16,6 +17,18 @@ inline std::string from_qt(const QString& text)
 {
     const QByteArray utf8 = text.toUtf8();
     return { utf8.constData(), static_cast<std::size_t>(utf8.size()) };
+}
+
+inline QString as_qstring(std::u16string_view text)
+{
+    return QString(
+        reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size()));
+}
+
+inline std::u16string as_utf16(const QString& text)
+{
+    return { reinterpret_cast<const char16_t*>(text.utf16()),
+        static_cast<std::size_t>(text.size()) };
 }
 
 } // namespace tessavox

@@ -1,3 +1,4 @@
+#include "tests/contract/clipboard_contract.h"
 #include "tests/contract/file_store_contract.h"
 #include "tests/contract/rich_text_pane_contract.h"
 #include "tests/fakes/fake_platform.h"
@@ -27,6 +28,28 @@ private:
     FakeFiles m_files;
 };
 
+class FakeClipboardBed {
+public:
+    Clipboard& clipboard() { return m_clipboard; }
+    void other_copies(const std::u16string& text)
+    {
+        m_clipboard.text = text;
+        m_clipboard.owner_answers = true;
+    }
+    void other_copies_a_picture() { other_copies(u""); }
+    void other_holds_back(const std::u16string& text)
+    {
+        m_clipboard.text = text;
+        m_clipboard.owner_answers = false;
+    }
+    void other_gives() { m_clipboard.owner_answers = true; }
+    void settle() { }
+
+private:
+    FakeClipboard m_clipboard;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, ClipboardContract, FakeClipboardBed);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, RichTextPaneContract, FakePaneBed);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FileStoreContract, FakeFilesBed);
 

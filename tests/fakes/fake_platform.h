@@ -32,9 +32,17 @@ private:
 
 class FakeClipboard : public Clipboard {
 public:
-    TextSlice GetText() override { return text; }
-    bool has_text() override { return !text.empty(); }
+    TextSlice GetText(Patience) override { return owner_answers ? text : std::u16string(); }
+    bool has_text() override { return owner_answers && !text.empty(); }
+    void SetText(std::u16string_view wanted) override
+    {
+        text = wanted;
+        owner_answers = true;
+    }
+    void Clear() override { SetText({}); }
+
     std::u16string text;
+    bool owner_answers = true;
 };
 
 class FakeMessageBoxes : public MessageBoxes {

@@ -1,0 +1,81 @@
+#include "platform/qt/clipboard.h"
+
+#include "platform/qt/text_conversion.h"
+#include "tests/contract/clipboard_contract.h"
+#include "tests/platform/qt/desktop/other_program.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QTest>
+
+#include <memory>
+
+namespace tessavox {
+namespace {
+
+class DesktopBed {
+public:
+    DesktopBed()
+    {
+        QObject::connect(QApplication::clipboard(), &QClipboard::dataChanged, &m_clipboard,
+            [this] { ++m_changes; });
+    }
+    Clipboard& clipboard() { return m_clipboard; }
+    void other_offers(const OtherProgram::Offer& offer)
+    {
+        const auto before = std::move(m_other); // its going must not count as a change
+        const int changes = m_changes;
+        m_other = std::make_unique<OtherProgram>(offer);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return m_changes > changes; }, 20'000));
+    }
+    void other_copies(const std::u16string& text)
+    {
+        other_offers({ { "text/plain", as_qstring(text).toUtf8() } });
+    }
+    void other_copies_a_picture() { other_offers({ { "image/png", "\x89PNG" } }); }
+    void other_holds_back(const std::u16string& text)
+    {
+        other_copies(text);
+        m_other->stop();
+    }
+    void other_gives() { m_other->go_on(); }
+    void settle() { QApplication::processEvents(QEventLoop::AllEvents, 10); }
+
+private:
+    QtClipboard m_clipboard;
+    std::unique_ptr<OtherProgram> m_other;
+    int m_changes = 0;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Desktop, ClipboardContract, DesktopBed);
+
+TEST(Clipboard, OfSeveralFormsTheOneThatIsMeantIsRead)
+{
+    const struct {
+        OtherProgram::Offer offer;
+        std::u16string text;
+    } rows[] = {
+        { { { "text/uri-list", "file:///a%20b\r\nfile:///c\r\n" }, { "text/plain", "file:///" } },
+            u"/a b\n/c" },
+        { { { "text/uri-list", "http://a.example/" }, { "text/plain", "a link" } }, u"a link" },
+        { { { "text/html", "<p>A &amp; <b>b</b>" } }, u"A & b" },
+        { { { "text/html", "<p>page" }, { "text/plain", "plain" } }, u"plain" },
+    };
+    DesktopBed bed;
+    for (const auto& row : rows) {
+        bed.other_offers(row.offer);
+        EXPECT_EQ(bed.clipboard().GetText(Patience::some).view(), row.text);
+    }
+}
+
+TEST(Clipboard, OtherProgramsGetWhatIsPutThere)
+{
+    QtClipboard clipboard;
+    clipboard.SetText(u"for \u00e4ll");
+    EXPECT_EQ(OtherProgram::pasted(), "for \u00e4ll");
+    clipboard.Clear();
+    EXPECT_EQ(OtherProgram::pasted(), "");
+}
+
+} // namespace
+} // namespace tessavox
