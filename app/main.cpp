@@ -72,7 +72,7 @@ int run()
     DiskFileStore files;
     QtClipboard clipboard;
     QtMessageBoxes message_boxes;
-    QtFileDialogs dialogs;
+    QtFileDialogs dialogs(texts);
     QtScreen screen;
     QtTray tray;
     QtBlockingWork blocking_work;

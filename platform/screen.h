@@ -8,6 +8,7 @@ enum class MousePointer { normal = 0, hourglass = 11 };
 class Screen {
 public:
     virtual ~Screen() = default;
+    /// The hourglass is seen while the handler runs that asks for it; it doesn't outlive the act.
     virtual void set_MousePointer(MousePointer pointer) = 0;
 };
 

@@ -1,5 +1,8 @@
 #include "platform/qt/file_dialogs.h"
 
+#include "platform/failure.h"
+#include "platform/files/write_target.h"
+#include "platform/qt/message_boxes.h"
 #include "platform/qt/text_conversion.h"
 
 #include <QApplication>
@@ -51,42 +54,87 @@ void begin_with(QFileDialog& dialog, const FileDialogRequest& request, const QSt
         dialog.selectFile(file.fileName());
 }
 
-/// The path that the user settles on, in a folder that exists; nothing if the user gives up.
-QString chosen_path(QFileDialog& dialog)
+/// What to say of a file that can't be written; null for one that can.
+QString objection_to(const QString& path, const Texts& texts)
 {
-    while (dialog.exec() == QDialog::Accepted) {
-        const QString path = dialog.selectedFiles().value(0);
-        if (QFileInfo(path).dir().exists() && !QFileInfo(path).isDir())
-            return path;
-    }
-    return {};
+    constexpr int not_writable_id = 2301;
+    constexpr int no_folder_id = 2302;
+    const WriteObstacle obstacle = obstacle_to_writing(from_qt(path));
+    if (obstacle == WriteObstacle::none)
+        return {};
+    QString text = "%1"; // enough where the table has a hole
+    attempt([&] {
+        text = to_qt(texts.LoadResString(
+            obstacle == WriteObstacle::no_folder ? no_folder_id : not_writable_id));
+    });
+    return text.replace("%1", QFileInfo(path).fileName());
 }
 
-/// Begins in `folder` unless the request names one, and leaves there the folder of what was chosen.
-std::optional<std::string> ask_for_path(const FileDialogRequest& request,
-    QFileDialog::AcceptMode purpose, QFileDialog::FileMode mode, QString& folder)
-{
-    QFileDialog dialog(QApplication::activeWindow());
-    dialog.setAcceptMode(purpose);
-    dialog.setFileMode(mode);
-    begin_with(dialog, request, folder);
-    const QString path = chosen_path(dialog);
-    if (path.isEmpty())
-        return std::nullopt;
-    folder = QFileInfo(path).absolutePath();
-    return from_qt(path);
-}
+/// Stays open until the user chooses a file that can be written, or none.
+class SaveDialog : public QFileDialog {
+public:
+    SaveDialog(QWidget* parent, const Texts& texts)
+        : QFileDialog(parent)
+        , m_texts(texts)
+    {
+        setAcceptMode(AcceptSave);
+        setFileMode(AnyFile);
+    }
+
+    /// Whether the chosen file can be written. Says so if not.
+    bool is_possible()
+    {
+        const QString path = selectedFiles().value(0);
+        const QString objection = objection_to(path, m_texts);
+        if (!objection.isNull())
+            QtMessageBoxes().show(
+                from_qt(objection), application_title, MessageButtons::ok, MessageIcon::none);
+        return objection.isNull();
+    }
+
+protected:
+    void accept() override
+    {
+        // The desktop's own dialog is closed already when this comes; it is opened again. A folder
+        // is opened, not chosen.
+        const bool is_the_desktops = !layout();
+        if (is_the_desktops || QFileInfo(selectedFiles().value(0)).isDir() || is_possible())
+            QFileDialog::accept();
+    }
+
+private:
+    const Texts& m_texts;
+};
 
 } // namespace
 
 std::optional<std::string> QtFileDialogs::ShowOpen(const FileDialogRequest& request)
 {
-    return ask_for_path(request, QFileDialog::AcceptOpen, QFileDialog::ExistingFile, m_folder);
+    QFileDialog dialog(QApplication::activeWindow());
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    begin_with(dialog, request, m_folder);
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return chosen(dialog);
 }
 
 std::optional<std::string> QtFileDialogs::ShowSave(const FileDialogRequest& request)
 {
-    return ask_for_path(request, QFileDialog::AcceptSave, QFileDialog::AnyFile, m_folder);
+    SaveDialog dialog(QApplication::activeWindow(), m_texts);
+    begin_with(dialog, request, m_folder);
+    do {
+        if (dialog.exec() != QDialog::Accepted)
+            return std::nullopt;
+    } while (!dialog.is_possible());
+    return chosen(dialog);
+}
+
+std::string QtFileDialogs::chosen(const QFileDialog& dialog)
+{
+    const QString path = dialog.selectedFiles().value(0);
+    m_folder = QFileInfo(path).absolutePath();
+    return from_qt(path);
 }
 
 } // namespace tessavox

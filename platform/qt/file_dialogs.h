@@ -2,17 +2,28 @@
 #pragma once
 
 #include "platform/file_dialogs.h"
+#include "platform/texts.h"
 
 #include <QStringList>
+
+class QFileDialog;
 
 namespace tessavox {
 
 class QtFileDialogs : public FileDialogs {
 public:
+    /// `texts` says what is wrong with a file that can't be written.
+    explicit QtFileDialogs(const Texts& texts)
+        : m_texts(texts)
+    {
+    }
     std::optional<std::string> ShowOpen(const FileDialogRequest& request) override;
     std::optional<std::string> ShowSave(const FileDialogRequest& request) override;
 
 private:
+    std::string chosen(const QFileDialog& dialog);
+
+    const Texts& m_texts;
     QString m_folder; // of the file chosen last
 };
 

@@ -3,15 +3,20 @@
 
 #include "platform/screen.h"
 
+#include <QObject>
+#include <QPointer>
+
 namespace tessavox {
 
+/// The hourglass is shown while the handler runs that asked for it, with all that this one waits
+/// for, and goes by itself when control is back in the message loop: a failed act leaves none.
 class QtScreen : public Screen {
 public:
     ~QtScreen() override;
     void set_MousePointer(MousePointer pointer) override;
 
 private:
-    bool m_is_busy = false;
+    QPointer<QObject> m_hourglass;
 };
 
 } // namespace tessavox

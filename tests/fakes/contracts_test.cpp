@@ -1,4 +1,5 @@
 #include "tests/contract/clipboard_contract.h"
+#include "tests/contract/dialogs_contract.h"
 #include "tests/contract/file_store_contract.h"
 #include "tests/contract/rich_text_pane_contract.h"
 #include "tests/fakes/fake_platform.h"
@@ -49,6 +50,22 @@ private:
     FakeClipboard m_clipboard;
 };
 
+class FakeDialogsBed {
+public:
+    MessageBoxes& boxes() { return m_boxes; }
+    FileDialogs& dialogs() { return m_dialogs; }
+    std::string path(const std::string& name) const { return "/folder/" + name; }
+    void user_presses(MessageAnswer answer) { m_boxes.answers.push_back(answer); }
+    void user_closes() { m_boxes.answers.push_back(MessageAnswer::cancel); }
+    void user_chooses(const std::string& name) { m_dialogs.answers.emplace_back(path(name)); }
+    void user_cancels() { m_dialogs.answers.emplace_back(); }
+
+private:
+    FakeMessageBoxes m_boxes;
+    FakeDialogs m_dialogs;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, DialogsContract, FakeDialogsBed);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, ClipboardContract, FakeClipboardBed);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, RichTextPaneContract, FakePaneBed);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FileStoreContract, FakeFilesBed);

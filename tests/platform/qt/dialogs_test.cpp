@@ -1,0 +1,149 @@
+#include "platform/qt/file_dialogs.h"
+#include "platform/qt/message_boxes.h"
+#include "platform/qt/text_conversion.h"
+
+#include "tests/contract/dialogs_contract.h"
+#include "tests/platform/files/temporary_folder.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <deque>
+#include <fstream>
+#include <functional>
+#include <vector>
+
+namespace tessavox {
+namespace {
+
+struct NumberedTexts : Texts {
+    std::string LoadResString(int id) const override { return std::to_string(id) + " %1"; }
+};
+
+/// Does one thing after the other, each to the dialog or message that is in front by then.
+class User {
+public:
+    ~User() { EXPECT_TRUE(m_acts.empty()) << "a dialog didn't appear"; }
+
+    void will(std::function<void(QWidget&)> act)
+    {
+        m_acts.push_back(std::move(act));
+        if (m_acts.size() == 1)
+            look();
+    }
+
+private:
+    void look()
+    {
+        QTimer::singleShot(1, &m_timer_owner, [this] {
+            QWidget* const front = QApplication::activeModalWidget();
+            if (!front || !front->isVisible())
+                return look();
+            const auto act = std::move(m_acts.front());
+            m_acts.pop_front();
+            if (!m_acts.empty())
+                look();
+            act(*front);
+        });
+    }
+
+    QObject m_timer_owner;
+    std::deque<std::function<void(QWidget&)>> m_acts;
+};
+
+class QtDialogsBed {
+public:
+    QtDialogsBed() { std::ofstream(m_folder / "old.wav") << "sound"; }
+
+    MessageBoxes& boxes() { return m_boxes; }
+    FileDialogs& dialogs() { return m_dialogs; }
+    std::string path(const std::string& name) { return m_folder / name; }
+    void user_presses(MessageAnswer answer)
+    {
+        const auto button = answer == MessageAnswer::yes ? QMessageBox::Yes
+            : answer == MessageAnswer::no                ? QMessageBox::No
+                                                         : QMessageBox::Cancel;
+        m_user.will(
+            [button](QWidget& box) { dynamic_cast<QMessageBox&>(box).button(button)->click(); });
+    }
+    void user_closes()
+    {
+        m_user.will([](QWidget& box) { box.close(); });
+    }
+    void user_chooses(const std::string& name)
+    {
+        m_user.will([name](QWidget& dialog) {
+            auto& line = *dialog.findChild<QLineEdit*>("fileNameEdit");
+            dialog.activateWindow();
+            EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+            line.setFocus();
+            line.setText(to_qt(name));
+            QTest::keyClick(&line, Qt::Key_Return);
+        });
+    }
+    void user_cancels() { user_closes(); }
+    /// Reads and closes the message in front.
+    void user_reads(std::vector<std::string>& texts)
+    {
+        m_user.will([&texts](QWidget& box) {
+            texts.push_back(from_qt(dynamic_cast<QMessageBox&>(box).text()));
+            box.close();
+        });
+    }
+
+private:
+    TemporaryFolder m_folder;
+    NumberedTexts m_texts;
+    QtMessageBoxes m_boxes;
+    QtFileDialogs m_dialogs{ m_texts };
+    User m_user;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Qt, DialogsContract, QtDialogsBed);
+
+TEST(SaveDialog, WhatCannotBeWrittenIsRefusedWithAMessageAndTheDialogStays)
+{
+    QtDialogsBed bed;
+    fs::permissions(bed.path("old.wav"), fs::perms::owner_read);
+    std::vector<std::string> messages;
+    bed.user_chooses("old.wav");
+    bed.user_reads(messages);
+    bed.user_chooses("gone/new.wav");
+    bed.user_reads(messages);
+    bed.user_chooses("new.wav");
+    FileDialogRequest request;
+    request.FileName = bed.path("old.wav");
+    EXPECT_EQ(bed.dialogs().ShowSave(request), bed.path("new.wav"));
+    EXPECT_EQ(messages, (std::vector<std::string>{ "2301 old.wav", "2302 new.wav" }));
+}
+
+TEST(SaveDialog, AFileIsReplacedOnlyWhenTheUserSaysSo)
+{
+    QtDialogsBed bed;
+    FileDialogRequest request;
+    request.FileName = bed.path("old.wav");
+    request.overwrite_prompt = true;
+    bed.user_chooses("old.wav");
+    bed.user_presses(MessageAnswer::no);
+    bed.user_chooses("old.wav");
+    bed.user_presses(MessageAnswer::yes);
+    EXPECT_EQ(bed.dialogs().ShowSave(request), bed.path("old.wav"));
+}
+
+TEST(FileFilters, TakeEveryFileForAllFilesAndKeepTheirOrder)
+{
+    const QStringList expected{ "All Files (*)", "Wave Files (*.wav)",
+        "Text (plain) (*.txt *.rtf)" };
+    EXPECT_EQ(name_filters("All Files (*.*)|*.*|Wave Files (*.wav)|*.wav|"
+                           "Text (plain) (*.txt;*.rtf)|*.txt; *.rtf"),
+        expected);
+    EXPECT_TRUE(name_filters("").isEmpty());
+}
+
+} // namespace
+} // namespace tessavox
