@@ -72,7 +72,7 @@ int run()
     DiskFileStore files;
     QtClipboard clipboard;
     QtMessageBoxes message_boxes;
-    QtFileDialogs dialogs(texts);
+    QtFileDialogs dialogs(files, texts);
     QtScreen screen;
     QtTray tray;
     QtBlockingWork blocking_work;

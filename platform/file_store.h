@@ -12,6 +12,13 @@ enum class Durability {
               // power
 };
 
+/// What speaks against writing a file.
+enum class WriteObstacle {
+    none,
+    no_folder, // the folder that it would lie in isn't there
+    not_writable, // read-only, in a folder that takes nothing new, no regular file, or a bad name
+};
+
 class FileStore {
 public:
     virtual ~FileStore() = default;
@@ -24,6 +31,9 @@ public:
     /// written.
     virtual void write(const std::string& path, const std::string& bytes, Durability durability)
         = 0;
+    /// What is known of that before anybody tries. What nobody has the permission to write counts
+    /// as read-only for the administrator too, who could write it all the same.
+    virtual WriteObstacle obstacle_to_writing(const std::string& path) = 0;
 };
 
 } // namespace tessavox

@@ -8,11 +8,15 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace tessavox {
+
+namespace fs = std::filesystem;
+
 namespace {
 
 constexpr std::size_t largest_file_bytes = std::size_t(64) << 20;
@@ -209,6 +213,16 @@ bool holds(const std::string& path, const struct stat& status, const std::string
     return same;
 }
 
+bool takes_writing(const fs::path& path)
+{
+    std::error_code failed;
+    const fs::perms permissions = fs::status(path, failed).permissions();
+    constexpr fs::perms anybody
+        = fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+    return !failed && (permissions & anybody) != fs::perms::none
+        && ::access(path.c_str(), W_OK) == 0;
+}
+
 } // namespace
 
 std::string DiskFileStore::read(const std::string& path)
@@ -245,6 +259,19 @@ void DiskFileStore::write(const std::string& path, const std::string& bytes, Dur
         fail(path, "given its permissions");
     if (!file.complete(bytes, durability) || !file.take_place_of(target))
         fail(path, "written");
+}
+
+WriteObstacle DiskFileStore::obstacle_to_writing(const std::string& path)
+{
+    const fs::path file(path);
+    std::error_code failed;
+    if (!fs::is_directory(file.parent_path(), failed))
+        return WriteObstacle::no_folder;
+    const fs::file_status status = fs::status(file, failed);
+    const bool is_possible = fs::is_regular_file(status) ? takes_writing(file)
+                                                         : status.type() == fs::file_type::not_found
+            && takes_writing(file.parent_path()) && file.filename().native().size() <= NAME_MAX;
+    return is_possible ? WriteObstacle::none : WriteObstacle::not_writable;
 }
 
 } // namespace tessavox

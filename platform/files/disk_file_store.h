@@ -14,6 +14,7 @@ class DiskFileStore : public FileStore {
 public:
     std::string read(const std::string& path) override;
     void write(const std::string& path, const std::string& bytes, Durability durability) override;
+    WriteObstacle obstacle_to_writing(const std::string& path) override;
 };
 
 } // namespace tessavox

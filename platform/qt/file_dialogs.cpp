@@ -1,7 +1,6 @@
 #include "platform/qt/file_dialogs.h"
 
 #include "platform/failure.h"
-#include "platform/files/write_target.h"
 #include "platform/qt/message_boxes.h"
 #include "platform/qt/text_conversion.h"
 
@@ -55,11 +54,11 @@ void begin_with(QFileDialog& dialog, const FileDialogRequest& request, const QSt
 }
 
 /// What to say of a file that can't be written; null for one that can.
-QString objection_to(const QString& path, const Texts& texts)
+QString objection_to(const QString& path, FileStore& files, const Texts& texts)
 {
     constexpr int not_writable_id = 2301;
     constexpr int no_folder_id = 2302;
-    const WriteObstacle obstacle = obstacle_to_writing(from_qt(path));
+    const WriteObstacle obstacle = files.obstacle_to_writing(from_qt(path));
     if (obstacle == WriteObstacle::none)
         return {};
     QString text = "%1"; // enough where the table has a hole
@@ -73,8 +72,9 @@ QString objection_to(const QString& path, const Texts& texts)
 /// Stays open until the user chooses a file that can be written, or none.
 class SaveDialog : public QFileDialog {
 public:
-    SaveDialog(QWidget* parent, const Texts& texts)
+    SaveDialog(QWidget* parent, FileStore& files, const Texts& texts)
         : QFileDialog(parent)
+        , m_files(files)
         , m_texts(texts)
     {
         setAcceptMode(AcceptSave);
@@ -85,7 +85,7 @@ public:
     bool is_possible()
     {
         const QString path = selectedFiles().value(0);
-        const QString objection = objection_to(path, m_texts);
+        const QString objection = objection_to(path, m_files, m_texts);
         if (!objection.isNull())
             QtMessageBoxes().show(
                 from_qt(objection), application_title, MessageButtons::ok, MessageIcon::none);
@@ -103,6 +103,7 @@ protected:
     }
 
 private:
+    FileStore& m_files;
     const Texts& m_texts;
 };
 
@@ -121,7 +122,7 @@ std::optional<std::string> QtFileDialogs::ShowOpen(const FileDialogRequest& requ
 
 std::optional<std::string> QtFileDialogs::ShowSave(const FileDialogRequest& request)
 {
-    SaveDialog dialog(QApplication::activeWindow(), m_texts);
+    SaveDialog dialog(QApplication::activeWindow(), m_files, m_texts);
     begin_with(dialog, request, m_folder);
     do {
         if (dialog.exec() != QDialog::Accepted)

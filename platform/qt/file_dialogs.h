@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/file_dialogs.h"
+#include "platform/file_store.h"
 #include "platform/texts.h"
 
 #include <QStringList>
@@ -12,9 +13,10 @@ namespace tessavox {
 
 class QtFileDialogs : public FileDialogs {
 public:
-    /// `texts` says what is wrong with a file that can't be written.
-    explicit QtFileDialogs(const Texts& texts)
-        : m_texts(texts)
+    /// `files` knows what can't be written, and `texts` says so.
+    QtFileDialogs(FileStore& files, const Texts& texts)
+        : m_files(files)
+        , m_texts(texts)
     {
     }
     std::optional<std::string> ShowOpen(const FileDialogRequest& request) override;
@@ -23,6 +25,7 @@ public:
 private:
     std::string chosen(const QFileDialog& dialog);
 
+    FileStore& m_files;
     const Texts& m_texts;
     QString m_folder; // of the file chosen last
 };

@@ -1,5 +1,5 @@
 // What every store of small files has to do. A Bed has store() and path(name), a path in a folder
-// of its own that exists and is empty.
+// of its own that exists and is empty, and fixed_path(), one that nobody can write.
 #pragma once
 
 #include "platform/failure.h"
@@ -28,8 +28,19 @@ TYPED_TEST_P(FileStoreContract, WhatWasWrittenIsReadBackByteForByte)
         }
     }
     EXPECT_THROW(this->store.read(this->bed.path("other.txt")), Failure);
+    EXPECT_EQ(this->store.obstacle_to_writing(this->bed.path("file.txt")), WriteObstacle::none);
+    EXPECT_EQ(this->store.obstacle_to_writing(this->bed.path("other.txt")), WriteObstacle::none);
 }
 
-REGISTER_TYPED_TEST_SUITE_P(FileStoreContract, WhatWasWrittenIsReadBackByteForByte);
+TYPED_TEST_P(FileStoreContract, WhatCannotBeWrittenIsKnownBeforeAndFails)
+{
+    const std::string path = this->bed.fixed_path();
+    EXPECT_EQ(this->store.obstacle_to_writing(path), WriteObstacle::not_writable);
+    EXPECT_THROW(this->store.write(path, "text", Durability::durable), Failure);
+    EXPECT_THROW(this->store.write(path, "text", Durability::fleeting), Failure);
+}
+
+REGISTER_TYPED_TEST_SUITE_P(FileStoreContract, WhatWasWrittenIsReadBackByteForByte,
+    WhatCannotBeWrittenIsKnownBeforeAndFails);
 
 } // namespace tessavox

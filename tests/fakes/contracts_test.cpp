@@ -24,6 +24,11 @@ class FakeFilesBed {
 public:
     FileStore& store() { return m_files; }
     std::string path(const std::string& name) const { return "/folder/" + name; }
+    std::string fixed_path()
+    {
+        m_files.refused.insert("/fixed");
+        return "/fixed";
+    }
 
 private:
     FakeFiles m_files;

@@ -55,7 +55,7 @@ std::string FakeFiles::read(const std::string& path)
 void FakeFiles::write(const std::string& path, const std::string& bytes, Durability)
 {
     count_call();
-    if (refused.contains(path) || path.empty())
+    if (is_refused(path))
         throw Failure(path + " can't be written");
     files[path] = bytes;
 }

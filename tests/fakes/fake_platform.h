@@ -19,6 +19,10 @@ class FakeFiles : public FileStore {
 public:
     std::string read(const std::string& path) override;
     void write(const std::string& path, const std::string& bytes, Durability durability) override;
+    WriteObstacle obstacle_to_writing(const std::string& path) override
+    {
+        return is_refused(path) ? WriteObstacle::not_writable : WriteObstacle::none;
+    }
     /// The n-th call from now on, reads and writes counted together from 1, fails.
     void fail_call(int n) { m_calls_until_failure = n; }
 
@@ -26,6 +30,10 @@ public:
     std::set<std::string> refused; // paths that can't be written
 
 private:
+    bool is_refused(const std::string& path) const
+    {
+        return refused.contains(path) || path.empty();
+    }
     void count_call();
     int m_calls_until_failure = 0;
 };

@@ -16,6 +16,11 @@ class DiskBed {
 public:
     FileStore& store() { return m_store; }
     std::string path(const std::string& name) const { return m_folder / name; }
+    std::string fixed_path() const
+    {
+        fs::create_directory(m_folder / "folder");
+        return m_folder / "folder";
+    }
 
 private:
     TemporaryFolder m_folder;
@@ -154,6 +159,35 @@ TEST_F(DiskFiles, AReadOnlyFileIsNotReplaced)
     fs::permissions(folder / "fixed", fs::perms::owner_read);
     EXPECT_THROW(store.write(folder / "fixed", "after", Durability::durable), Failure);
     EXPECT_EQ(content("fixed"), "before");
+}
+
+TEST_F(DiskFiles, WhatCannotBeWrittenIsKnownBefore)
+{
+    put("file", "text");
+    put("fixed", "text");
+    fs::permissions(folder / "fixed", fs::perms(0444));
+    fs::create_directory(folder / "closed");
+    fs::permissions(folder / "closed", fs::perms(0555));
+    fs::create_symlink("/dev/null", folder / "device");
+    fs::create_symlink("file", folder / "link");
+    const struct {
+        std::string name;
+        WriteObstacle obstacle;
+    } rows[] = {
+        { "file", WriteObstacle::none },
+        { "new", WriteObstacle::none },
+        { "link", WriteObstacle::none },
+        { "fixed", WriteObstacle::not_writable },
+        { "closed", WriteObstacle::not_writable },
+        { "closed/new", WriteObstacle::not_writable },
+        { "device", WriteObstacle::not_writable },
+        { std::string(300, 'n'), WriteObstacle::not_writable },
+        { "gone/new", WriteObstacle::no_folder },
+        { "file/new", WriteObstacle::no_folder },
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(store.obstacle_to_writing(folder / row.name), row.obstacle) << row.name;
+    fs::permissions(folder / "closed", fs::perms(0755));
 }
 
 } // namespace

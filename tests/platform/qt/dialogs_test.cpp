@@ -25,6 +25,18 @@ struct NumberedTexts : Texts {
     std::string LoadResString(int id) const override { return std::to_string(id) + " %1"; }
 };
 
+/// Knows by the name what can't be written.
+struct FixedFiles : FileStore {
+    std::string read(const std::string&) override { return {}; }
+    void write(const std::string&, const std::string&, Durability) override { }
+    WriteObstacle obstacle_to_writing(const std::string& path) override
+    {
+        return path.ends_with("fixed")    ? WriteObstacle::not_writable
+            : path.ends_with("gone/file") ? WriteObstacle::no_folder
+                                          : WriteObstacle::none;
+    }
+};
+
 /// Does one thing after the other, each to the dialog or message that is in front by then.
 class User {
 public:
@@ -100,7 +112,8 @@ private:
     TemporaryFolder m_folder;
     NumberedTexts m_texts;
     QtMessageBoxes m_boxes;
-    QtFileDialogs m_dialogs{ m_texts };
+    FixedFiles m_files;
+    QtFileDialogs m_dialogs{ m_files, m_texts };
     User m_user;
 };
 
@@ -109,17 +122,16 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Qt, DialogsContract, QtDialogsBed);
 TEST(SaveDialog, WhatCannotBeWrittenIsRefusedWithAMessageAndTheDialogStays)
 {
     QtDialogsBed bed;
-    fs::permissions(bed.path("old.wav"), fs::perms::owner_read);
     std::vector<std::string> messages;
-    bed.user_chooses("old.wav");
+    bed.user_chooses("fixed");
     bed.user_reads(messages);
-    bed.user_chooses("gone/new.wav");
+    bed.user_chooses("gone/file");
     bed.user_reads(messages);
     bed.user_chooses("new.wav");
     FileDialogRequest request;
     request.FileName = bed.path("old.wav");
     EXPECT_EQ(bed.dialogs().ShowSave(request), bed.path("new.wav"));
-    EXPECT_EQ(messages, (std::vector<std::string>{ "2301 old.wav", "2302 new.wav" }));
+    EXPECT_EQ(messages, (std::vector<std::string>{ "2301 fixed", "2302 file" }));
 }
 
 TEST(SaveDialog, AFileIsReplacedOnlyWhenTheUserSaysSo)
