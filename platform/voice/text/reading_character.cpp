@@ -66,4 +66,27 @@ bool is_wordish(char16_t c)
     return !punctuation;
 }
 
+bool is_bullet(char16_t c)
+{
+    constexpr std::u16string_view bullets = u"-*\u00B7\u2013\u2014\u2022\u2023\u25E6\u25AA\u25CF";
+    return bullets.find(c) != std::u16string_view::npos;
+}
+
+std::uint32_t line_ends_of(char16_t c, char16_t next)
+{
+    switch (c) {
+    case u'\n':
+    case 0x85:
+    case 0x2028:
+        return 1;
+    case u'\r':
+        return next == u'\n' ? 0 : 1;
+    case u'\f':
+    case 0x2029:
+        return paragraph_line_ends;
+    default:
+        return 0;
+    }
+}
+
 } // namespace tessavox::voice

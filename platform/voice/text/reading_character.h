@@ -45,6 +45,14 @@ inline bool is_white(char16_t c)
 /// Closing quotes and brackets, which belong to the sentence that ends before them.
 bool is_closer(char16_t c);
 
+/// A sign that begins the row of a list.
+bool is_bullet(char16_t c);
+
+constexpr std::uint32_t paragraph_line_ends = 2;
+
+/// How many line ends `c` counts; a carriage return counts with its line feed.
+std::uint32_t line_ends_of(char16_t c, char16_t next);
+
 /// A letter or digit, as far as one unit can tell: two of them must not run together.
 bool is_wordish(char16_t c);
 

@@ -171,7 +171,24 @@ bool full_stop_ends(std::u16string_view before, char16_t next)
     return !(all_digits && word.size() == before.size() && word.size() <= 3);
 }
 
+bool is_opener(char16_t c)
+{
+    constexpr std::u16string_view openers
+        = u"\"'([{\u00A1\u00AB\u00BB\u00BF\u2018\u201A\u201C\u201D\u201E\u2039\u203A\u3008"
+          u"\u300A\u300C\u300E\u3010";
+    return openers.find(c) != std::u16string_view::npos;
+}
+
 } // namespace
+
+char16_t next_letter(std::u16string_view rest)
+{
+    constexpr std::size_t most_openers = 4;
+    for (const char16_t c : rest.substr(0, most_openers))
+        if (!is_opener(c))
+            return reading_kind(c) == ReadingKind::plain ? c : u'\0';
+    return 0;
+}
 
 bool sentence_ends(std::u16string_view text, char16_t next)
 {

@@ -1,0 +1,101 @@
+// A sentence, and how it grows while a text is read.
+#pragma once
+
+#include "platform/voice/text/markup_state.h"
+#include "platform/voice/text/source_map.h"
+#include "platform/voice/utterance.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace tessavox::voice {
+
+/// Something between two characters of a sentence. Words end at every mark.
+struct SentenceMark {
+    std::uint32_t at = 0; // offset in Sentence::text
+    /// Plain markup without effect; settings from here on; or an item spoken here.
+    std::variant<std::monostate, MarkupSettingsPtr, Silence, Bookmark, PronunciationPtr> what;
+};
+
+/// A sentence, decoded: no markup, no control character, no lone surrogate, no long blanks.
+struct Sentence {
+    std::u16string text;
+    SourceMap map;
+    std::vector<SentenceMark> marks; // rising
+    MarkupSettingsPtr settings; // at its start
+    SentenceExtent extent;
+};
+
+/// A place to gather from. The state is never null.
+struct GatherPlace {
+    std::uint32_t offset = 0;
+    std::uint32_t cdata_end = 0; // 0: in no CDATA section
+    MarkupStatePtr state;
+};
+
+/// Remembers where the last word ended: the sentence ends there, and the white space and markup
+/// after it belong to the next one. The places given are those where the text is read.
+class SentenceDraft {
+public:
+    void restart(Sentence& sentence);
+
+    bool has_content() const { return !m_sentence->text.empty() || !m_sentence->marks.empty(); }
+    std::uint32_t size() const { return static_cast<std::uint32_t>(m_sentence->text.size()); }
+    std::u16string_view text() const { return m_sentence->text; }
+    /// Where in the source it begins.
+    std::uint32_t begin() const { return m_begin; }
+    bool ends_white() const { return m_white; }
+    /// Whether markup was read since the last character.
+    bool is_joint() const { return m_joint; }
+    /// The size of the text, and the place in the source, where the last word ended.
+    std::uint32_t size_at_word_end() const { return m_word_end.size; }
+    std::uint32_t word_end() const { return m_word_end.place.offset; }
+
+    /// The character `first`, which is read next, belongs to the sentence and is not white space.
+    void begin_text(char16_t first, const GatherPlace& place);
+    /// `units` as they stand in the source.
+    void append(std::u16string_view units, std::uint32_t source_begin);
+    /// `units` stand for this extent of the source.
+    void append_entity(
+        std::u16string_view units, std::uint32_t source_begin, std::uint32_t source_length);
+    /// `count` blanks for the white space in the source.
+    void append_white(std::uint32_t count, std::uint32_t source_begin);
+    void set_ends_white(bool white) { m_white = white; }
+
+    /// Markup stands here: a word ends.
+    void part_words();
+    void add_settings(const MarkupSettingsPtr& settings);
+    /// Adds an item that `place` comes after; `source_begin` is where the item's own markup begins.
+    void add_item(
+        decltype(SentenceMark::what) item, std::uint32_t source_begin, const GatherPlace& place);
+
+    /// What was spoken so far ends at `place`.
+    void mark_word_end(const GatherPlace& place);
+    /// A word ended in the midst of what was appended last, where the text had this size.
+    void mark_word_end_at(std::uint32_t size, std::uint32_t offset, std::uint32_t cdata_end);
+    /// The state at the last word's end was `state`, which changes now.
+    void keep_state(const MarkupStatePtr& state);
+
+    /// Ends the sentence with its last word. Returns where the next one is gathered from.
+    GatherPlace finish(const GatherPlace& place);
+
+private:
+    struct WordEnd {
+        GatherPlace place; // its state is null as long as it is that of the text being read
+        std::uint32_t size = 0;
+        std::size_t marks = 0;
+    };
+
+    Sentence* m_sentence = nullptr;
+    std::uint32_t m_begin = 0;
+    WordEnd m_word_end;
+    bool m_fresh = false; // something was spoken since the word end
+    bool m_joint = false;
+    bool m_white = false;
+};
+
+} // namespace tessavox::voice
