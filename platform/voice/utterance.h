@@ -37,7 +37,7 @@ struct SentenceExtent {
     std::uint32_t source_length = 0;
 };
 
-/// A bookmark that is reached when a token begins. One behind the last token has their number.
+/// A bookmark that is reached when a token begins. One after the last token has their number.
 struct BookmarkPlace {
     std::uint32_t token = 0;
     std::string name; // UTF-8

@@ -12,8 +12,8 @@ namespace {
 // What a character is within a word: a script, or one of these.
 enum Kind : int {
     neutral = -1, // punctuation, digits, marks above and below letters
-    stranger = -2, // apostrophes, signs and modifiers
-    loner = -3, // always alone
+    sign = -2, // apostrophes, signs and modifiers
+    single = -3, // always alone
 };
 
 // A dotted abbreviation holds 80 bytes; a character of it takes at most four and its dot none.
@@ -28,17 +28,17 @@ int kind_of(char32_t character)
 {
     constexpr std::u32string_view apostrophes = U"'\u2018\u2019\u02BC\uFF07";
     if (apostrophes.find(character) != std::u32string_view::npos)
-        return stranger;
+        return sign;
     // Archaic Greek letters and Georgian capitals.
     if (is_between(character, 0x3D0, 0x3FF) || is_between(character, 0x10A0, 0x10C5))
-        return loner;
+        return single;
     const auto point = static_cast<UChar32>(character);
     UErrorCode status = U_ZERO_ERROR;
     const UScriptCode script = uscript_getScript(point, &status);
     if (script == USCRIPT_COMMON || script == USCRIPT_INHERITED) {
         const bool usual
             = u_ispunct(point) || u_isdigit(point) || (U_GET_GC_MASK(point) & U_GC_M_MASK) != 0;
-        return usual || character < 0x100 ? neutral : stranger;
+        return usual || character < 0x100 ? neutral : sign;
     }
     // A Japanese word mixes three scripts.
     const bool japanese
@@ -47,7 +47,7 @@ int kind_of(char32_t character)
 }
 
 // Words of these scripts often hold an apostrophe, and the library bears it.
-bool may_hold_stranger(int kind)
+bool may_hold_sign(int kind)
 {
     return kind == USCRIPT_LATIN || kind == USCRIPT_CYRILLIC || kind == USCRIPT_HEBREW
         || kind == USCRIPT_ARABIC;
@@ -60,17 +60,17 @@ void break_by_script(
     int before = neutral;
     for (std::size_t at = begin; at < end; ++at) {
         const int kind = kind_of(text[at]);
-        if (before == loner)
+        if (before == single)
             breaks[at] = true;
         if (kind == neutral) {
-            before = before == loner ? static_cast<int>(neutral) : before;
+            before = before == single ? static_cast<int>(neutral) : before;
             continue;
         }
-        const bool joined = (kind == stranger && may_hold_stranger(before))
-            || (before == stranger && may_hold_stranger(kind));
-        if (kind == loner || (before != neutral && before != kind && !joined))
+        const bool joined
+            = (kind == sign && may_hold_sign(before)) || (before == sign && may_hold_sign(kind));
+        if (kind == single || (before != neutral && before != kind && !joined))
             breaks[at] = true;
-        if (!joined || kind != stranger)
+        if (!joined || kind != sign)
             before = kind;
     }
 }

@@ -156,7 +156,7 @@ const PhoneRow* find_arpabet(std::string_view name)
 
 struct SapiPhone {
     const PhoneRow* row;
-    char stress = 0; // '1' or '2', which SAPI writes behind the vowel
+    char stress = 0; // '1' or '2', which SAPI writes after the vowel
 };
 
 // Syllable, word and sentence boundaries carry no sound of their own.

@@ -135,7 +135,7 @@ std::size_t MarkupScanner::past_blanks(std::size_t at, std::size_t limit) const
     return at;
 }
 
-/// The place behind the name at `at`, or `at` itself if none begins there.
+/// The place after the name at `at`, or `at` itself if none begins there.
 std::size_t MarkupScanner::past_name(std::size_t at, std::size_t limit) const
 {
     if (at >= limit || !begins_name(m_text[at]))
@@ -177,7 +177,7 @@ Markup MarkupScanner::scan_tag(std::size_t at)
     }
 }
 
-/// The place behind the attribute at `at`, which is added to the list, or npos.
+/// The place after the attribute at `at`, which is added to the list, or npos.
 std::size_t MarkupScanner::read_attribute(std::size_t at, std::size_t limit)
 {
     const std::size_t name_end = past_name(at, limit);

@@ -23,11 +23,11 @@ struct Markup {
         empty_tag,
         end_tag,
         skipped, // comment, processing instruction, document type
-        cdata, // end is the first unit of the content; content_end the first one behind it
+        cdata, // end is the first unit of the content; content_end the first one after it
         character, // an entity
     };
     Kind kind = Kind::none;
-    std::size_t end = 0; // the first unit behind it
+    std::size_t end = 0; // the first unit after it
     std::size_t content_end = 0;
     std::u16string_view name = {}; // of a tag
     char32_t character = 0;
@@ -62,7 +62,7 @@ private:
             : m_mark(mark)
         {
         }
-        /// The first place of the mark at or behind `from` and before `limit`, or npos.
+        /// The first place of the mark at or after `from` and before `limit`, or npos.
         std::size_t find(std::u16string_view text, std::size_t from, std::size_t limit);
 
     private:

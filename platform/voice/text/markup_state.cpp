@@ -190,8 +190,8 @@ const ElementRow* row_of(std::u16string_view name)
     return row == std::end(elements) ? nullptr : row;
 }
 
-/// The settings behind the tag; the very same object if the tag changes nothing.
-MarkupSettingsPtr settings_behind(const ElementRow& row, const FoundTag& tag,
+/// The settings after the tag; the very same object if the tag changes nothing.
+MarkupSettingsPtr settings_after(const ElementRow& row, const FoundTag& tag,
     const MarkupStatePtr& state, const VoiceChooser& voices)
 {
     if (!row.set)
@@ -275,7 +275,7 @@ TagEffect effect_of(const FoundTag& tag, const MarkupStatePtr& state, const Voic
         return { MarkupState::closed(state, row->element), {} };
     if (tag.tag.kind == Markup::Kind::start_tag) {
         auto inner
-            = MarkupState::opened(state, row->element, settings_behind(*row, tag, state, voices));
+            = MarkupState::opened(state, row->element, settings_after(*row, tag, state, voices));
         return { std::move(inner), item_of(row->element, tag) };
     }
     if (row->form == Form::replacing) {
@@ -284,7 +284,7 @@ TagEffect effect_of(const FoundTag& tag, const MarkupStatePtr& state, const Voic
     }
     if (row->form != Form::either)
         return { state, item_of(row->element, tag) };
-    MarkupSettingsPtr settings = settings_behind(*row, tag, state, voices);
+    MarkupSettingsPtr settings = settings_after(*row, tag, state, voices);
     if (settings == state->settings())
         return { state, {} };
     return { MarkupState::changed(state, std::move(settings)), {} };

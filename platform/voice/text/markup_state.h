@@ -80,12 +80,12 @@ public:
     const Resumption& resumption() const { return m_resumption; }
     MarkupStatePtr with_resumption(Resumption resumption) const;
 
-    /// Behind a start tag: the settings hold until its end tag.
+    /// After a start tag: the settings hold until its end tag.
     static MarkupStatePtr opened(
         const MarkupStatePtr& outer, Element element, MarkupSettingsPtr settings);
-    /// Behind an empty element: the settings hold until the innermost open element ends.
+    /// After an empty element: the settings hold until the innermost open element ends.
     static MarkupStatePtr changed(const MarkupStatePtr& state, MarkupSettingsPtr settings);
-    /// Behind an end tag, which ends all that was opened inside its element as well. The same state
+    /// After an end tag, which ends all that was opened inside its element as well. The same state
     /// if no such element is open.
     static MarkupStatePtr closed(const MarkupStatePtr& state, Element element);
     /// The innermost open element of this kind, or null.
@@ -99,7 +99,7 @@ private:
     Resumption m_resumption;
 };
 
-/// What a tag does to the text behind it.
+/// What a tag does to the text after it.
 struct TagEffect {
     MarkupStatePtr state;
     std::variant<std::monostate, Silence, Bookmark, PronunciationPtr> item; // spoken in its place

@@ -10,7 +10,7 @@ namespace tessavox::voice {
 
 namespace {
 
-/// What an abbreviation says about the full stop behind it.
+/// What an abbreviation says about the full stop after it.
 enum class Stop {
     never, // the sentence goes on: "Mr.", "e.g."
     before_number, // no end if a number follows: "No. 5"
@@ -195,7 +195,7 @@ bool sentence_ends(std::u16string_view text, char16_t next)
     std::size_t end = text.size();
     while (end > 0 && is_closer(text[end - 1]))
         --end;
-    // "'Why?' he asked": the sentence goes on behind the quote.
+    // "'Why?' he asked": the sentence goes on after the quote.
     if (end < text.size() && is_lower(next))
         return false;
     if (end == 0)

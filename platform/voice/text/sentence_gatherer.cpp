@@ -98,8 +98,7 @@ void SentenceGatherer::take_plain()
     }
     take_units(at - from);
     if (last_blank > from)
-        m_draft.mark_word_end_at(
-            m_draft.size() - (at - last_blank), last_blank, m_place.cdata_end);
+        m_draft.mark_word_end_at(m_draft.size() - (at - last_blank), last_blank, m_place.cdata_end);
     cut_if_endless();
 }
 
@@ -129,11 +128,11 @@ bool SentenceGatherer::pending_ends(std::uint32_t next) const
 {
     if (m_pending != Pending::terminator)
         return m_pending == Pending::wide_terminator;
-    // "Well . . . maybe", and a question mark behind a blank, as French sets it.
+    // "Well . . . maybe", and a question mark after a blank, as French sets it.
     const bool more
         = next < span_end() && (reading_kind(m_source[next]) == ReadingKind::terminator);
-    return !more && sentence_ends(m_draft.text(),
-            next_letter(m_source.substr(next, span_end() - next)));
+    return !more
+        && sentence_ends(m_draft.text(), next_letter(m_source.substr(next, span_end() - next)));
 }
 
 void SentenceGatherer::take_terminator(Pending pending)

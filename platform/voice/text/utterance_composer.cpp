@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::uint32_t longest_word = 100; // engines lose the tail of longer ones
 constexpr std::size_t longest_utterance = 800;
-// A sentence longer than the first is cut at the first clause that ends behind the second.
+// A sentence longer than the first is cut at the first clause that ends after the second.
 constexpr std::size_t long_sentence = 300;
 constexpr std::size_t shortest_first_cut = 200;
 
@@ -28,7 +28,7 @@ bool is_wide_clause_mark(char16_t c)
     return c == 0x3001 || c == 0xFF0C || c == 0xFF1A || c == 0xFF1B;
 }
 
-/// Whether a clause ends behind the character at `at`.
+/// Whether a clause ends after the character at `at`.
 bool clause_ends(std::u16string_view text, std::size_t at)
 {
     return is_wide_clause_mark(text[at])
@@ -37,18 +37,18 @@ bool clause_ends(std::u16string_view text, std::size_t at)
 
 std::size_t last_token_edge(const std::vector<Token>& tokens, std::size_t from, std::size_t end)
 {
-    const auto behind = std::upper_bound(tokens.begin(), tokens.end(), end,
+    const auto after = std::upper_bound(tokens.begin(), tokens.end(), end,
         [](std::size_t place, const Token& token) { return place < token.begin; });
-    if (behind == tokens.begin())
+    if (after == tokens.begin())
         return end;
-    const Token& last = *std::prev(behind);
+    const Token& last = *std::prev(after);
     if (last.begin + last.length <= end)
         return end;
     return last.begin > from ? last.begin : end;
 }
 
 /// Where the utterance that begins at `from` is cut.
-std::size_t cut_behind(const Utterance& run, std::size_t from, bool first)
+std::size_t cut_after(const Utterance& run, std::size_t from, bool first)
 {
     const std::u16string_view text = run.text;
     const std::size_t rest = text.size() - from;
@@ -231,12 +231,12 @@ void UtteranceComposer::flush()
         run.text.pop_back();
     end_contexts(run);
     const std::size_t size = run.text.size();
-    const bool short_enough = cut_behind(run, 0, m_items->size() == m_first_item) == size;
+    const bool short_enough = cut_after(run, 0, m_items->size() == m_first_item) == size;
     if (short_enough && run.text.front() != u' ')
         return add_part(std::move(run), true);
     for (std::size_t from = 0; from < size;) {
         const bool first = m_items->size() == m_first_item;
-        const std::size_t end = cut_behind(run, from, first);
+        const std::size_t end = cut_after(run, from, first);
         Utterance part = cut_out(run, from, end);
         if (!part.text.empty())
             add_part(std::move(part), from == 0);
