@@ -72,13 +72,8 @@ bool Form::Unload()
     if (!m_window)
         return true;
     const std::shared_ptr<Form> alive = shared_from_this();
-    if (m_kind == FormKind::mdi_parent) {
-        const auto forms = m_forms.loaded();
-        for (const auto& form : forms) {
-            if (form->kind() == FormKind::mdi_child && !form->Unload())
-                return false;
-        }
-    }
+    if (m_kind == FormKind::mdi_parent && !m_forms.unload_children())
+        return false;
     bool Cancel = false;
     Form_Unload(Cancel);
     if (Cancel)
@@ -103,7 +98,7 @@ void Form::client_resized(double width, double height)
 
 void Form::user_activated()
 {
-    if (m_window)
+    if (m_window && !m_forms.m_parent_unloads)
         m_forms.activate(*this);
 }
 
@@ -146,6 +141,16 @@ void Forms::parent_shown()
         m_active->Form_Activate();
 }
 
+bool Forms::unload_children()
+{
+    m_parent_unloads = true;
+    const auto forms = m_loaded;
+    const bool all_gone = std::all_of(forms.begin(), forms.end(),
+        [](const auto& form) { return form->kind() != FormKind::mdi_child || form->Unload(); });
+    m_parent_unloads = false;
+    return all_gone;
+}
+
 void Forms::loaded(Form& form)
 {
     m_loaded.push_back(form.shared_from_this());
@@ -165,7 +170,7 @@ void Forms::unloaded(Form& form)
         m_active = nullptr;
         const auto next = std::find_if(m_loaded.rbegin(), m_loaded.rend(),
             [](const auto& kept) { return kept->kind() == FormKind::mdi_child; });
-        if (next != m_loaded.rend())
+        if (next != m_loaded.rend() && !m_parent_unloads)
             activate(**next);
     }
     if (m_loaded.empty() && m_all_unloaded)

@@ -54,7 +54,8 @@ public:
     void Show();
     void Hide() { Visible = false; }
     /// Asks Form_Unload, and takes the window away unless that cancels. Children are asked first,
-    /// in the order of their loads, and one that cancels stops it all. Returns whether it is gone.
+    /// in the order of their loads, and one that cancels stops it all; meanwhile no child becomes
+    /// active because another one goes. Returns whether it is gone.
     bool Unload();
 
     /// @throws Failure while the form isn't loaded.
@@ -63,7 +64,8 @@ public:
     // Called by the platform's window ---------------------------------------------------------
     /// The client area has changed: keeps it, and runs Form_Resize.
     void client_resized(double width, double height);
-    /// The user made this child the active one.
+    /// The user made this child the active one, or the window system did. Doesn't count while the
+    /// parent is being unloaded.
     void user_activated();
     /// The user, or the window manager, changed the window's state.
     void user_changed_state(WindowState state);
@@ -117,6 +119,7 @@ private:
     friend class Form;
     void loaded(Form& form);
     void unloaded(Form& form);
+    bool unload_children();
     bool is_parent_awaited() const;
     void parent_shown();
 
@@ -127,6 +130,7 @@ private:
     Form* m_active = nullptr;
     bool m_activation_waits = false;
     bool m_parent_was_shown = false;
+    bool m_parent_unloads = false;
 };
 
 } // namespace tessavox

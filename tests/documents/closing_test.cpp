@@ -64,6 +64,54 @@ TEST_F(Closing, AChangedDocumentAsks)
     }
 }
 
+/// Three documents, of which some are changed; then the main window is closed.
+TEST_F(Closing, OfTheMainWindowAsksEachChangedDocumentWhileThatIsActive)
+{
+    const MessageAnswer all_answers[] = { yes, no, cancel };
+    const char* const paths[] = { "/app/first.txt", "/b.txt", "/c.txt" };
+    for (int run = 0; run < 8 * 27; ++run) {
+        SCOPED_TRACE(run);
+        const bool changed[] = { (run & 1) != 0, (run & 2) != 0, (run & 4) != 0 };
+        const MessageAnswer answers[]
+            = { all_answers[run / 8 % 3], all_answers[run / 24 % 3], all_answers[run / 72] };
+        RunningProgram other;
+        other.start();
+        for (int i = 0; i < 3; ++i) {
+            if (i > 0)
+                other.open_another();
+            if (changed[i])
+                other.pane().user_types(u"x");
+        }
+        std::string asked;
+        other.boxes.while_asking = [&] { asked += other.document().Tag.get(); };
+        std::string expected_asked;
+        int closed = 0;
+        for (; closed < 3; ++closed) {
+            if (!changed[closed])
+                continue;
+            expected_asked += std::to_string(closed + 1);
+            other.boxes.answers.push_back(answers[closed]);
+            if (answers[closed] == cancel)
+                break;
+            if (answers[closed] == yes && closed > 0)
+                other.dialogs.answers.push_back(paths[closed]);
+        }
+
+        EXPECT_EQ(other.main.user_closed(), closed == 3);
+        EXPECT_EQ(asked, expected_asked);
+        EXPECT_EQ(other.has_quit, closed == 3);
+        EXPECT_EQ(other.file("opened.txt"), file_of_lines({ closed == 3 ? "0" : "1" }));
+        EXPECT_EQ(other.process.tables.openDocumentCount, 3 - closed);
+        for (int i = 0; i < 3; ++i) {
+            const bool saved = i < closed && changed[i] && answers[i] == yes;
+            EXPECT_EQ(other.files.files[paths[i]].substr(0, 1), saved ? "x" : i == 0 ? "H" : "");
+            if (i >= closed) {
+                EXPECT_EQ(other.process.tables.documentChanged[i + 1], changed[i]);
+            }
+        }
+    }
+}
+
 TEST_F(Closing, ComingBackToADocumentForgetsItsChangeAndThatASaveWasAClosingOne)
 {
     frmDocument& first = document();

@@ -116,6 +116,11 @@ void FakeWindows::close(std::unique_ptr<FormWindow> window)
     Form* const form = &static_cast<FakeWindow&>(*window).form();
     std::erase(open_forms, form);
     sized.erase(form);
+    // The area of the documents brings another one forward by itself.
+    const auto next = std::find_if(open_forms.rbegin(), open_forms.rend(),
+        [](const Form* other) { return other->kind() == FormKind::mdi_child; });
+    if (form->kind() == FormKind::mdi_child && next != open_forms.rend())
+        (*next)->user_activated();
 }
 
 bool FakeWindows::is_on_screen(const Form& form) const
