@@ -11,7 +11,7 @@ BESIDE_EACH_OTHER = [  # from the ground up; the folders of one floor don't see 
     {"documents", "web", "desktop"},
     {"app"},
 ]
-SEES = {"platform": INTERFACES, "platform/controls": INTERFACES, "platform/qt": INTERFACES,
+SEES = {"platform": INTERFACES, "platform/controls": INTERFACES, "platform/qt": INTERFACES | {"platform/files"},
         "platform/voice": INTERFACES, "platform/files": INTERFACES}
 ADAPTERS = SEES.keys() - INTERFACES  # these may see the system, too
 COMPOSITION_ROOT = "app/main.cpp"

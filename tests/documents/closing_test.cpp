@@ -124,6 +124,7 @@ TEST_F(Closing, ComingBackToADocumentForgetsItsChangeAndThatASaveWasAClosingOne)
     EXPECT_EQ(files.files["/docs/b.txt"], "y");
     EXPECT_FALSE(tables.closingSave);
     first.user_activated();
+    EXPECT_FALSE(tables.documentChanged[1]);
     main.mnuFileSave.run();
     EXPECT_EQ(tables.openDocumentCount, 1);
     EXPECT_TRUE(first.user_closed());
