@@ -295,20 +295,45 @@ TEST_P(EngineProsody, CancelledItStopsAtOnceAndSpeaksOnAfterwards)
         static_cast<double>(whole) / 200);
 }
 
-TEST(Espeak, SaysAnAngleBracketAndARowOfThemOnce)
+// From its mark to the end the last word takes as long as it does by itself.
+TEST(Espeak, MarksTheLastWordWhereItBegins)
 {
+    struct Case {
+        const char* voice;
+        std::u16string text;
+        std::vector<std::uint32_t> begins; // of the tokens, which follow each other
+    };
+    const Case cases[] = {
+        { "espeak:gmw/en-US", u"one ½ two", { 0, 4, 6 } },
+        { "espeak:gmw/en-US", u"one ≤ two", { 0, 4, 6 } },
+        { "espeak:gmw/en-US", u"most of the", { 0, 5, 8 } },
+        { "espeak:gmw/de", u"eins ≤ zwei", { 0, 5, 7 } },
+        { "espeak:jpx/ja", u"私は東京へ行き", { 0, 1, 2, 4, 5 } },
+        { "espeak:tai/th", u"วันนี้อากาศดี", { 0, 3, 6, 11 } },
+    };
     const auto engine = make_espeak_engine();
     const std::atomic<bool> not_cancelled{ false };
-    const auto seconds = [&](std::u16string_view text) {
-        const Utterance utterance = utterance_of(text);
-        const Rendering rendering
-            = engine->render({ "espeak:gmw/en-US", 0, &utterance }, not_cancelled);
-        return static_cast<double>(rendering.samples.size()) / rendering.sample_rate;
-    };
-    const double two_numbers = seconds(u"five six");
-    const double compared = seconds(u"five < six");
-    EXPECT_GT(compared, two_numbers + 0.25); // two words more
-    EXPECT_NEAR(seconds(u"five <<<<<<<< six"), compared, 0.1);
+    for (const Case& each : cases) {
+        Utterance whole;
+        whole.text = each.text;
+        for (const std::uint32_t begin : each.begins)
+            whole.tokens.push_back({ begin, 1, begin, 1 });
+        for (std::size_t at = 0; at < whole.tokens.size(); ++at) {
+            const bool last = at + 1 == whole.tokens.size();
+            const std::size_t end = last ? each.text.size() : each.begins[at + 1];
+            const std::size_t blanks = each.text[end - 1] == u' ' ? 1 : 0;
+            whole.tokens[at].length = static_cast<std::uint32_t>(end - blanks) - each.begins[at];
+        }
+        const Utterance alone = utterance_of(each.text.substr(each.begins.back()));
+        const auto seconds_from_last = [&](Utterance utterance) {
+            utterance.ends_sentence = true;
+            const Rendering rendering
+                = engine->render({ each.voice, 0, &utterance }, not_cancelled);
+            return static_cast<double>(rendering.samples.size() - rendering.words.back().frame)
+                / rendering.sample_rate;
+        };
+        EXPECT_NEAR(seconds_from_last(whole), seconds_from_last(alone), 0.1) << to_utf8(each.text);
+    }
 }
 
 TEST_P(EngineContract, AnUnknownVoiceIsAFailure)
