@@ -31,8 +31,7 @@ TEST_F(MainWindow, LeadsEveryCommandToTheActiveDocument)
         bool speaking = false;
         bool paused = false;
     };
-    const Case cases[] = {
-        { "mnuCtlSpeak mnuPopSpeak SpeakBtn", "Speak \"front\" 11" },
+    const Case cases[] = { { "mnuCtlSpeak mnuPopSpeak SpeakBtn", "Speak \"front\" 11" },
         { "mnuCtlPause mnuPopPause mnuTrayPause PauseBtn", "Pause", true },
         { "mnuCtlPause mnuPopPause mnuTrayPause ResumeBtn", "Resume", true, true },
         { "mnuCtlStop mnuPopStop mnuTrayStop StopBtn", "Speak \"\" 2", true },
@@ -41,9 +40,7 @@ TEST_F(MainWindow, LeadsEveryCommandToTheActiveDocument)
             "Speak \"copied\" 11; WaitUntilDone 0" },
         { "mnuCtlSpeaktofile SpeaktofileBtn", "Speak \"front\" 11; WaitUntilDone 0" },
         { "mnuCtlPlay mnuTrayPlayFile Play", "Speak \"/a.wav\" 15" },
-        { "SkipBtn", "Skip Sentence 0" },
-        { "ResetBtn", "Rate 0" },
-    };
+        { "SkipBtn", "Skip Sentence 0" }, { "ResetBtn", "Rate 0" } };
     open_another();
     pane().set_Text(u"front");
     clipboard.text = u"copied";
@@ -72,13 +69,9 @@ TEST_F(MainWindow, CarriesOutTheFileCommands)
         const char* controls;
         const char* then; // after two times: open windows, file dialogs, caption in front
     };
-    const Case cases[] = {
-        { "mnuFileNew tbToolBar.1", "4 0 Document 3" },
-        { "mnuFileSave tbToolBar.2", "3 1 /a.txt" },
-        { "mnuFileSaveAs", "3 2 /a.txt" },
-        { "mnuFileClose", "2 0 /app/first.txt" },
-        { "mnuFileExit", "0 0 " },
-    };
+    const Case cases[] = { { "mnuFileNew tbToolBar.1", "4 0 Document 3" },
+        { "mnuFileSave tbToolBar.2", "3 1 /a.txt" }, { "mnuFileSaveAs", "3 2 /a.txt" },
+        { "mnuFileClose", "2 0 /app/first.txt" }, { "mnuFileExit", "0 0 " } };
     for (const Case& row : cases) {
         std::istringstream controls(row.controls);
         for (std::string name; controls >> name;) {

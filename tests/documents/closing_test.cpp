@@ -135,15 +135,14 @@ TEST_F(Closing, ACancelledCloseLeavesAWindowWithoutAVoice)
     type(u"x");
     boxes.answers = { cancel };
     EXPECT_FALSE(document().user_closed());
-    const std::pair<std::function<void()>, const char*> commands[] = {
-        { [&] { document().speech.reading.SpeakBtn_Click(); }, "idle" },
-        { [&] { document().speech.reading.ReadClipbdBtn_Click(); }, "speaking" },
-        { [&] { document().speech.session.StopBtn_Click(); }, "speaking" },
-        { [&] { document().VoiceCB.user_choose(1); }, "speaking" },
-        { [&] { document().FormatCB.user_choose(3); }, "speaking" },
-        { [&] { document().speech.panel.ResetBtn_Click(); }, "idle" },
-        { [&] { document().speech.wave_file.Play_Click(); }, "idle" },
-    };
+    const std::pair<std::function<void()>, const char*> commands[]
+        = { { [&] { document().speech.reading.SpeakBtn_Click(); }, "idle" },
+              { [&] { document().speech.reading.ReadClipbdBtn_Click(); }, "speaking" },
+              { [&] { document().speech.session.StopBtn_Click(); }, "speaking" },
+              { [&] { document().VoiceCB.user_choose(1); }, "speaking" },
+              { [&] { document().FormatCB.user_choose(3); }, "speaking" },
+              { [&] { document().speech.panel.ResetBtn_Click(); }, "idle" },
+              { [&] { document().speech.wave_file.Play_Click(); }, "idle" } };
     for (const auto& [run, then] : commands) {
         dialogs.answers = { "/a.wav" };
         run();

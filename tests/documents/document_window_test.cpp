@@ -9,7 +9,8 @@ TEST_F(Documents, OpenWithTheSettingsOfTheFilesAndWriteThemBack)
 {
     file("setting1.txt") = file_of_lines({ "8kHz 8Bit Mono", " 1", "-4", " 0", "a.example" });
     file("setting2.txt") = file_of_lines({ "Serif", " 10.5", "True" });
-    file("setting3.txt") = file_of_lines({ "a.example", "", "b" });
+    file("setting3.txt")
+        = file_of_lines({ "1", "", "3", "4", "5", "6", "7", "8", "9", "10", "11" });
     const std::string before = file("setting1.txt");
     start();
     EXPECT_EQ(pane().font_name, "Serif");
@@ -17,8 +18,8 @@ TEST_F(Documents, OpenWithTheSettingsOfTheFilesAndWriteThemBack)
     EXPECT_TRUE(pane().font_bold);
     EXPECT_EQ(pane().selection_font_size, 12);
     EXPECT_FALSE(pane().hide_selection);
-    ASSERT_EQ(document().Combo1.ListCount(), 2);
-    EXPECT_EQ(document().Combo1.List(1), "b");
+    ASSERT_EQ(document().Combo1.ListCount(), 10);
+    EXPECT_EQ(document().Combo1.List(1), "3");
     EXPECT_EQ(windows.focused, &document().rtfText);
     const States shown = states_of(document());
     EXPECT_EQ(shown,
@@ -30,7 +31,8 @@ TEST_F(Documents, OpenWithTheSettingsOfTheFilesAndWriteThemBack)
 
     document().Unload();
     EXPECT_EQ(file("setting1.txt"), before);
-    EXPECT_EQ(file("setting3.txt"), file_of_lines({ "a.example", "b" }));
+    EXPECT_EQ(file("setting3.txt"),
+        file_of_lines({ "1", "3", "4", "5", "6", "7", "8", "9", "10", "11" }));
 }
 
 TEST_F(Documents, HostileSettingsAreSteppedOverOneByOne)
@@ -45,8 +47,7 @@ TEST_F(Documents, HostileSettingsAreSteppedOverOneByOne)
         const char* then; // voice, format, speed, automatic reading, and the font
     };
     // What a line doesn't give stays as it is by design, and the lines after it still count.
-    const Case cases[] = {
-        { "nothing", "setting1.txt", "", "-1 -1 0 1 Serif 20 1" },
+    const Case cases[] = { { "nothing", "setting1.txt", "", "-1 -1 0 1 Serif 20 1" },
         { "one quote", "setting1.txt", "\"", "-1 -1 0 1 Serif 20 1" },
         { "no numbers", "setting1.txt", file_of_lines({ "a", "b", "c", "d" }),
             "-1 -1 0 1 Serif 20 1" },
@@ -62,8 +63,7 @@ TEST_F(Documents, HostileSettingsAreSteppedOverOneByOne)
             "1 3 5 0 Comic Sans MS 12 0" },
         { "no size", "setting2.txt", file_of_lines({ "Mono", "big", "True" }),
             "1 3 5 0 Mono 12 1" },
-        { "a long history", "setting3.txt", history + "\"\r\n", "1 3 5 0 Serif 20 1" },
-    };
+        { "a long history", "setting3.txt", history + "\"\r\n", "1 3 5 0 Serif 20 1" } };
     for (const Case& row : cases) {
         SCOPED_TRACE(row.what);
         RunningProgram other;

@@ -9,6 +9,16 @@ std::string or_dash(const std::string& text)
     return text.empty() ? "-" : text;
 }
 
+/// The entries of a table, each of which ends in a semicolon.
+std::vector<std::string> entries(const std::string& table)
+{
+    std::vector<std::string> all;
+    std::istringstream text(table);
+    for (std::string entry; std::getline(text >> std::ws, entry, ';');)
+        all.push_back(entry);
+    return all;
+}
+
 /// Each control's container, place, size, text id and tool tip id; a text where it has no id.
 std::string design_of(const Form& form)
 {
@@ -22,8 +32,9 @@ std::string design_of(const Form& form)
               << or_dash(control->ToolTipText) << (control->Visible ? "" : " hidden");
         if (control->Tag.get().empty() && !control->Caption.get().empty())
             lines << " \"" << control->Caption << '"';
+        lines << ';';
     }
-    return lines.str() + '\n';
+    return lines.str();
 }
 
 /// Each item's menu, text id or text, and shortcut.
@@ -36,9 +47,9 @@ std::string menus_of(const MainControls& main)
             lines << '\n'
                   << item->name() << ' ' << (item->container() ? item->container()->name() : "-")
                   << ' ' << or_dash(item->Caption) << (item->Shortcut.empty() ? "" : " ")
-                  << item->Shortcut << (item->Visible ? "" : " hidden");
+                  << item->Shortcut << (item->Visible ? "" : " hidden") << ';';
     }
-    return lines.str() + '\n';
+    return lines.str();
 }
 
 struct Design : testing::Test {
@@ -53,54 +64,32 @@ TEST_F(Design, OfTheDocumentWindowIsKept)
 {
     EXPECT_EQ(document.ScaleWidth(), 11160);
     EXPECT_EQ(document.ScaleHeight(), 8490);
-    EXPECT_EQ(design_of(document), R"(
-Picture1 - 0 0 2775 2300 - -
-SpeakBtn Picture1 0 0 2775 780 1129 2119
-StopBtn Picture1 0 760 2775 780 1130 2120
-PauseBtn Picture1 0 1520 2775 780 1131 2121
-ResumeBtn Picture1 0 1520 2775 780 2107 2121 hidden
-Picture3 - 2900 0 8055 420 - -
-SpeaktofileBtn Picture3 0 0 1815 420 1133 2126
-Play Picture3 1800 0 1455 420 1134 2127
-ReadClipbdBtn Picture3 3240 0 1695 420 1132 2128
-ReadClipboardtoFile Picture3 4920 0 1935 420 1135 -
-Command4 Picture3 6840 0 1215 420 2118 2129 hidden
-Picboxsetting - 0 2600 2775 3375 - -
-Frame2 Picboxsetting 0 120 2775 3255 - -
-SpeakerLabel Frame2 0 240 720 255 2109 -
-VoiceCB Frame2 720 240 2055 315 - 2122
-FormatLabel Frame2 0 720 720 255 2110 -
-FormatCB Frame2 720 720 2055 315 - 2123
-SpeedLabel Frame2 0 1200 720 255 2111 -
-cpvSlider1 Frame2 720 1200 2055 255 - -
-VolumeLabel Frame2 0 1680 720 255 2112 -
-cpvSlider2 Frame2 720 1680 2055 255 - -
-Check1 Frame2 120 2040 2775 255 2113 2124
-ResetBtn Frame2 120 2400 2565 345 2114 2125
-TabStrip1 - 2900 500 8260 7990 - -
-PicBox - 2900 500 8260 7690 - -
-rtfText PicBox 0 0 8245 7685 - -
-CoolBar1 - 200 0 10840 420 - - hidden
-Combo1 CoolBar1 0 50 10160 315 - -
-Command3 CoolBar1 10210 50 600 345 - -
-Picbox2 - 2900 1000 8260 7190 - - hidden
-WebBrowser1 Picbox2 0 0 8260 7190 - - hidden
-Frame1 - 0 0 0 0 - - hidden "Speak Flags"
-chkSpFlagIsXML Frame1 0 0 0 0 - - "IsXML"
-chkShowEvents Frame1 0 0 0 0 - - "Show Events"
-chkSpFlagNLPSpeakPunc Frame1 0 0 0 0 - - "NLPSpeakPunc"
-chkSpFlagPurgeBeforeSpeak Frame1 0 0 0 0 - - "PurgeBeforeSpeak"
-chkSpFlagAync Frame1 0 0 0 0 - - "FlagsAsync"
-chkSpFlagIsFilename Frame1 0 0 0 0 - - "IsFilename"
-chkSpFlagPersistXML Frame1 0 0 0 0 - - "PersistXML"
-AudioOutputCB - 0 0 0 0 - -
-SkipBtn - 0 0 0 0 - -
-SkipTxtBox - 0 0 0 0 - -
-UpDown1 - 0 0 0 0 - -
-SkinLabel2 - 0 0 0 0 - -
-Command1 - 0 0 0 0 - - "Advanced Features  >>"
-Command2 - 0 0 0 0 - - "Advanced Features  <<"
-)");
+    EXPECT_EQ(entries(design_of(document)), entries(R"(
+Picture1 - 0 0 2775 2300 - -; SpeakBtn Picture1 0 0 2775 780 1129 2119;
+StopBtn Picture1 0 760 2775 780 1130 2120; PauseBtn Picture1 0 1520 2775 780 1131 2121;
+ResumeBtn Picture1 0 1520 2775 780 2107 2121 hidden; Picture3 - 2900 0 8055 420 - -;
+SpeaktofileBtn Picture3 0 0 1815 420 1133 2126; Play Picture3 1800 0 1455 420 1134 2127;
+ReadClipbdBtn Picture3 3240 0 1695 420 1132 2128;
+ReadClipboardtoFile Picture3 4920 0 1935 420 1135 -;
+Command4 Picture3 6840 0 1215 420 2118 2129 hidden; Picboxsetting - 0 2600 2775 3375 - -;
+Frame2 Picboxsetting 0 120 2775 3255 - -; SpeakerLabel Frame2 0 240 720 255 2109 -;
+VoiceCB Frame2 720 240 2055 315 - 2122; FormatLabel Frame2 0 720 720 255 2110 -;
+FormatCB Frame2 720 720 2055 315 - 2123; SpeedLabel Frame2 0 1200 720 255 2111 -;
+cpvSlider1 Frame2 720 1200 2055 255 - -; VolumeLabel Frame2 0 1680 720 255 2112 -;
+cpvSlider2 Frame2 720 1680 2055 255 - -; Check1 Frame2 120 2040 2775 255 2113 2124;
+ResetBtn Frame2 120 2400 2565 345 2114 2125; TabStrip1 - 2900 500 8260 7990 - -;
+PicBox - 2900 500 8260 7690 - -; rtfText PicBox 0 0 8245 7685 - -;
+CoolBar1 - 200 0 10840 420 - - hidden; Combo1 CoolBar1 0 50 10160 315 - -;
+Command3 CoolBar1 10210 50 600 345 - -; Picbox2 - 2900 1000 8260 7190 - - hidden;
+WebBrowser1 Picbox2 0 0 8260 7190 - - hidden; Frame1 - 0 0 0 0 - - hidden "Speak Flags";
+chkSpFlagIsXML Frame1 0 0 0 0 - - "IsXML"; chkShowEvents Frame1 0 0 0 0 - - "Show Events";
+chkSpFlagNLPSpeakPunc Frame1 0 0 0 0 - - "NLPSpeakPunc";
+chkSpFlagPurgeBeforeSpeak Frame1 0 0 0 0 - - "PurgeBeforeSpeak";
+chkSpFlagAync Frame1 0 0 0 0 - - "FlagsAsync"; chkSpFlagIsFilename Frame1 0 0 0 0 - - "IsFilename";
+chkSpFlagPersistXML Frame1 0 0 0 0 - - "PersistXML"; AudioOutputCB - 0 0 0 0 - -;
+SkipBtn - 0 0 0 0 - -; SkipTxtBox - 0 0 0 0 - -; UpDown1 - 0 0 0 0 - -; SkinLabel2 - 0 0 0 0 - -;
+Command1 - 0 0 0 0 - - "Advanced Features  >>"; Command2 - 0 0 0 0 - - "Advanced Features  <<";
+)"));
     const auto range_of = [](const ScrollBar& bar) {
         const ScrollBarRange& range = bar.range();
         return std::vector{ range.Min, range.Max, range.SmallChange, range.LargeChange,
@@ -118,52 +107,28 @@ Command2 - 0 0 0 0 - - "Advanced Features  <<"
 TEST_F(Design, OfTheOtherWindowsIsKept)
 {
     EXPECT_EQ(main.Tag.get() + openmsg.Tag.get(), "22052205");
-    EXPECT_EQ(design_of(openmsg), R"(
-Label1 - 240 240 4220 300 2070 -
-Command1 - 240 840 1400 420 2071 -
-Command2 - 1800 840 2660 420 2072 -
-)");
+    EXPECT_EQ(entries(design_of(openmsg)), entries(R"(
+Label1 - 240 240 4220 300 2070 -; Command1 - 240 840 1400 420 2071 -;
+Command2 - 1800 840 2660 420 2072 -;
+)"));
 }
 
 TEST_F(Design, OfTheMenusIsKept)
 {
     const auto process_main = std::make_unique<RunningProgram>();
-    EXPECT_EQ(menus_of(process_main->main), R"(
-mnuFile - 1000
-mnuFileNew mnuFile 1001 Ctrl+N
-mnuFileBar0 mnuFile -
-mnuFileSave mnuFile 1003 Ctrl+S
-mnuFileSaveAs mnuFile 1004
-mnuFilePrint mnuFile 1005 Ctrl+P
-mnuFileBar3 mnuFile -
-mnuFileClose mnuFile 1006
-mnuFileExit mnuFile 1007 Ctrl+Q
-mnuCtl - 1101
-mnuCtlSpeak mnuCtl 1102 Ctrl+F5
-mnuCtlPause mnuCtl 1104 Ctrl+F6
-mnuCtlStop mnuCtl 1103 Ctrl+F7
-mnuCtlsep4 mnuCtl -
-mnuCtlclipboard mnuCtl 1105 Ctrl+F8
-mnuCtlSaveClipboardTexttoWav mnuCtl 1108 Ctrl+F12
-mnuCtlsep1 mnuCtl -
-mnuCtlSpeaktofile mnuCtl 1106
-mnuCtlPlay mnuCtl 1107 Ctrl+F11
-mnuEdit - 1201
-mnuFormat - 1401
-mnuInsert - 1501
-mnuWebsite - 1800
-mnuWindow - 1601
-mnuPopUp - PopUp hidden
-mnuPopSpeak mnuPopUp 1102
-mnuPopPause mnuPopUp 1104
-mnuPopStop mnuPopUp 1103
-Popmenu - Traymenu
-mnuTrayReadClipboard Popmenu 1132
-mnuTrayStop Popmenu 1130
-mnuTrayPause Popmenu 1131
-mnuTrayClipboardtoWav Popmenu 1135
-mnuTrayPlayFile Popmenu 1134
-)");
+    EXPECT_EQ(entries(menus_of(process_main->main)), entries(R"(
+mnuFile - 1000; mnuFileNew mnuFile 1001 Ctrl+N; mnuFileBar0 mnuFile -;
+mnuFileSave mnuFile 1003 Ctrl+S; mnuFileSaveAs mnuFile 1004; mnuFilePrint mnuFile 1005 Ctrl+P;
+mnuFileBar3 mnuFile -; mnuFileClose mnuFile 1006; mnuFileExit mnuFile 1007 Ctrl+Q; mnuCtl - 1101;
+mnuCtlSpeak mnuCtl 1102 Ctrl+F5; mnuCtlPause mnuCtl 1104 Ctrl+F6; mnuCtlStop mnuCtl 1103 Ctrl+F7;
+mnuCtlsep4 mnuCtl -; mnuCtlclipboard mnuCtl 1105 Ctrl+F8;
+mnuCtlSaveClipboardTexttoWav mnuCtl 1108 Ctrl+F12; mnuCtlsep1 mnuCtl -;
+mnuCtlSpeaktofile mnuCtl 1106; mnuCtlPlay mnuCtl 1107 Ctrl+F11; mnuEdit - 1201; mnuFormat - 1401;
+mnuInsert - 1501; mnuWebsite - 1800; mnuWindow - 1601; mnuPopUp - PopUp hidden;
+mnuPopSpeak mnuPopUp 1102; mnuPopPause mnuPopUp 1104; mnuPopStop mnuPopUp 1103; Popmenu - Traymenu;
+mnuTrayReadClipboard Popmenu 1132; mnuTrayStop Popmenu 1130; mnuTrayPause Popmenu 1131;
+mnuTrayClipboardtoWav Popmenu 1135; mnuTrayPlayFile Popmenu 1134;
+)"));
 }
 
 TEST_F(Design, OfTabsToolButtonsAndStatusPanelsIsKept)

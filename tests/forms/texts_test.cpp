@@ -133,23 +133,17 @@ TEST(Localising, GivesEachKindOfControlItsTextAndLeavesTheDesignWhereThereIsNone
     Window window(forms);
     LocaliseForm(window, StringTable({}, rows));
     const std::pair<const Property<std::string>&, const char*> expected[] = {
-        { window.Caption, "title" },
-        { window.label.Caption, "label" },
+        { window.Caption, "title" }, { window.label.Caption, "label" },
         { window.hole.Caption, "design" },
         { window.wrong.Caption, "design" }, // a label's number has to be all of it
         { window.skin_label.Caption, "label" },
         { window.button.Caption, "button" }, // a button's needn't
-        { window.button.ToolTipText, "tip" },
-        { window.plain.Caption, "design" },
-        { window.plain.ToolTipText, "words" },
-        { window.zero.Caption, "design" },
-        { window.item.Caption, "item" },
-        { window.separator.Caption, "-" },
-        { window.tabs.Tabs()[0].Caption, "tab" },
-        { window.tabs.Tabs()[0].ToolTipText, "tab tip" },
+        { window.button.ToolTipText, "tip" }, { window.plain.Caption, "design" },
+        { window.plain.ToolTipText, "words" }, { window.zero.Caption, "design" },
+        { window.item.Caption, "item" }, { window.separator.Caption, "-" },
+        { window.tabs.Tabs()[0].Caption, "tab" }, { window.tabs.Tabs()[0].ToolTipText, "tab tip" },
         { window.tabs.Tabs()[1].Caption, "design" },
-        { window.bar.button(1).ToolTipText, "tool tip" },
-        { window.bar.button(1).Caption, "design" },
+        { window.bar.button(1).ToolTipText, "tool tip" }, { window.bar.button(1).Caption, "design" }
     };
     for (const auto& [property, text] : expected)
         EXPECT_EQ(property.get(), text);

@@ -58,15 +58,13 @@ TEST(Settings, TruthReadsFromWordsAndNumbers)
 /// The files of a first start have to be what the program itself would write.
 TEST(Settings, ShippedFilesHaveTheFormOfWrittenOnes)
 {
-    const std::pair<const char*, std::string> shipped[] = {
-        { opened_file, opened_text(false) },
+    const std::pair<const char*, std::string> shipped[] = { { opened_file, opened_text(false) },
         { web_file, command_flags_text(CommandFlag::none) },
         { control_file, command_flags_text(CommandFlag::none) },
         { speech_settings_file,
             speech_settings_text({ formats[35].text, 0, 0, 1, "http://www.example.org/" }) },
         { font_settings_file, "\r\nComic Sans MS\r\n 12\r\nFalse\r\n" },
-        { history_settings_file, history_settings_text({}) },
-    };
+        { history_settings_file, history_settings_text({}) } };
     for (const auto& [name, text] : shipped) {
         std::ifstream file(std::string(TESSAVOX_SHARE "/conf") + name, std::ios::binary);
         std::stringstream bytes;

@@ -37,16 +37,11 @@ TEST_F(TextFile, LinesEndAtCarriageReturns)
         Lines lines;
         const char* result;
     };
-    const Case cases[] = {
-        { "a\r\nb\r\n", { "a", "b" }, "a\r\nb" },
-        { "a\rb", { "a", "b" }, "a\r\nb" },
-        { "a\nb\r\n", { "a\nb" }, "a\nb" },
+    const Case cases[] = { { "a\r\nb\r\n", { "a", "b" }, "a\r\nb" },
+        { "a\rb", { "a", "b" }, "a\r\nb" }, { "a\nb\r\n", { "a\nb" }, "a\nb" },
         { "a\r\n\r\n\r\nb\r\n", { "a", "", "", "b" }, "a\r\n\r\n\r\nb" },
-        { "\r\n\r\na\r\n", { "", "", "a" }, "a" },
-        { "\r\n\r\n\r\n", { "", "", "" }, "" },
-        { "a\r\r\nb", { "a", "", "b" }, "a\r\n\r\nb" },
-        { "a\r", { "a" }, "a" },
-    };
+        { "\r\n\r\na\r\n", { "", "", "a" }, "a" }, { "\r\n\r\n\r\n", { "", "", "" }, "" },
+        { "a\r\r\nb", { "a", "", "b" }, "a\r\n\r\nb" }, { "a\r", { "a" }, "a" } };
     for (const Case& row : cases) {
         SCOPED_TRACE(testing::PrintToString(row.bytes));
         put(row.bytes);

@@ -16,21 +16,24 @@ struct Command {
     bool ends_failed = false; // whether a voice that fails leaves the document idle
 };
 
-const Command commands[] = {
-    { "read", [](DocumentSpeech& speech) { speech.reading.SpeakBtn_Click(); },
-        "Voice Anna; Rate 0; Volume 100; Speak \" world.\" 11", 5, 1, false, true },
-    { "clipboard", [](DocumentSpeech& speech) { speech.reading.ReadClipbdBtn_Click(); },
-        "Voice Anna; Rate 0; Speak \"copied\" 11", 5, 0 },
-    { "readtext", [](DocumentSpeech& speech) { speech.reading.readtext(u"given"); },
-        "Voice Anna; Rate 0; Speak \"given\" 11", 99, 0 },
-    { "play", [](DocumentSpeech& speech) { speech.wave_file.Play_Click(); }, "Speak \"/a.wav\" 15",
-        99, 7, true, true },
-};
+const Command commands[]
+    = { { "read", [](DocumentSpeech& speech) { speech.reading.SpeakBtn_Click(); },
+            "Voice Bob; Rate -4; Volume 30; Speak \" world.\" 11", 5, 1, false, true },
+          { "clipboard", [](DocumentSpeech& speech) { speech.reading.ReadClipbdBtn_Click(); },
+              "Voice Bob; Rate -4; Speak \"copied\" 11", 5, 0 },
+          { "readtext", [](DocumentSpeech& speech) { speech.reading.readtext(u"given"); },
+              "Voice Bob; Rate -4; Speak \"given\" 11", 99, 0 },
+          { "play", [](DocumentSpeech& speech) { speech.wave_file.Play_Click(); },
+              "Speak \"/a.wav\" 15", 99, 7, true, true } };
 
 TEST_F(Reading, StartsInTheSameWayFromIdleAndFromAStalePause)
 {
     clipboard.text = u"copied";
     DocumentSpeech& speech_of = document().speech;
+    document().VoiceCB.user_choose(1);
+    document().cpvSlider1.user_step(-4);
+    document().cpvSlider2.user_step(30);
+    asked();
     for (const Command& row : commands) {
         for (const bool paused : { false, true }) {
             SCOPED_TRACE(row.name + std::string(paused ? " paused" : ""));
@@ -123,17 +126,15 @@ TEST_F(Reading, TakesTheSelectionOrElseTheRestOrElseTheWhole)
         const char* spoken;
         int position;
     };
-    const Case cases[] = {
-        { "caret at 1", u"abc", 1, 0, "bc", 1 },
-        { "caret at the top", u"abc", 0, 0, "abc", 0 },
-        { "caret at the end", u"abc", 3, 0, "abc", 0 },
-        { "before a last blank", u"ab ", 2, 0, "ab ", 0 },
-        { "before two last blanks", u"ab  ", 2, 0, "  ", 2 },
-        { "before a last line end", u"ab\n", 2, 0, "\n", 2 },
-        { "a selection", u"one two three", 4, 3, "two", 4 },
-        { "a selected blank", u"one two", 3, 1, " ", 3 },
-        { "a tag is text", u"<silence msec=\"5\"/>a", 0, 0, "<silence msec=\"5\"/>a", 0 },
-    };
+    const Case cases[]
+        = { { "caret at 1", u"abc", 1, 0, "bc", 1 }, { "caret at the top", u"abc", 0, 0, "abc", 0 },
+              { "caret at the end", u"abc", 3, 0, "abc", 0 },
+              { "before a last blank", u"ab ", 2, 0, "ab ", 0 },
+              { "before two last blanks", u"ab  ", 2, 0, "  ", 2 },
+              { "before a last line end", u"ab\n", 2, 0, "\n", 2 },
+              { "a selection", u"one two three", 4, 3, "two", 4 },
+              { "a selected blank", u"one two", 3, 1, " ", 3 },
+              { "a tag is text", u"<silence msec=\"5\"/>a", 0, 0, "<silence msec=\"5\"/>a", 0 } };
     for (const Case& row : cases) {
         SCOPED_TRACE(row.what);
         pane().set_Text(row.text);
@@ -158,26 +159,6 @@ TEST_F(Reading, OfAnEmptyDocumentIsRefusedAndTouchesNothing)
     EXPECT_EQ(state(), "idle paused");
 }
 
-TEST_F(Reading, ForcesThePanelOntoTheVoice)
-{
-    document().VoiceCB.user_choose(1);
-    document().cpvSlider1.user_step(-4);
-    document().cpvSlider2.user_step(30);
-    asked();
-    document().SpeakBtn.user_press();
-    EXPECT_EQ(asked(), "Voice Bob; Rate -4; Volume 30; Speak \"Hello world.\" 11");
-}
-
-TEST_F(Reading, ThatBlocksLeavesTheSpeakingStateBehind)
-{
-    speech.while_speaking = [](VoiceRecord& record) {
-        record.start_stream();
-        record.end_stream();
-    };
-    document().SpeakBtn.user_press();
-    EXPECT_EQ(state(), "speaking");
-}
-
 TEST_F(Reading, CopiesNoTextOnItsWay)
 {
     pane().set_Text(std::u16string(100000, u'a'));
@@ -193,17 +174,11 @@ TEST_F(Reading, FlagsFollowTheirBoxes)
         int value;
         int flags;
     };
-    const Case cases[] = {
-        { &D::chkSpFlagAync, 0, 10 },
-        { &D::chkSpFlagPurgeBeforeSpeak, 0, 8 },
-        { &D::chkSpFlagIsXML, 0, 16 },
-        { &D::chkSpFlagPersistXML, 1, 48 },
-        { &D::chkSpFlagNLPSpeakPunc, 1, 112 },
-        { &D::chkSpFlagAync, 1, 113 },
-        { &D::chkSpFlagIsXML, 1, 105 },
-        { &D::chkSpFlagIsXML, 0, 113 },
-        { &D::chkSpFlagIsFilename, 1, 117 },
-    };
+    const Case cases[] = { { &D::chkSpFlagAync, 0, 10 }, { &D::chkSpFlagPurgeBeforeSpeak, 0, 8 },
+        { &D::chkSpFlagIsXML, 0, 16 }, { &D::chkSpFlagPersistXML, 1, 48 },
+        { &D::chkSpFlagNLPSpeakPunc, 1, 112 }, { &D::chkSpFlagAync, 1, 113 },
+        { &D::chkSpFlagIsXML, 1, 105 }, { &D::chkSpFlagIsXML, 0, 113 },
+        { &D::chkSpFlagIsFilename, 1, 117 } };
     for (const Case& row : cases) {
         (document().*row.box).Value = row.value;
         EXPECT_EQ(document().speech.flags.m_lSpeakFlags(), row.flags);

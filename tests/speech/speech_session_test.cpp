@@ -44,7 +44,7 @@ TEST_F(Session, SetsTheControlsOfAllThreeWindows)
             "mnuCtlclipboard mnuCtlPlay mnuCtlSaveClipboardTexttoWav mnuCtlSpeaktofile mnuEdit "
             "mnuWebsite mnuFile mnuFormat mnuWindow mnuInsert tbToolBar Toolbar2",
             "mnuTrayStop mnuTrayPause mnuPopStop mnuPopPause mnuCtlPause mnuCtlStop",
-            "mnuCtlPause:Caption mnuTrayPause:Caption mnuPopPause:Caption" },
+            "mnuCtlPause:Caption mnuTrayPause:Caption mnuPopPause:Caption" }
     };
     for (int round = 0; round < 16; ++round) {
         const bool before = round & 1, speaking = round & 2, paused = round & 4,
@@ -107,7 +107,7 @@ TEST_F(Session, EachTriggerLeadsToItsStateAndAsksTheVoice)
         { "stop that fails", stop, { "idle", "speaking", "speaking paused", "idle paused" }, {},
             "Speak" },
         { "skip that fails", skip, { "idle", "speaking", "speaking paused", "idle paused" }, {},
-            "Skip" },
+            "Skip" }
     };
     const std::pair<bool, bool> befores[]
         = { { false, false }, { true, false }, { true, true }, { false, true } };

@@ -64,15 +64,13 @@ TEST_F(Panel, AFailureOfTheVoiceSkipsOneStepOrAllThatFollow)
         int chosen;
         const char* asked;
     };
-    const Case cases[] = {
-        { "AllowFormatChanges", &D::FormatCB, 14,
-            "device.FormatType 18; AudioOutputStream device" },
+    const Case cases[] = { { "AllowFormatChanges", &D::FormatCB, 14,
+                               "device.FormatType 18; AudioOutputStream device" },
         { "device.FormatType", &D::FormatCB, 14,
             "AllowFormatChanges false; AudioOutputStream device" },
         { "AudioOutputStream", &D::FormatCB, 14, "AllowFormatChanges false; device.FormatType 18" },
         { "AudioOutput", &D::AudioOutputCB, 0, "" }, // no format either
-        { "Voice", &D::VoiceCB, 1, "" },
-    };
+        { "Voice", &D::VoiceCB, 1, "" } };
     for (const Case& row : cases) {
         voice().mend();
         voice().fail(row.failing);
@@ -143,11 +141,11 @@ TEST_F(Panel, ACompanionProgramCanChangeVoiceAndSpeed)
     };
     const Case speakers[] = {
         { " 1", " 7", "Voice Bob; Voice Bob", "Speaker:  Bob, of another" },
-        { " 9", " 7", "Voice Anna", "Speaker:  Anna, of another" }, // there is no such voice
+        { " 9", " 7", "Voice Anna", "Speaker:  Anna, of another" } // there is no such voice
     };
     const Case speeds[] = {
         { " 1", " 7", "Rate 7", "of another, Speaking Speed: 7" },
-        { " 1", " 11", "Rate 0", "of another, Speaking Speed: 0" }, // no such speed
+        { " 1", " 11", "Rate 0", "of another, Speaking Speed: 0" } // no such speed
     };
     const auto check = [](const Case& row, void (VoicePanel::*adjust)()) {
         RunningProgram other;

@@ -58,18 +58,12 @@ TEST_F(Waves, ThatFailIsSilentTouchesNoControlAndLeavesTheVoiceInItsFile)
         const char* last_call; // that went through
         bool hourglass = true;
     };
-    const Case cases[] = {
-        { "cancelled", "Rate 0", false },
-        { "Voice", "", false },
-        { "Rate", "Voice Anna", false },
-        { "file.FormatType", "Rate 0" },
-        { "file.Open", "file.FormatType 16" },
-        { "AllowFormatChanges", "file.Open /out.wav 3" },
-        { "AudioOutputStream", "AllowFormatChanges false" },
-        { "Speak", "AudioOutputStream file" },
+    const Case cases[] = { { "cancelled", "Rate 0", false }, { "Voice", "", false },
+        { "Rate", "Voice Anna", false }, { "file.FormatType", "Rate 0" },
+        { "file.Open", "file.FormatType 16" }, { "AllowFormatChanges", "file.Open /out.wav 3" },
+        { "AudioOutputStream", "AllowFormatChanges false" }, { "Speak", "AudioOutputStream file" },
         { "WaitUntilDone", "Speak \"Hello world.\" 11" },
-        { "file.Close", "AudioOutputStream device" },
-    };
+        { "file.Close", "AudioOutputStream device" } };
     for (const Case& row : cases) {
         SCOPED_TRACE(row.failing);
         voice().fail(row.failing);
@@ -116,14 +110,12 @@ TEST_F(Waves, TheUserCanEndASaveAndKeepsWhatIsWritten)
 TEST_F(Waves, TheDialogOfAPlayBeginsWithTheNameOfBefore)
 {
     // A save begins without a name, and even a cancelled one makes the dialog forget the last.
-    const char* const rows[][4] = {
-        // the command, its answer, and what its dialog began with
+    const char* const rows[][4] = { // the command, its answer, and what its dialog began with
         { "play", "/a.wav", "", "Speak a Wave File" },
-        { "play", "", "/a.wav", "Speak a Wave File" },
-        { "save", "", "", "Save to a Wave File" },
+        { "play", "", "/a.wav", "Speak a Wave File" }, { "save", "", "", "Save to a Wave File" },
         { "play", "", "", "Speak a Wave File" },
         { "clipboard", "/b.wav", "", "Save to a Wave File" },
-        { "play", "", "/b.wav", "Speak a Wave File" },
+        { "play", "", "/b.wav", "Speak a Wave File" }
     };
     for (const auto& [command, answer, name, title] : rows) {
         dialogs.answers = { *answer ? std::optional<std::string>(answer) : std::nullopt };
