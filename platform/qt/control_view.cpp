@@ -77,7 +77,9 @@ void WidgetView::control_changed()
     if (!m_control)
         return;
     const QSignalBlocker quiet(m_widget);
-    const bool had_focus = m_widget.window()->focusWidget() == &m_widget;
+    if (m_widget.window()->focusWidget() == &m_widget
+        && !(m_control->Enabled && m_control->Visible))
+        about_to_lose_focus();
     const QRect place = place_of(*m_control);
     if (m_widget.geometry() != place)
         m_widget.setGeometry(place);
@@ -87,8 +89,6 @@ void WidgetView::control_changed()
         m_widget.setToolTip(tip);
     redraw();
     draw_name();
-    if (had_focus && m_widget.window()->focusWidget() != &m_widget)
-        lost_focus();
 }
 
 void WidgetView::name_for_assistance(const QString& label)

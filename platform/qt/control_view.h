@@ -36,8 +36,8 @@ public:
 protected:
     /// Caption, value and the like; geometry and state are done.
     virtual void redraw() { }
-    /// The focus has just gone elsewhere because the control was disabled or hidden.
-    virtual void lost_focus() { }
+    /// The control has the focus and is about to be disabled or hidden.
+    virtual void about_to_lose_focus() { }
     /// Reports something to the control. Afterwards the widget shows what the control made of it.
     template <class Report> void user_did(Report&& report)
     {

@@ -14,6 +14,8 @@
 #include <QPalette>
 #include <QPushButton>
 #include <QStyle>
+#include <QStyleOption>
+#include <QStylePainter>
 
 #include <optional>
 
@@ -53,6 +55,36 @@ QString shown_caption(const Control& control)
     return to_qt(control.Caption).trimmed();
 }
 
+/// A button whose sign and caption stand together in its middle. From right to left Qt would put
+/// the caption at the edge.
+class SignButton : public QPushButton {
+public:
+    using QPushButton::QPushButton;
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        if (icon().isNull() || isLeftToRight())
+            return QPushButton::paintEvent(event);
+        QStyleOptionButton option;
+        initStyleOption(&option);
+        QStylePainter painter(this);
+        painter.drawControl(QStyle::CE_PushButtonBevel, option);
+        const int caption
+            = painter.fontMetrics().size(Qt::TextShowMnemonic, option.text).width() + text_margin;
+        QRect place({}, QSize(caption + sign_side, height()));
+        place.moveCenter(rect().center());
+        const auto mode = isEnabled() ? QIcon::Normal : QIcon::Disabled;
+        QRect sign({}, iconSize());
+        sign.moveCenter(place.center());
+        sign.moveRight(place.right());
+        icon().paint(&painter, sign, Qt::AlignCenter, mode);
+        painter.drawItemText(place.adjusted(0, 0, -sign_side - text_margin, 0),
+            Qt::AlignCenter | Qt::TextShowMnemonic, palette(), isEnabled(), option.text,
+            QPalette::ButtonText);
+    }
+};
+
 class CommandButtonView : public WidgetView {
 public:
     CommandButtonView(CommandButton& control, QPushButton& button)
@@ -87,9 +119,11 @@ private:
     /// A button often disables itself by what it does. Whoever presses it by the keyboard then
     /// finds the focus on the button in its place, or on the first one beside it that can be
     /// pressed, and not in the text, where the next key would overwrite the word that is being
-    /// read.
-    void lost_focus() override
+    /// read. Until then nothing has it, so that it doesn't hop over all that is about to be
+    /// disabled.
+    void about_to_lose_focus() override
     {
+        m_button.clearFocus();
         QMetaObject::invokeMethod(
             &m_button,
             [&button = m_button] {
@@ -200,7 +234,7 @@ private:
 
 std::unique_ptr<WidgetView> view_command_button(CommandButton& button, QWidget& parent)
 {
-    return std::make_unique<CommandButtonView>(button, make_child<QPushButton>(&parent));
+    return std::make_unique<CommandButtonView>(button, make_child<SignButton>(&parent));
 }
 
 std::unique_ptr<WidgetView> view_check_box(CheckBox& box, QWidget& parent)

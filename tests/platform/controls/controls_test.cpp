@@ -37,7 +37,10 @@ TEST_F(Controls, ACheckBoxRunsItsHandlerForEachChangeWhoeverMakesIt)
     EXPECT_EQ(runs, 1);
     box.user_toggle();
     EXPECT_EQ(runs, 2);
-    EXPECT_EQ(view.changes, 2);
+    box.Value = 2;
+    EXPECT_EQ(box.Value, 2);
+    box.Value = 0;
+    EXPECT_EQ(view.changes, 4);
     EXPECT_THROW(box.Value = 3, Failure);
     EXPECT_THROW(box.Value = -1, Failure);
     EXPECT_EQ(box.Value, 0);
@@ -86,7 +89,9 @@ TEST_F(Controls, ATextTypedIntoAListIsNoChoice)
 TEST_F(Controls, AScrollBarRunsItsHandlerWhileItIsDraggedOnly)
 {
     ScrollBar bar(form, "bar", { -10, 10, 1, 6 });
+    EXPECT_EQ(bar.Value, 0);
     bar.Scroll = count;
+    bar.Value = -10;
     bar.Value = 5;
     bar.user_step(6);
     EXPECT_EQ(runs, 0);
@@ -140,15 +145,18 @@ TEST_F(Controls, ATabStripRunsItsHandlerForAnotherTabAndForEachClick)
     strip.user_select(1); // in front already
     EXPECT_EQ(runs, 2);
     strip.user_select(0);
+    EXPECT_EQ(strip.SelectedItem, 0);
     EXPECT_EQ(runs, 3);
     EXPECT_THROW(strip.user_select(2), Failure);
 }
 
 TEST_F(Controls, AStatusBarFindsPanelsByNumberAndKey)
 {
-    StatusBar bar(form, "bar", { { "Text", 100 }, { "", 100 } });
+    StatusBar bar(form, "bar", { { "Text", 100 }, { "Speed", 100 } });
     bar.PanelText(1) = "line";
+    bar.PanelText("Speed") = "0";
     EXPECT_EQ(bar.PanelText("Text"), "line");
+    EXPECT_EQ(bar.PanelText(2), "0");
     EXPECT_THROW(bar.PanelText(0), Failure);
     EXPECT_THROW(bar.PanelText(3), Failure);
     EXPECT_THROW(bar.PanelText("text"), Failure);

@@ -11,6 +11,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
+#include <QThread>
 #include <QTimer>
 
 #include <deque>
@@ -37,14 +38,22 @@ struct FixedFiles : FileStore {
     }
 };
 
-/// Does one thing after the other, each to the dialog or message that is in front by then.
+/// Does one thing after the other, each to a dialog of its kind as soon as one is in front.
 class User {
 public:
     ~User() { EXPECT_TRUE(m_acts.empty()) << "a dialog didn't appear"; }
 
-    void will(std::function<void(QWidget&)> act)
+    template <class Kind, class Act> void will(Act act)
     {
-        m_acts.push_back(std::move(act));
+        m_acts.push_back([act](QWidget& front) {
+            auto* dialog = qobject_cast<Kind*>(&front);
+            // A dialog is free again once the loop of the message over it has ended.
+            const int level = QThread::currentThread()->loopLevel();
+            if (!dialog || (level > 1 && qobject_cast<QFileDialog*>(dialog)))
+                return false;
+            QTimer::singleShot(0, dialog, [act, dialog] { act(*dialog); });
+            return true;
+        });
         if (m_acts.size() == 1)
             look();
     }
@@ -54,18 +63,15 @@ private:
     {
         QTimer::singleShot(1, &m_timer_owner, [this] {
             QWidget* const front = QApplication::activeModalWidget();
-            if (!front || !front->isVisible())
-                return look();
-            const auto act = std::move(m_acts.front());
-            m_acts.pop_front();
+            if (front && front->isVisible() && m_acts.front()(*front))
+                m_acts.pop_front();
             if (!m_acts.empty())
                 look();
-            act(*front);
         });
     }
 
     QObject m_timer_owner;
-    std::deque<std::function<void(QWidget&)>> m_acts;
+    std::deque<std::function<bool(QWidget&)>> m_acts;
 };
 
 class QtDialogsBed {
@@ -80,16 +86,15 @@ public:
         const auto button = answer == MessageAnswer::yes ? QMessageBox::Yes
             : answer == MessageAnswer::no                ? QMessageBox::No
                                                          : QMessageBox::Cancel;
-        m_user.will(
-            [button](QWidget& box) { dynamic_cast<QMessageBox&>(box).button(button)->click(); });
+        m_user.will<QMessageBox>([button](QMessageBox& box) { box.button(button)->click(); });
     }
     void user_closes()
     {
-        m_user.will([](QWidget& box) { box.close(); });
+        m_user.will<QMessageBox>([](QMessageBox& box) { box.close(); });
     }
     void user_chooses(const std::string& name)
     {
-        m_user.will([name](QWidget& dialog) {
+        m_user.will<QFileDialog>([name](QFileDialog& dialog) {
             auto& line = *dialog.findChild<QLineEdit*>("fileNameEdit");
             dialog.activateWindow();
             EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
@@ -98,12 +103,15 @@ public:
             QTest::keyClick(&line, Qt::Key_Return);
         });
     }
-    void user_cancels() { user_closes(); }
+    void user_cancels()
+    {
+        m_user.will<QFileDialog>([](QFileDialog& dialog) { dialog.close(); });
+    }
     /// Reads and closes the message in front.
     void user_reads(std::vector<std::string>& texts)
     {
-        m_user.will([&texts](QWidget& box) {
-            texts.push_back(from_qt(dynamic_cast<QMessageBox&>(box).text()));
+        m_user.will<QMessageBox>([&texts](QMessageBox& box) {
+            texts.push_back(from_qt(box.text()));
             box.close();
         });
     }

@@ -12,6 +12,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QStyle>
 #include <QStyleOptionSlider>
 #include <QTabBar>
@@ -67,13 +68,40 @@ TEST_F(Views, WhoPressesAButtonThatDisablesItselfLandsOnTheOneInItsPlace)
     form->go_on.Visible = false;
     auto& read = desktop.find<QPushButton>("SpeakBtn");
     auto& stop = desktop.find<QPushButton>("StopBtn");
+    read.window()->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(read.window()));
     read.setFocus();
+    const QSignalSpy focus(qApp, &QApplication::focusChanged);
     QTest::keyClick(&read, Qt::Key_Space);
     desktop.settle();
+    ASSERT_EQ(focus.count(), 2); // no hopping over what is about to be disabled too
+    EXPECT_EQ(focus.at(0).at(1).value<QWidget*>(), nullptr);
     EXPECT_EQ(read.window()->focusWidget(), &stop);
     QTest::keyClick(&stop, Qt::Key_Space);
     desktop.settle();
     EXPECT_EQ(read.window()->focusWidget(), &desktop.find<QPushButton>("ResumeBtn"));
+}
+
+TEST_F(Views, SignAndCaptionStandInTheMiddleInBothDirections)
+{
+    auto& button = desktop.find<QPushButton>("SpeakBtn");
+    std::vector<int> widths;
+    for (const auto direction : { Qt::LeftToRight, Qt::RightToLeft }) {
+        button.setLayoutDirection(direction);
+        const QImage image = button.grab().toImage();
+        const int middle = image.height() / 2;
+        std::vector<int> inked;
+        for (int x = 4; x < image.width() - 4; ++x) {
+            for (int y = middle - 8; y < middle + 8; ++y) {
+                if (qGray(image.pixel(x, y)) < 100 && (inked.empty() || inked.back() != x))
+                    inked.push_back(x);
+            }
+        }
+        ASSERT_GT(inked.size(), 20u);
+        EXPECT_NEAR(inked.front(), image.width() - inked.back(), 12) << direction;
+        widths.push_back(inked.back() - inked.front());
+    }
+    EXPECT_NEAR(widths[0], widths[1], 8); // neither apart nor on each other
 }
 
 TEST_F(Views, AFailureOfAHandlerEndsWithThatHandler)
