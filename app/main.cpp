@@ -76,7 +76,7 @@ int run()
     QtScreen screen;
     QtTray tray;
     QtBlockingWork blocking_work;
-    QtRichTextPanes panes;
+    QtRichTextPanes panes(clipboard);
     const std::unique_ptr<SpeechService> speech = make_speech(texts);
     Platform platform{ windows, post, quit, files, clipboard, message_boxes, dialogs, screen, tray,
         blocking_work, panes, *speech, texts,

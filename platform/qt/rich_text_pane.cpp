@@ -107,6 +107,8 @@ protected:
             QAbstractScrollArea::focusNextPrevChild(!event->modifiers());
         } else if (event->key() == Qt::Key_Menu) {
             open_menu(viewport()->mapToGlobal(cursorRect().bottomLeft()));
+        } else if (m_pane.m_clipboard && event->matches(QKeySequence::Paste)) {
+            insert_step(as_qstring(m_pane.m_clipboard->GetText().view()));
         } else {
             QTextEdit::keyPressEvent(event);
         }
@@ -134,9 +136,12 @@ protected:
         return source->hasText() || source->hasHtml();
     }
 
-    void insertFromMimeData(const QMimeData* source) override
+    void insertFromMimeData(const QMimeData* source) override { insert_step(copied_text(*source)); }
+
+private:
+    void insert_step(const QString& pasted)
     {
-        const QString text = as_qstring(fit_for_pane(as_utf16(copied_text(*source))));
+        const QString text = as_qstring(fit_for_pane(as_utf16(pasted)));
         if (text.isEmpty())
             return;
         // A step of its own when it is undone. The character that comes and goes keeps the typing
@@ -150,7 +155,6 @@ protected:
         ensureCursorVisible();
     }
 
-private:
     void open_menu(const QPoint& place)
     {
         QMenu* menu = createStandardContextMenu();
@@ -162,8 +166,9 @@ private:
     bool m_shows_selection_always = true;
 };
 
-QtRichTextPane::QtRichTextPane()
-    : m_editor(&make_child<Editor>(*this))
+QtRichTextPane::QtRichTextPane(Clipboard* clipboard)
+    : m_clipboard(clipboard)
+    , m_editor(&make_child<Editor>(*this))
 {
     watch(*m_editor->document());
     QObject::connect(m_editor, &QTextEdit::textChanged, m_editor, [this] { report_change(); });
@@ -400,7 +405,7 @@ void QtRichTextPane::set_RightMargin(double twips)
 
 std::unique_ptr<RichTextPane> QtRichTextPanes::create()
 {
-    return std::make_unique<QtRichTextPane>();
+    return std::make_unique<QtRichTextPane>(&m_clipboard);
 }
 
 } // namespace tessavox

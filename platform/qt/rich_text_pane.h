@@ -1,6 +1,7 @@
 // The pane of a document's text, as a QTextEdit.
 #pragma once
 
+#include "platform/clipboard.h"
 #include "platform/qt/screen_lines.h"
 #include "platform/rich_text_pane.h"
 
@@ -18,7 +19,8 @@ namespace tessavox {
 /// the formats and pictures of where it was copied.
 class QtRichTextPane : public RichTextPane {
 public:
-    QtRichTextPane();
+    /// Pastes by its keys from `clipboard`, if given, which doesn't wait long for its owner.
+    explicit QtRichTextPane(Clipboard* clipboard = nullptr);
     ~QtRichTextPane() override;
 
     TextSlice Text() const override;
@@ -57,6 +59,7 @@ private:
     void show_wide_selection();
     void show_wide_selection_when_laid_out();
 
+    Clipboard* m_clipboard;
     QPointer<Editor> m_editor;
     mutable std::shared_ptr<const std::u16string> m_text; // null: to be fetched again
     mutable ScreenLines m_lines;
@@ -72,7 +75,14 @@ private:
 
 class QtRichTextPanes : public RichTextPanes {
 public:
+    explicit QtRichTextPanes(Clipboard& clipboard)
+        : m_clipboard(clipboard)
+    {
+    }
     std::unique_ptr<RichTextPane> create() override;
+
+private:
+    Clipboard& m_clipboard;
 };
 
 } // namespace tessavox

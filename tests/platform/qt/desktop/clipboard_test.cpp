@@ -1,5 +1,6 @@
 #include "platform/qt/clipboard.h"
 
+#include "platform/qt/rich_text_pane.h"
 #include "platform/qt/text_conversion.h"
 #include "tests/contract/clipboard_contract.h"
 #include "tests/platform/qt/desktop/other_program.h"
@@ -66,6 +67,20 @@ TEST(Clipboard, OfSeveralFormsTheOneThatIsMeantIsRead)
         bed.other_offers(row.offer);
         EXPECT_EQ(bed.clipboard().GetText(Patience::some).view(), row.text);
     }
+}
+
+TEST(Clipboard, PastingByKeyDoesNotWaitForAnOwnerThatHoldsBack)
+{
+    DesktopBed bed;
+    QtRichTextPane pane(&bed.clipboard());
+    pane.widget().show();
+    bed.other_holds_back(u"late");
+    QTest::keyClick(&pane.widget(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_TRUE(pane.Text().empty());
+    bed.other_gives();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return bed.clipboard().has_text(); }, 20'000));
+    QTest::keyClick(&pane.widget(), Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(pane.Text().view(), u"late");
 }
 
 TEST(Clipboard, OtherProgramsGetWhatIsPutThere)
