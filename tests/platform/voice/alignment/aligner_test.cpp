@@ -1,0 +1,183 @@
+// The aligner on real sounds whose word times are known.
+#include "platform/failure.h"
+#include "platform/voice/alignment/aligner.h"
+#include "platform/voice/engines/espeak_reference.h"
+#include "platform/voice/engines/voice_catalog.h"
+
+#include "changed_sounds.h"
+#include "tests/platform/voice/engines/made_utterance.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <map>
+#include <numeric>
+
+namespace tessavox::voice {
+namespace {
+
+constexpr std::u16string_view sentences[] = {
+    u"The old lighthouse keeper climbed the winding stairs every evening to light the lamp.",
+    u"In the middle of the night, a dog began to bark on the other side of the river.",
+    u"He put the book on the table, took off his glasses, and looked at me for a long time.",
+    u"It's well known that ships don't sail against the tide without good reason.",
+    u"A computer can add a million numbers before you have read this sentence.",
+    u"Which of these colours do you like best: green, orange or purple?",
+    u"The price of bread has risen twice since the beginning of the year.",
+    u"Please turn off the light and close the door before you leave the room.",
+};
+
+// Each sound is made once.
+const Rendering& spoken_by(std::string_view voice, std::u16string_view text)
+{
+    static const auto catalog = make_installed_catalog();
+    static std::map<std::pair<std::string, std::u16string>, Rendering> sounds;
+    const std::atomic<bool> cancelled{ false };
+    const auto [sound, is_new] = sounds.try_emplace({ std::string(voice), std::u16string(text) });
+    if (is_new)
+        sound->second = catalog->render(
+            catalog->find(std::string(voice)), 0, tests::utterance_of(text), cancelled);
+    return sound->second;
+}
+
+ReferenceSpeech reference_of(std::u16string_view text)
+{
+    return espeak_reference(spoken_by("espeak:gmw/en-US", text));
+}
+
+struct Case {
+    const char* name;
+    const char* voice;
+    Change change;
+    double most_mean_ms;
+    double most_p95_ms;
+};
+
+void PrintTo(const Case& row, std::ostream* out)
+{
+    *out << row.name;
+}
+
+// Where a word is that isn't there, or is there twice, is for nobody to say.
+bool is_judged(const Case& row, std::size_t word)
+{
+    return word != changed_word || (row.change != swallow_word && row.change != say_word_twice);
+}
+
+class WordMarks : public testing::TestWithParam<Case> { };
+
+TEST_P(WordMarks, AreWhereTheWordsAre)
+{
+    const Case& row = GetParam();
+    Aligner aligner;
+    std::vector<double> errors;
+    for (const std::u16string_view text : sentences) {
+        Rendering spoken = spoken_by(row.voice, text);
+        row.change(spoken);
+        const AlignedMarks marks
+            = aligner.align(spoken.samples, spoken.sample_rate, reference_of(text));
+        ASSERT_EQ(marks.words.size(), spoken.words.size());
+        for (std::size_t word = 0; word < marks.words.size(); ++word)
+            if (is_judged(row, word))
+                errors.push_back(1000.0 / spoken.sample_rate
+                    * std::fabs(static_cast<double>(marks.words[word])
+                        - static_cast<double>(spoken.words[word].frame)));
+    }
+    std::ranges::sort(errors);
+    EXPECT_LT(std::reduce(errors.begin(), errors.end()) / static_cast<double>(errors.size()),
+        row.most_mean_ms);
+    EXPECT_LT(errors[errors.size() * 95 / 100], row.most_p95_ms);
+}
+
+INSTANTIATE_TEST_SUITE_P(Aligner, WordMarks,
+    testing::Values( //
+        Case{ "kal16", "flite:kal16", leave_alone, 14, 42 },
+        Case{ "slt", "flite:slt", leave_alone, 17, 52 },
+        Case{ "awb", "flite:awb", leave_alone, 14, 40 },
+        Case{ "kal", "flite:kal", leave_alone, 15, 45 },
+        Case{ "false_pauses", "flite:slt", pause_falsely, 18, 55 },
+        Case{ "swallowed_word", "flite:slt", swallow_word, 21, 75 },
+        Case{ "doubled_word", "flite:slt", say_word_twice, 26, 100 },
+        Case{ "hiss", "flite:slt", add_hiss, 21, 62 },
+        Case{ "echoes", "flite:slt", add_echoes, 26, 85 },
+        Case{ "own_tempo", "flite:slt", vary_tempo, 22, 70 }),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(Aligner, CarriesPhonesOverWithPausesBetween)
+{
+    const std::u16string_view text = sentences[2];
+    const ReferenceSpeech reference = reference_of(text);
+    Rendering spoken = spoken_by("espeak:gmw/en-US", text);
+    pause_falsely(spoken);
+    const AlignedMarks marks = Aligner().align(spoken.samples, spoken.sample_rate, reference);
+
+    std::uint64_t end = 0;
+    std::uint64_t paused = 0;
+    for (const AlignedPhone& phone : marks.phones) {
+        EXPECT_EQ(phone.frame, end);
+        EXPECT_GT(phone.frames, 0U);
+        end = phone.frame + phone.frames;
+        if (phone.phone == AlignedPhone::pause)
+            paused += phone.frames;
+        else
+            EXPECT_LT(phone.frames, static_cast<std::uint64_t>(spoken.sample_rate) / 4)
+                << reference.phones[static_cast<std::size_t>(phone.phone)].name;
+    }
+    EXPECT_EQ(end, spoken.samples.size());
+    EXPECT_GT(paused, static_cast<std::uint64_t>(spoken.sample_rate)) << "two of half a second";
+    // The same voice says the same, so all of it is where it was; but a stop after a pause counts
+    // from where the mouth closes.
+    for (std::size_t word = 0; word < marks.words.size(); ++word)
+        EXPECT_NEAR(static_cast<double>(marks.words[word]),
+            static_cast<double>(spoken.words[word].frame), 0.041 * spoken.sample_rate);
+}
+
+TEST(Aligner, GivesEachWordARisingMarkInWhateverSound)
+{
+    const Rendering& speech = spoken_by("flite:kal16", sentences[0]);
+    Rendering endless = speech;
+    while (endless.samples.size() < 120U * static_cast<std::size_t>(speech.sample_rate))
+        endless.samples.insert(endless.samples.end(), speech.samples.begin(), speech.samples.end());
+    Rendering loud = speech;
+    std::ranges::fill(loud.samples, std::int16_t{ -32768 });
+    const std::vector<std::int16_t> targets[] = { {}, { 1 }, std::vector<std::int16_t>(16000),
+        { speech.samples.begin() + 4000, speech.samples.begin() + 4100 }, speech.samples,
+        loud.samples, endless.samples };
+
+    ReferenceSpeech whole = reference_of(sentences[0]);
+    ReferenceSpeech no_words = whole, no_phones = whole, empty, silent = whole, misplaced = whole;
+    no_words.words.clear();
+    no_phones.phones.clear();
+    empty.sample_rate = whole.sample_rate;
+    empty.words = whole.words;
+    std::ranges::fill(silent.samples, std::int16_t{ 0 });
+    misplaced.words.assign(30000, whole.samples.size() + 100000);
+    for (ReferencePhone& phone : misplaced.phones)
+        phone.frames = 0;
+    ReferenceSpeech lengthy = whole;
+    while (lengthy.samples.size() < 30U * static_cast<std::size_t>(whole.sample_rate))
+        lengthy.samples.insert(lengthy.samples.end(), whole.samples.begin(), whole.samples.end());
+
+    Aligner aligner;
+    for (const auto& target : targets)
+        for (const ReferenceSpeech& reference :
+            { whole, no_words, no_phones, empty, silent, misplaced, lengthy }) {
+            const AlignedMarks marks = aligner.align(target, speech.sample_rate, reference);
+            ASSERT_EQ(marks.words.size(), reference.words.size());
+            EXPECT_TRUE(std::ranges::is_sorted(marks.words));
+            EXPECT_TRUE(marks.words.empty() || marks.words.back() <= target.size());
+            std::uint64_t end = 0;
+            for (const AlignedPhone& phone : marks.phones) {
+                EXPECT_EQ(phone.frame, end);
+                end += phone.frames;
+            }
+            EXPECT_EQ(end, target.size());
+        }
+    for (const int rate : { 0, -1, 3999, 2'000'000'000 })
+        EXPECT_THROW(aligner.align(speech.samples, rate, whole), Failure) << rate;
+}
+
+} // namespace
+} // namespace tessavox::voice
