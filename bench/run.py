@@ -160,10 +160,8 @@ def benchmark_program(table, path):
                 table.add(f"{one['name']} {name.replace('_', ' ')}", value, "")
 
 
-def voice(table, build, arguments):
-    """bench_voice tells a figure a line, as "figure: ours, theirs, ratio r" or "figure: ours"."""
-    command = [os.path.join(build, "bench", "bench_voice"),
-               "--helper", os.path.join(build, "tessavox-voice-helper"), *arguments]
+def figures(table, command):
+    """For programs that tell a figure a line, as "figure: ours, theirs, ratio r" or "figure: ours"."""
     output = subprocess.run(command, check=True, text=True, stdout=subprocess.PIPE).stdout
     for line in output.splitlines():
         compared = re.fullmatch(r"(.+?): (.+?), (.+), ratio ([0-9.]+)", line)
@@ -181,7 +179,12 @@ def main():
     bed.forget_settings()
     opening_of_documents(table, program)
     heard(table, folder)
-    voice(table, build, sys.argv[2:])
+    figures(table, [os.path.join(folder, "bench_voice"),
+                    "--helper", os.path.join(build, "tessavox-voice-helper"), *sys.argv[2:]])
+    sources = os.path.dirname(__file__)
+    figures(table, [os.path.join(folder, "bench_alignment"),
+                    os.path.join(sources, "sentences.txt"),
+                    os.path.join(sources, "festival_truth.scm")])
     for name in ("bench_window", "bench_text", "bench_engines", "bench_sound"):
         benchmark_program(table, os.path.join(folder, name))
     print()
