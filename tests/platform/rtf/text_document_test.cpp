@@ -1,0 +1,127 @@
+#include "platform/rtf/reader.h"
+#include "platform/rtf/text_document.h"
+#include "platform/rtf/writer.h"
+#include "platform/text.h"
+#include "tests/platform/rtf/described.h"
+#include "tests/platform/rtf/files.h"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+
+#include <gtest/gtest.h>
+
+namespace tessavox::rtf {
+namespace {
+
+/// The toolkit asks for one before it makes a font.
+class RichTextDocument : public testing::Test {
+protected:
+    static void SetUpTestSuite()
+    {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        static int count = 1;
+        static char name[] = "test";
+        static char* arguments[] = { name, nullptr };
+        static const QGuiApplication application(count, arguments);
+    }
+};
+
+Document read(const std::string& body, LastParagraph last = LastParagraph::open)
+{
+    return read_rich_text("{\\rtf1{\\fonttbl{\\f0 Arial;}}\\f0 " + body + "}", last);
+}
+
+TEST_F(RichTextDocument, KeepsAllThatFilesSay)
+{
+    for (const auto& path : rich_text_files()) {
+        Document document = read_rich_text(contents_of(path));
+        const auto toolkit = to_text_document(document);
+        toolkit->setDefaultFont(QFont("Some Family", 12));
+        // Text without a font of its own has got the one that it is shown with.
+        for (CharacterFormat& format : document.character_formats) {
+            if (format.font == no_font)
+                format.font = static_cast<std::int32_t>(document.fonts.size());
+        }
+        document.fonts.push_back("Some Family");
+        const Document back = from_text_document(*toolkit);
+        EXPECT_EQ(described(back), described(document)) << path;
+        EXPECT_EQ(flaw_of(back), "");
+        EXPECT_EQ(back.text, document.text); // the offsets are alike
+    }
+}
+
+TEST_F(RichTextDocument, TakesAPieceIntoAParagraphOrSeveralParagraphs)
+{
+    struct Row {
+        std::string inserted;
+        std::string expected;
+    };
+    const Row rows[] = {
+        { "\\qr x", "(center)[Arial]a[Arial b]x[Arial]d\n" },
+        { "\\qr x\\par\\pard y", "(right)[Arial]a[Arial b]x[Arial]\n(center)[Arial b]y[Arial]d\n" },
+        { "\\qr\\par", "(right)[Arial]a\n(center)d\n" },
+        { "", "(center)[Arial]ad\n" },
+    };
+    for (const Row& row : rows) {
+        const auto toolkit = to_text_document(read("\\qc abcd"));
+        toolkit->setUndoRedoEnabled(true);
+        const std::string before = described(from_text_document(*toolkit));
+        QTextCursor cursor(toolkit.get());
+        cursor.setPosition(1);
+        cursor.setPosition(3, QTextCursor::KeepAnchor);
+        EXPECT_EQ(from_selection(cursor).text, u"bc");
+        insert(cursor, read("\\b " + row.inserted));
+        EXPECT_EQ(to_utf8(from_text_document(*toolkit).text).size() - 1,
+            static_cast<std::size_t>(cursor.position()));
+        EXPECT_EQ(described(from_text_document(*toolkit)), row.expected) << row.inserted;
+        toolkit->undo();
+        EXPECT_EQ(described(from_text_document(*toolkit)), before);
+    }
+}
+
+TEST_F(RichTextDocument, GivesASelectionWithItsFormats)
+{
+    const auto toolkit = to_text_document(read("one {\\b two\\par}\\qc three"));
+    QTextCursor cursor(toolkit.get());
+    cursor.setPosition(2);
+    cursor.setPosition(10, QTextCursor::KeepAnchor);
+    EXPECT_EQ(described(from_selection(cursor)), "[Arial]e [Arial b]two\n(center)[Arial]th\n");
+    cursor.clearSelection();
+    EXPECT_EQ(from_selection(cursor).text, u"");
+}
+
+TEST_F(RichTextDocument, SwitchesBulletsAndIndentsOfOneParagraph)
+{
+    const auto toolkit = to_text_document(read("a\\par b\\par c"));
+    QTextCursor cursor(toolkit->findBlockByNumber(1));
+    ParagraphFormat bulleted;
+    bulleted.bullet = true;
+    bulleted.left_indent = 361;
+    bulleted.first_line_indent = -361;
+    set_paragraph_format(cursor, bulleted);
+    EXPECT_EQ(described(from_text_document(*toolkit)), "[Arial]a\n(bullet li361 fi-361)b\nc\n");
+    set_paragraph_format(cursor, {});
+    EXPECT_EQ(described(from_text_document(*toolkit)), "[Arial]a\nb\nc\n");
+}
+
+TEST_F(RichTextDocument, KeepsTheTwipsOfAnOffset)
+{
+    for (const int twips : { 55, -55, 3, 0, -1000 }) {
+        QTextCharFormat format;
+        set_char_offset(format, twips);
+        QTextDocument toolkit;
+        QTextCursor(&toolkit).insertText("x", format);
+        const std::string written = write_rich_text(from_text_document(toolkit));
+        const auto back = to_text_document(read_rich_text(written));
+        QTextCursor cursor(back.get());
+        cursor.movePosition(QTextCursor::Right);
+        EXPECT_EQ(char_offset(cursor.charFormat()), twips);
+        EXPECT_EQ(cursor.charFormat().baselineOffset() > 0, twips > 0);
+    }
+}
+
+} // namespace
+} // namespace tessavox::rtf
