@@ -79,6 +79,8 @@ TEST_F(Words, AVoiceInTheTextMovesTheVoiceBox)
     EXPECT_EQ(document().VoiceCB.ListIndex, 1);
     EXPECT_EQ(asked(), "Voice Bob");
     EXPECT_EQ(panel(2), "Speaker:  Bob");
+    voice().events().Voice_VoiceChange(1, 0, token_named("Anna"));
+    EXPECT_EQ(document().VoiceCB.ListIndex, 0);
 }
 
 TEST_F(Words, InTheBackgroundMoveTheirOwnDocument)
