@@ -1,6 +1,5 @@
 // The embedded voice: espeak-ng behind the engine interface.
 #include "platform/failure.h"
-#include "platform/text.h"
 #include "platform/voice/engines/espeak_library.h"
 #include "platform/voice/engines/espeak_marks.h"
 #include "platform/voice/engines/espeak_text.h"
@@ -99,7 +98,7 @@ private:
         const EspeakReports reports{ m_sound, m_sound.words.size(), m_sound.phones.size() };
         m_library.say(piece.utf8, pause_after);
         const auto phones_of = [this](std::uint32_t token) {
-            return count_phones(m_library.phonemes_of(to_utf8(token_text(m_utterance, token))));
+            return count_phones(m_library.phonemes_of(safe_utf8(token_text(m_utterance, token))));
         };
         for (const HeardToken& heard : heard_tokens(piece, reports, phones_of))
             if (heard.token < m_utterance.tokens.size())

@@ -52,6 +52,18 @@ bool must_be_parted(char32_t before, char32_t after)
         || is_emoji(after);
 }
 
+// Calls append(character, place) for each, and for a blank where the library can't bear a word
+// whole.
+template <class Append> void append_parted(std::u32string_view characters, const Append& append)
+{
+    const std::vector<bool> breaks = breaks_for_espeak(characters);
+    for (std::size_t at = 0; at < characters.size(); ++at) {
+        if (breaks[at])
+            append(U' ', at);
+        append(characters[at], at);
+    }
+}
+
 /// How a token is said.
 enum class Manner {
     as_text,
@@ -95,7 +107,7 @@ private:
         if (style.spell || (style.speak_punctuation && is_mark(text)))
             return Manner::by_name;
         const std::u32string characters = characters_of(text);
-        if (!is_sign(characters) || !m_passes_over(to_utf8(text)))
+        if (!is_sign(characters) || !m_passes_over(safe_utf8(text)))
             return Manner::as_text;
         if (m_english && !english_names(characters).empty())
             return Manner::in_english;
@@ -143,13 +155,9 @@ private:
             for (const char letter : said_for(token))
                 add(static_cast<unsigned char>(letter));
         }
-        const std::vector<bool> breaks = breaks_for_espeak(characters);
         SpokenText words;
-        for (std::size_t at = 0; at < characters.size(); ++at) {
-            if (breaks[at])
-                words.append(" ", tokens[at]);
-            words.append(characters[at], tokens[at]);
-        }
+        append_parted(characters,
+            [&](char32_t character, std::size_t at) { words.append(character, tokens[at]); });
         return words;
     }
 
@@ -187,6 +195,14 @@ private:
 };
 
 } // namespace
+
+std::string safe_utf8(std::u16string_view text)
+{
+    std::string utf8;
+    append_parted(characters_of(text),
+        [&](char32_t character, std::size_t) { append_character(utf8, character); });
+    return utf8;
+}
 
 EspeakText espeak_text(const Utterance& utterance, bool english, const PassesOver& passes_over)
 {

@@ -22,6 +22,9 @@ using EspeakPiece = std::variant<SpokenText, NamedPiece>;
 /// Whether the library makes no sound of a sign, given in UTF-8.
 using PassesOver = std::function<bool(const std::string&)>;
 
+/// The text without what the library can't be trusted with.
+std::string safe_utf8(std::u16string_view text);
+
 struct EspeakText {
     std::vector<EspeakPiece> pieces;
     std::vector<bool> silent; // for each token whether nothing of it is said

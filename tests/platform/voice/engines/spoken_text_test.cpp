@@ -96,6 +96,16 @@ TEST(SpokenText, NamesTheSignsThatTheLibraryPassesOver)
     }
 }
 
+TEST(SpokenText, AsksTheLibraryOnlyAboutWhatItCanBear)
+{
+    const Utterance utterance = utterance_of(u"\u09F2 \u2801 \u24DC ½");
+    espeak_text(utterance, true, [](const std::string& sign) {
+        EXPECT_TRUE(sign == " " || sign == "½") << sign;
+        return false;
+    });
+    EXPECT_EQ(safe_utf8(u"\u09F2λ'λ"), " λ ' λ");
+}
+
 TEST(SpokenText, PartsTokensThatTheLibraryWouldTakeForOneWord)
 {
     const auto parted = [](std::u16string text, std::initializer_list<std::uint32_t> begins) {
