@@ -73,9 +73,6 @@ struct Document {
 /// a piece of a paragraph that is copied into another has none.
 enum class LastParagraph { closed, open };
 
-// What is larger is refused: a pane would hold it, but never finish showing it.
-constexpr std::size_t most_bytes = std::size_t(64) << 20;
-constexpr std::size_t most_paragraphs = 1'000'000;
 // What differs further gets the format that came first. No writer comes near to it, and a toolkit
 // needs a kilobyte for each.
 constexpr std::size_t most_formats = 65'536;

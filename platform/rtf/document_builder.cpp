@@ -1,6 +1,7 @@
 #include "platform/rtf/document_builder.h"
 
 #include "platform/failure.h"
+#include "platform/text_limits.h"
 
 #include <algorithm>
 #include <functional>
@@ -150,7 +151,7 @@ void DocumentBuilder::end_paragraph(const ParagraphFormat& paragraph, std::uint3
 {
     flush_half_character(mark);
     auto& document = m_document;
-    if (document.paragraphs.size() >= most_paragraphs)
+    if (document.paragraphs.size() >= most_text_paragraphs)
         throw Failure("the text has more than a million paragraphs");
     if (!(paragraph == m_last_paragraph_format)) {
         m_last_paragraph_format = paragraph;

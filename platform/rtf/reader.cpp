@@ -3,6 +3,7 @@
 #include "platform/failure.h"
 #include "platform/rtf/text_gatherer.h"
 #include "platform/rtf/tokenizer.h"
+#include "platform/text_limits.h"
 
 #include <algorithm>
 #include <utility>
@@ -397,7 +398,7 @@ bool is_rich_text(std::string_view bytes)
 
 Document read_rich_text(std::string_view bytes, LastParagraph last_paragraph)
 {
-    if (bytes.size() > most_bytes)
+    if (bytes.size() > most_text_bytes)
         throw Failure("the text is larger than 64 MiB");
     if (!is_rich_text(bytes))
         throw Failure("the text is no rich text");

@@ -23,7 +23,7 @@ std::unique_ptr<QTextDocument> to_text_document(const Document& document);
 void insert(QTextCursor& cursor, const Document& document);
 
 /// Every character gets the font, size and weight that it is shown with, also where those are the
-/// document's own. @throws Failure for more than most_paragraphs.
+/// document's own. @throws Failure for more than most_text_paragraphs.
 Document from_text_document(const QTextDocument& document);
 /// The same for the selected piece.
 Document from_selection(const QTextCursor& cursor);

@@ -1,6 +1,7 @@
 #include "platform/failure.h"
 #include "platform/rtf/reader.h"
 #include "platform/rtf/writer.h"
+#include "platform/text_limits.h"
 #include "tests/platform/files/temporary_folder.h"
 #include "tests/platform/rtf/described.h"
 #include "tests/platform/rtf/files.h"
@@ -45,7 +46,7 @@ TEST(RichTextFiles, AreRefusedIfTheyAreSomethingElseOrTooLarge)
     for (int i = 0; i < 1'500'000; ++i)
         paragraphs += "\\par ";
     const std::string texts[] = { "", " ", "{\\rt", "Plain text {\\rtf1 a}", "\xD0\xCF\x11\xE0",
-        std::string(most_bytes + 1, '{'), paragraphs };
+        std::string(most_text_bytes + 1, '{'), paragraphs };
     for (const std::string& text : texts)
         EXPECT_THROW(read_rich_text(text), Failure) << text.substr(0, 20);
 }
