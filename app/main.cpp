@@ -1,4 +1,5 @@
 // Puts the program together: the one file that knows its logic, its windows and its voice.
+#include "app/start_instance.h"
 #include "app/tessavox.h"
 #include "forms/string_table.h"
 #include "platform/files/disk_file_store.h"
@@ -18,9 +19,10 @@
 #include <QApplication>
 #include <QFont>
 #include <QIcon>
-#include <QStandardPaths>
 
 #include <csignal>
+#include <span>
+#include <string>
 
 namespace {
 
@@ -59,17 +61,14 @@ std::unique_ptr<SpeechService> make_speech(const Texts& texts)
     return voice::make_speech_service(std::move(options));
 }
 
-int run()
+int run(DiskFileStore& files, const std::string& command_line)
 {
     const std::string app_folder = find_app_folder(from_qt(QCoreApplication::applicationDirPath()),
         TESSAVOX_BUILD_FOLDER, TESSAVOX_SOURCE_SHARE);
-    const std::string config_home
-        = from_qt(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
     QApplication::setWindowIcon(QIcon(to_qt(app_folder + "/tessavox.png")));
 
     const StringTable texts;
     QtFormWindows windows;
-    DiskFileStore files;
     QtClipboard clipboard;
     QtMessageBoxes message_boxes;
     QtFileDialogs dialogs(files, texts);
@@ -80,8 +79,7 @@ int run()
     const std::unique_ptr<SpeechService> speech = make_speech(texts);
     Platform platform{ windows, post, quit, files, clipboard, message_boxes, dialogs, screen, tray,
         blocking_work, panes, *speech, texts,
-        prepare_config_folder(config_home, app_folder + "/conf"), app_folder,
-        from_qt(QCoreApplication::arguments().mid(1).join(' ')) };
+        prepare_config_folder(find_config_home(), app_folder + "/conf"), app_folder, command_line };
 
     Tessavox tessavox(platform);
     const EndSignals end_signals([&tessavox] {
@@ -98,6 +96,15 @@ int run()
     return result;
 }
 
+/// All arguments, joined by blanks.
+std::string joined(std::span<char*> arguments)
+{
+    std::string line;
+    for (const char* argument : arguments)
+        line += (line.empty() ? "" : " ") + std::string(argument);
+    return line;
+}
+
 } // namespace
 
 int main(int count, char** arguments)
@@ -105,7 +112,13 @@ int main(int count, char** arguments)
     // A limit on file sizes then fails the write, as a full disk does.
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGPIPE, SIG_IGN);
+    const std::string command_line
+        = joined(std::span(arguments, static_cast<std::size_t>(count)).subspan(1));
+    DiskFileStore files;
+    // A start that only hands a command to the copy that runs needs no toolkit.
+    if (pass_command_on(files, config_folder_in(find_config_home()) + "/", command_line))
+        return 0;
     QApplication application(count, arguments);
     set_up(application);
-    return run();
+    return run(files, command_line);
 }

@@ -18,8 +18,9 @@ frmMain::frmMain(Process& process)
     : MainControls(process.forms)
     , m_process(process)
     , m_dock(std::make_shared<DockControls>(process.forms))
-    , file_commands(process, *this, *m_dock)
     , m_text_file(process.platform.files, process.platform.message_boxes, process.platform.texts)
+    , file_commands(process, *this, *m_dock)
+    , m_handshake(process, *this, m_text_file)
 {
     add_control_commands(*this, [this]() -> DocumentSpeech& { return ActiveForm().speech; });
 }
@@ -37,6 +38,7 @@ void frmMain::Form_Load()
     sbStatusBar.Visible = true;
     sbStatusBar.Enabled = true;
     Popmenu.Visible = false;
+    m_handshake.remember_clipboard();
 }
 
 void frmMain::Form_Resize()

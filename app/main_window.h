@@ -1,6 +1,7 @@
 // The main window: it holds the documents and leads every command to the active one.
 #pragma once
 
+#include "app/handshake.h"
 #include "documents/document_window.h"
 #include "documents/file_commands.h"
 #include "documents/process.h"
@@ -28,12 +29,13 @@ protected:
 private:
     Process& m_process;
     std::shared_ptr<DockControls> m_dock;
+    PCCFile m_text_file;
 
 public:
     FileCommands file_commands;
 
 private:
-    PCCFile m_text_file;
+    Handshake m_handshake;
 };
 
 } // namespace tessavox

@@ -30,11 +30,30 @@ const CommandRow* command_of(const std::string& command_line)
     return nullptr;
 }
 
-bool is_copy_running(const Process& process, PCCFile& text_file)
+bool is_copy_running(PCCFile& text_file, const std::string& ConfigFolder)
 {
-    text_file.ReadFromFile(process.ConfigFolder + opened_file);
-    return to_number(text_file.FileText(2)) == 1;
+    return !text_file.ReadFromFile(ConfigFolder + opened_file).empty()
+        && to_number(text_file.FileText(2)) == 1;
 }
+
+void raise(const CommandRow& command, PCCFile& text_file, const std::string& ConfigFolder)
+{
+    text_file.WriteToFile(
+        command_flags_text(command.flag), ConfigFolder + web_file, Durability::fleeting);
+}
+
+class NoMessageBoxes : public MessageBoxes {
+public:
+    MessageAnswer show(const std::string&, const std::string&, MessageButtons, MessageIcon) override
+    {
+        return MessageAnswer::ok;
+    }
+};
+
+class NoTexts : public Texts {
+public:
+    std::string LoadResString(int) const override { return {}; }
+};
 
 void become_application(const Process& process, PCCFile& text_file, frmMain& main, bool hidden)
 {
@@ -49,15 +68,26 @@ void become_application(const Process& process, PCCFile& text_file, frmMain& mai
 
 } // namespace
 
+bool pass_command_on(
+    FileStore& files, const std::string& ConfigFolder, const std::string& command_line)
+{
+    NoMessageBoxes no_boxes;
+    const NoTexts no_texts;
+    PCCFile text_file(files, no_boxes, no_texts);
+    const CommandRow* const command = command_of(command_line);
+    if (!command || !is_copy_running(text_file, ConfigFolder))
+        return false;
+    raise(*command, text_file, ConfigFolder);
+    return true;
+}
+
 void StartInstance(
     Process& process, PCCFile& text_file, frmMain& main, const std::shared_ptr<openmsg>& message)
 {
-    const bool running = is_copy_running(process, text_file);
+    const bool running = is_copy_running(text_file, process.ConfigFolder);
     const CommandRow* const command = command_of(process.platform.command_line);
-    if (command && (running || !command->needs_running_copy)) {
-        text_file.WriteToFile(command_flags_text(command->flag), process.ConfigFolder + web_file,
-            Durability::fleeting);
-    }
+    if (command && (running || !command->needs_running_copy))
+        raise(*command, text_file, process.ConfigFolder);
     if (!running)
         become_application(process, text_file, main, command && !command->needs_running_copy);
     else if (!command)

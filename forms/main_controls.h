@@ -4,6 +4,7 @@
 #include "platform/controls/bars.h"
 #include "platform/controls/form.h"
 #include "platform/controls/menu_item.h"
+#include "platform/controls/timer.h"
 
 #include <vector>
 
@@ -67,6 +68,9 @@ struct MainControls : Form {
     ToolBar Toolbar2{ *this, "Toolbar2", {} };
     /// Panel 1, key "Text": the line number. 2 and 3: speaker and speed. 4 and 5: date and time.
     StatusBar sbStatusBar;
+
+    Timer Timer1{ *this, "Timer1", 2 };
+    Timer Timer2{ *this, "Timer2", 1000 };
 
     /// `Enabled` follows the conditions from now on, as often as setmenu asks.
     void add_rule(Property<bool>& Enabled, unsigned when);

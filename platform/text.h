@@ -40,6 +40,11 @@ public:
     }
     std::size_t size() const { return m_length; }
     bool empty() const { return m_length == 0; }
+    /// Whether both are the same stretch of the same copy; costs nothing.
+    bool is_same(const TextSlice& other) const
+    {
+        return m_text == other.m_text && m_offset == other.m_offset && m_length == other.m_length;
+    }
     friend bool operator==(const TextSlice& left, const TextSlice& right)
     {
         return left.view() == right.view();

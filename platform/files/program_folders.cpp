@@ -1,5 +1,6 @@
 #include "platform/files/program_folders.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <unistd.h>
 
@@ -16,10 +17,23 @@ std::string find_app_folder(const std::string& program_folder, const std::string
     return (fs::path(program_folder) / "../share/tessavox").lexically_normal().string();
 }
 
+std::string find_config_home()
+{
+    if (const char* home = std::getenv("XDG_CONFIG_HOME"); home && home[0] == '/')
+        return home;
+    const char* home = std::getenv("HOME");
+    return (fs::path(home ? home : "/") / ".config").string();
+}
+
+std::string config_folder_in(const std::string& config_home)
+{
+    return (fs::path(config_home) / "tessavox/conf").string();
+}
+
 std::string prepare_config_folder(const std::string& config_home, const std::string& defaults)
 {
-    const fs::path parent = fs::path(config_home) / "tessavox";
-    const fs::path folder = parent / "conf";
+    const fs::path folder = config_folder_in(config_home);
+    const fs::path parent = folder.parent_path();
     std::error_code failed;
     if (fs::exists(fs::symlink_status(folder, failed)))
         return folder.string();

@@ -10,9 +10,14 @@ namespace tessavox {
 std::string find_app_folder(const std::string& program_folder, const std::string& build_folder,
     const std::string& source_share);
 
-/// The folder of the settings, without a separator at its end. If it doesn't exist, the files of
-/// `defaults` are put there, all or none of them; what is missing from an existing one stays
-/// missing.
+/// $XDG_CONFIG_HOME, or .config in the user's home.
+std::string find_config_home();
+
+/// The folder of the settings, without a separator at its end.
+std::string config_folder_in(const std::string& config_home);
+
+/// If that folder doesn't exist, the files of `defaults` are put there, all or none of them; what
+/// is missing from an existing one stays missing. Returns it.
 std::string prepare_config_folder(const std::string& config_home, const std::string& defaults);
 
 } // namespace tessavox

@@ -8,6 +8,7 @@
 #include "platform/controls/menu_item.h"
 #include "platform/controls/scroll_bar.h"
 #include "platform/controls/text_box.h"
+#include "platform/controls/timer.h"
 #include "platform/qt/text_conversion.h"
 
 #include <QLabel>
@@ -26,9 +27,9 @@ template <class... Kinds> bool is_any_of(const Control& control)
     return (dynamic_cast<const Kinds*>(&control) || ...);
 }
 
-bool is_part_of_the_frame(const Control& control)
+bool has_no_widget_here(const Control& control)
 {
-    return is_any_of<MenuItem, ToolBar, StatusBar>(control);
+    return is_any_of<MenuItem, ToolBar, StatusBar, Timer>(control);
 }
 
 bool keeps_its_size(const Control& control)
@@ -56,7 +57,7 @@ FormViews::FormViews(Form& form, QWidget& canvas)
     , m_canvas(canvas)
 {
     for (Control* control : form.controls()) {
-        if (!is_part_of_the_frame(*control))
+        if (!has_no_widget_here(*control))
             build(*control);
     }
     set_tab_order();

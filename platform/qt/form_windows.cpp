@@ -49,6 +49,10 @@ QtFormWindow::QtFormWindow(Form& form, QWidget& top, QWidget& canvas)
 {
     top.setObjectName(to_qt(form.name()));
     form.set_view(this);
+    for (Control* control : form.controls()) {
+        if (auto* timer = dynamic_cast<Timer*>(control))
+            m_timers.push_back(std::make_unique<TimerView>(*timer));
+    }
 }
 
 QtFormWindow::~QtFormWindow()
@@ -61,6 +65,8 @@ void QtFormWindow::detach()
 {
     m_form = nullptr;
     m_views.detach();
+    for (const auto& timer : m_timers)
+        timer->detach();
     if (m_top)
         m_top->hide();
 }

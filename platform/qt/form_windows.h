@@ -4,6 +4,7 @@
 #include "platform/controls/form.h"
 #include "platform/form_window.h"
 #include "platform/qt/form_views.h"
+#include "platform/qt/timer_view.h"
 
 #include <QObject>
 #include <QPointer>
@@ -51,6 +52,7 @@ private:
     Form* m_form;
     QPointer<QWidget> m_top;
     FormViews m_views;
+    std::vector<std::unique_ptr<TimerView>> m_timers;
     bool m_was_shown = false;
     std::string m_caption; // as shown
     WindowState m_state = WindowState::normal;

@@ -1,0 +1,138 @@
+#include "app/handshake.h"
+
+#include "documents/document_window.h"
+#include "forms/main_controls.h"
+#include "persist/settings_files.h"
+#include "platform/number_text.h"
+
+namespace tessavox {
+
+namespace {
+
+constexpr std::int16_t read_clipboard_line = 2;
+constexpr std::int16_t pause_line = 3;
+constexpr std::int16_t stop_line = 4;
+constexpr std::int16_t clipboard_to_wave_line = 5;
+constexpr std::int16_t voice_changed_line = 2;
+constexpr std::int16_t speed_changed_line = 3;
+
+/// A text that was read ends in one blank more than any text that is copied, so that copying it
+/// again makes another text of it.
+TextSlice marked_as_read(const TextSlice& text)
+{
+    std::u16string marked(text.view());
+    marked += u' ';
+    return marked;
+}
+
+} // namespace
+
+Handshake::Handshake(Process& process, MainControls& main, PCCFile& text_file)
+    : m_process(process)
+    , m_main(main)
+    , m_text_file(text_file)
+{
+    main.Timer1.Tick = [this] { Timer1_Timer(); };
+    main.Timer2.Tick = [this] { Timer2_Timer(); };
+}
+
+void Handshake::remember_clipboard()
+{
+    const TextSlice text = m_process.platform.clipboard.GetText(Patience::none);
+    lastClipboardText = text.empty() ? TextSlice() : marked_as_read(text);
+}
+
+/// Whether the file is there; otherwise its lines are those of the one read before.
+bool Handshake::is_read(const char* file)
+{
+    return !m_text_file.ReadFromFile(m_process.ConfigFolder + file).empty();
+}
+
+void Handshake::reset()
+{
+    m_text_file.WriteToFile(command_flags_text(CommandFlag::none),
+        m_process.ConfigFolder + web_file, Durability::fleeting);
+}
+
+// Without a document nobody can say that automatic reading is off, and the tick goes on: what is
+// new on the clipboard is marked, although nothing reads it.
+void Handshake::Timer1_Timer()
+{
+    const bool commanded
+        = is_read(web_file) && to_number(m_text_file.FileText(read_clipboard_line)) == 1;
+    bool automatic = true;
+    attempt([&] { automatic = ActiveForm(m_process.forms).Check1.Value == 1; });
+    if (!automatic && !commanded)
+        return;
+    read_clipboard(commanded);
+    reset();
+}
+
+void Handshake::read_clipboard(bool commanded)
+{
+    Clipboard& clipboard = m_process.platform.clipboard;
+    const TextSlice first = clipboard.GetText(Patience::none);
+    const TextSlice second = clipboard.GetText(Patience::none);
+    if (!first.empty() && is_new(second)) {
+        attempt_each([&] { ActiveForm(m_process.forms).speech.reading.ReadClipbdBtn_Click(); },
+            [&] { clipboard.SetText(marked_as_read(clipboard.GetText(Patience::none)).view()); });
+        lastClipboardText = clipboard.GetText(Patience::none);
+    }
+    if (commanded)
+        attempt([&] { clipboard.Clear(); });
+}
+
+/// Looks some hundred times a second, also at long texts, so each copy is compared once.
+bool Handshake::is_new(const TextSlice& text)
+{
+    if (text.is_same(lastClipboardText))
+        return false;
+    if (text == lastClipboardText) {
+        lastClipboardText = text;
+        return false;
+    }
+    return true;
+}
+
+void Handshake::Timer2_Timer()
+{
+    serve_command_flags();
+    serve_control_flags();
+}
+
+// At most one command a tick. It is taken before it is carried out, so it is gone even where it has
+// no effect.
+void Handshake::serve_command_flags()
+{
+    if (!is_read(web_file))
+        return;
+    const auto raised = [&](std::int16_t line) { return m_text_file.FileText(line) == "1"; };
+    if (raised(pause_line)) {
+        reset();
+        SpeechSession& session = ActiveForm(m_process.forms).speech.session;
+        if (session.m_bSpeaking() && !session.m_bPaused())
+            session.PauseBtn_Click();
+        else if (session.m_bSpeaking() && session.m_bPaused())
+            session.ResumeBtn_Click();
+    } else if (raised(stop_line)) {
+        reset();
+        if (ActiveForm(m_process.forms).speech.session.m_bSpeaking())
+            ActiveForm(m_process.forms).speech.session.StopBtn_Click();
+    } else if (raised(clipboard_to_wave_line)) {
+        reset();
+        if (!ActiveForm(m_process.forms).speech.session.m_bSpeaking())
+            m_main.mnuCtlSaveClipboardTexttoWav.run();
+    }
+}
+
+void Handshake::serve_control_flags()
+{
+    if (!is_read(control_file))
+        return;
+    if (m_text_file.FileText(voice_changed_line) == "1")
+        ActiveForm(m_process.forms).speech.panel.Adjustspeaker();
+    else if (m_text_file.FileText(speed_changed_line) == "1")
+        ActiveForm(m_process.forms).speech.panel.Adjustspeed();
+}
+
+} // namespace tessavox

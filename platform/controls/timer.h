@@ -1,0 +1,29 @@
+// A control that runs its handler again and again.
+#pragma once
+
+#include "platform/controls/control.h"
+
+namespace tessavox {
+
+/// Ticks from the load of its form on, as long as it is enabled. A tick that comes due while a
+/// handler runs, or while the program is blocked, is left out.
+class Timer : public Control {
+public:
+    Timer(Form& form, std::string name, int interval_ms)
+        : Control(form, std::move(name), "Timer")
+        , Interval(interval_ms, announcer())
+    {
+    }
+    /// Milliseconds; what the platform can't keep is as short as it can.
+    Property<int> Interval;
+    Handler Tick;
+
+    /// The time has come. @throws Failure if the handler does.
+    void tick()
+    {
+        if (Enabled && Tick)
+            Tick();
+    }
+};
+
+} // namespace tessavox

@@ -1,0 +1,41 @@
+#include "platform/qt/timer_view.h"
+
+#include "platform/failure.h"
+
+#include <QApplication>
+
+namespace tessavox {
+
+TimerView::TimerView(Timer& control)
+    : m_control(&control)
+{
+    m_timer.setTimerType(Qt::PreciseTimer);
+    connect(&m_timer, &QTimer::timeout, this, [this] { tick(); });
+    control.set_view(this);
+    control_changed();
+}
+
+void TimerView::control_changed()
+{
+    if (m_timer.interval() != m_control->Interval)
+        m_timer.setInterval(m_control->Interval);
+    if (m_control->Enabled && !m_timer.isActive())
+        m_timer.start();
+    if (!m_control->Enabled)
+        m_timer.stop();
+}
+
+void TimerView::detach()
+{
+    m_timer.stop();
+    m_control = nullptr;
+}
+
+// A handler that asks the user something does so in a modal window.
+void TimerView::tick()
+{
+    if (m_control && !QApplication::activeModalWidget())
+        attempt([this] { m_control->tick(); });
+}
+
+} // namespace tessavox
