@@ -42,10 +42,17 @@ void Handshake::remember_clipboard()
     lastClipboardText = text.empty() ? TextSlice() : marked_as_read(text);
 }
 
-/// Whether the file is there; otherwise its lines are those of the one read before.
+/// Whether the file is there; otherwise its lines are those of the one read before. That one is missing
+/// is told once, not some hundred times a second.
 bool Handshake::is_read(const char* file)
 {
-    return !m_text_file.ReadFromFile(m_process.ConfigFolder + file).empty();
+    const std::string path = m_process.ConfigFolder + file;
+    const bool there = attempt([&] { m_process.platform.files.read(path); });
+    if (!there && !m_missing.insert(file).second)
+        return false;
+    if (there)
+        m_missing.erase(file);
+    return !m_text_file.ReadFromFile(path).empty();
 }
 
 void Handshake::reset()

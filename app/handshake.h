@@ -5,6 +5,9 @@
 #include "documents/process.h"
 #include "persist/text_file.h"
 
+#include <set>
+#include <string>
+
 namespace tessavox {
 
 struct MainControls;
@@ -33,6 +36,7 @@ private:
     Process& m_process;
     MainControls& m_main;
     PCCFile& m_text_file;
+    std::set<std::string> m_missing; // files whose absence has been told
     /// The clipboard's text as read last, with the blank that marks it as read.
     TextSlice lastClipboardText;
 };
