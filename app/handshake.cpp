@@ -42,8 +42,8 @@ void Handshake::remember_clipboard()
     lastClipboardText = text.empty() ? TextSlice() : marked_as_read(text);
 }
 
-/// Whether the file is there; otherwise its lines are those of the one read before. That one is missing
-/// is told once, not some hundred times a second.
+/// Whether the file is there; otherwise its lines are those of the one read before. That one is
+/// missing is told once, not some hundred times a second.
 bool Handshake::is_read(const char* file)
 {
     const std::string path = m_process.ConfigFolder + file;
