@@ -64,8 +64,10 @@ std::vector<Band> mel_bands(int sample_rate, std::size_t window, double highest_
         Band& band = bands[at];
         band.first = static_cast<std::size_t>(std::ceil(left));
         double sum = 0;
-        for (std::size_t line = band.first; line < right && line <= window / 2; ++line) {
+        for (std::size_t line = band.first; line <= window / 2; ++line) {
             const auto place = static_cast<double>(line);
+            if (place >= right)
+                break;
             const double weight
                 = place < peak ? (place - left) / (peak - left) : (right - place) / (right - peak);
             band.weights.push_back(static_cast<float>(std::max(0.0, weight)));

@@ -24,8 +24,8 @@ constexpr float highest_silence_db = -24;
 
 // How far a target may run ahead or fall behind an even pace.
 constexpr double band_share = 0.25;
-constexpr std::size_t least_band = 1 * slices_per_second;
-constexpr std::size_t greatest_band = 4 * slices_per_second;
+constexpr std::size_t least_band = slices_per_second;
+constexpr std::size_t greatest_band = 4 * least_band;
 
 constexpr float unreachable = std::numeric_limits<float>::infinity();
 
@@ -59,7 +59,9 @@ struct Line {
 
     float at(std::size_t slice) const
     {
-        return slice >= begin && slice < end ? costs[slice - begin] : unreachable;
+        if (slice < begin || slice >= end)
+            return unreachable;
+        return costs[slice - begin];
     }
     // What the step to `slice` begins with; nothing is before the first slice.
     float before(std::size_t slice) const { return slice == 0 ? unreachable : at(slice - 1); }

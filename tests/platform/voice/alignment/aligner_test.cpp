@@ -113,25 +113,34 @@ TEST(Aligner, CarriesPhonesOverWithPausesBetween)
     pause_falsely(spoken);
     const AlignedMarks marks = Aligner().align(spoken.samples, spoken.sample_rate, reference);
 
-    std::uint64_t end = 0;
-    std::uint64_t paused = 0;
-    for (const AlignedPhone& phone : marks.phones) {
-        EXPECT_EQ(phone.frame, end);
-        EXPECT_GT(phone.frames, 0U);
-        end = phone.frame + phone.frames;
-        if (phone.phone == AlignedPhone::pause)
-            paused += phone.frames;
-        else
-            EXPECT_LT(phone.frames, static_cast<std::uint64_t>(spoken.sample_rate) / 4)
-                << reference.phones[static_cast<std::size_t>(phone.phone)].name;
-    }
-    EXPECT_EQ(end, spoken.samples.size());
-    EXPECT_GT(paused, static_cast<std::uint64_t>(spoken.sample_rate)) << "two of half a second";
     // The same voice says the same, so all of it is where it was; but a stop after a pause counts
     // from where the mouth closes.
+    const double near = 0.041 * spoken.sample_rate;
     for (std::size_t word = 0; word < marks.words.size(); ++word)
         EXPECT_NEAR(static_cast<double>(marks.words[word]),
-            static_cast<double>(spoken.words[word].frame), 0.041 * spoken.sample_rate);
+            static_cast<double>(spoken.words[word].frame), near);
+    std::uint64_t end = 0;
+    std::int32_t last = -1;
+    for (const AlignedPhone& phone : marks.phones) {
+        EXPECT_EQ(phone.frame, end);
+        end = phone.frame + phone.frames;
+        if (phone.phone == AlignedPhone::pause)
+            continue;
+        const PhoneMark& truth = spoken.phones[static_cast<std::size_t>(phone.phone)];
+        EXPECT_NE(truth.viseme, 0);
+        // espeak-ng lets some words begin within the last phone before them: a pause tears it.
+        const ReferencePhone& whole = reference.phones[static_cast<std::size_t>(phone.phone)];
+        const bool torn = std::ranges::any_of(reference.words, [&](std::uint64_t word) {
+            return word > whole.frame && word < whole.frame + whole.frames;
+        });
+        if (!torn) {
+            EXPECT_NEAR(static_cast<double>(phone.frame), static_cast<double>(truth.frame), near);
+            EXPECT_NEAR(static_cast<double>(phone.frames), static_cast<double>(truth.frames), near);
+        }
+        for (++last; last < phone.phone; ++last)
+            EXPECT_EQ(spoken.phones[static_cast<std::size_t>(last)].viseme, 0) << "left out";
+    }
+    EXPECT_EQ(end, spoken.samples.size());
 }
 
 TEST(Aligner, GivesEachWordARisingMarkInWhateverSound)
@@ -171,6 +180,7 @@ TEST(Aligner, GivesEachWordARisingMarkInWhateverSound)
             std::uint64_t end = 0;
             for (const AlignedPhone& phone : marks.phones) {
                 EXPECT_EQ(phone.frame, end);
+                EXPECT_GT(phone.frames, 0U);
                 end += phone.frames;
             }
             EXPECT_EQ(end, target.size());

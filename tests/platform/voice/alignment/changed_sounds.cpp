@@ -29,6 +29,9 @@ void insert_silence(Rendering& spoken, std::size_t word)
     const auto frames = spoken.sample_rate / 2;
     spoken.samples.insert(spoken.samples.begin() + begin_of(spoken, word),
         static_cast<std::size_t>(frames), std::int16_t{ 0 });
+    for (PhoneMark& phone : spoken.phones)
+        phone.frame
+            += phone.frame >= spoken.words[word].frame ? static_cast<std::uint64_t>(frames) : 0;
     move_words(spoken, word, frames);
 }
 

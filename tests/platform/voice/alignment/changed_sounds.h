@@ -11,7 +11,7 @@ using Change = void (*)(Rendering& spoken);
 constexpr std::size_t changed_word = 4;
 
 void leave_alone(Rendering& spoken);
-/// Half a second of silence before the third and the sixth word.
+/// Half a second of silence before the third and the sixth word. The phones move along too.
 void pause_falsely(Rendering& spoken);
 /// The changed word isn't said.
 void swallow_word(Rendering& spoken);
