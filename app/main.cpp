@@ -10,6 +10,7 @@
 #include "platform/qt/file_dialogs.h"
 #include "platform/qt/form_windows.h"
 #include "platform/qt/message_boxes.h"
+#include "platform/qt/message_gate.h"
 #include "platform/qt/rich_text_pane.h"
 #include "platform/qt/screen.h"
 #include "platform/qt/text_conversion.h"
@@ -39,18 +40,12 @@ void set_up(QApplication& application)
     QFont::insertSubstitution("Comic Sans MS", "Comic Neue");
 }
 
-void post(std::function<void()> call)
-{
-    QMetaObject::invokeMethod(
-        qApp, [call = std::move(call)] { attempt(call); }, Qt::QueuedConnection);
-}
-
 void quit()
 {
     QCoreApplication::exit(); // not quit(), which would ask every window once more
 }
 
-std::unique_ptr<SpeechService> make_speech(const Texts& texts)
+std::unique_ptr<SpeechService> make_speech(const Forms::Post& post, const Texts& texts)
 {
     voice::SpeechServiceOptions options;
     options.post = post;
@@ -68,15 +63,17 @@ int run(DiskFileStore& files, const std::string& command_line)
     QApplication::setWindowIcon(QIcon(to_qt(app_folder + "/tessavox.png")));
 
     const StringTable texts;
-    QtFormWindows windows;
+    MessageGate gate;
+    const Forms::Post post = [&gate](std::function<void()> call) { gate.post(std::move(call)); };
+    QtFormWindows windows(gate);
     QtClipboard clipboard;
     QtMessageBoxes message_boxes;
     QtFileDialogs dialogs(files, texts);
     QtScreen screen;
     QtTray tray;
-    QtBlockingWork blocking_work;
+    QtBlockingWork blocking_work(gate);
     QtRichTextPanes panes(clipboard);
-    const std::unique_ptr<SpeechService> speech = make_speech(texts);
+    const std::unique_ptr<SpeechService> speech = make_speech(post, texts);
     Platform platform{ windows, post, quit, files, clipboard, message_boxes, dialogs, screen, tray,
         blocking_work, panes, *speech, texts,
         prepare_config_folder(find_config_home(), app_folder + "/conf"), app_folder, command_line };

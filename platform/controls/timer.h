@@ -6,7 +6,7 @@
 namespace tessavox {
 
 /// Ticks from the load of its form on, as long as it is enabled. A tick that comes due while a
-/// handler runs, or while the program is blocked, is left out.
+/// handler runs is left out. Of those that come due while the program is blocked, one waits.
 class Timer : public Control {
 public:
     Timer(Form& form, std::string name, int interval_ms)

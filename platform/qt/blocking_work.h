@@ -5,10 +5,21 @@
 
 namespace tessavox {
 
+class MessageGate;
+
+/// The small window is modal, and comes only for work that takes a moment.
 class QtBlockingWork : public BlockingWork {
 public:
+    /// `gate` is what the program's calls and timers go through.
+    explicit QtBlockingWork(MessageGate& gate)
+        : m_gate(gate)
+    {
+    }
     bool wait(const std::string& text, const std::function<bool()>& is_done,
         const std::function<double()>& share) override;
+
+private:
+    MessageGate& m_gate;
 };
 
 } // namespace tessavox

@@ -73,13 +73,14 @@ protected:
     }
 };
 
-ChildWindow::ChildWindow(Form& form, MainWindow& parent)
-    : ChildWindow(form, parent, std::make_unique<SubWindow>())
+ChildWindow::ChildWindow(Form& form, MessageGate& gate, MainWindow& parent)
+    : ChildWindow(form, gate, parent, std::make_unique<SubWindow>())
 {
 }
 
-ChildWindow::ChildWindow(Form& form, MainWindow& parent, std::unique_ptr<SubWindow> window)
-    : QtFormWindow(form, *window, window->canvas)
+ChildWindow::ChildWindow(
+    Form& form, MessageGate& gate, MainWindow& parent, std::unique_ptr<SubWindow> window)
+    : QtFormWindow(form, gate, *window, window->canvas)
     , m_parent(&parent)
     , m_window(*window.release())
 {

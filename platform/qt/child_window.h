@@ -11,7 +11,7 @@ class MainWindow;
 
 class ChildWindow : public QtFormWindow {
 public:
-    ChildWindow(Form& form, MainWindow& parent);
+    ChildWindow(Form& form, MessageGate& gate, MainWindow& parent);
     ~ChildWindow() override;
 
     void bring_forward() override;
@@ -23,7 +23,8 @@ public:
 
 private:
     class SubWindow;
-    ChildWindow(Form& form, MainWindow& parent, std::unique_ptr<SubWindow> window);
+    ChildWindow(
+        Form& form, MessageGate& gate, MainWindow& parent, std::unique_ptr<SubWindow> window);
     void show_first() override;
     void resize_to(const QSize& pixels) override;
     void client_sized();

@@ -27,13 +27,13 @@ protected:
     }
 };
 
-DialogWindow::DialogWindow(Form& form)
-    : DialogWindow(form, std::make_unique<Dialog>())
+DialogWindow::DialogWindow(Form& form, MessageGate& gate)
+    : DialogWindow(form, gate, std::make_unique<Dialog>())
 {
 }
 
-DialogWindow::DialogWindow(Form& form, std::unique_ptr<Dialog> dialog)
-    : QtFormWindow(form, *dialog, dialog->canvas)
+DialogWindow::DialogWindow(Form& form, MessageGate& gate, std::unique_ptr<Dialog> dialog)
+    : QtFormWindow(form, gate, *dialog, dialog->canvas)
     , m_dialog(*dialog.release())
 {
     m_dialog.owner = this;

@@ -7,7 +7,7 @@ namespace tessavox {
 
 class DialogWindow : public QtFormWindow {
 public:
-    explicit DialogWindow(Form& form);
+    DialogWindow(Form& form, MessageGate& gate);
     ~DialogWindow() override;
 
     void bring_forward() override;
@@ -15,7 +15,7 @@ public:
 
 private:
     class Dialog;
-    DialogWindow(Form& form, std::unique_ptr<Dialog> dialog);
+    DialogWindow(Form& form, MessageGate& gate, std::unique_ptr<Dialog> dialog);
     void show_first() override;
     void resize_to(const QSize& pixels) override;
 

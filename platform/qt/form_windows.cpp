@@ -40,7 +40,7 @@ QString as_title(const std::string& caption)
     return to_qt(caption).replace("[*]", "[*][*]");
 }
 
-QtFormWindow::QtFormWindow(Form& form, QWidget& top, QWidget& canvas)
+QtFormWindow::QtFormWindow(Form& form, MessageGate& gate, QWidget& top, QWidget& canvas)
     : m_form(&form)
     , m_top(&top)
     , m_views(form, canvas)
@@ -51,7 +51,7 @@ QtFormWindow::QtFormWindow(Form& form, QWidget& top, QWidget& canvas)
     form.set_view(this);
     for (Control* control : form.controls()) {
         if (auto* timer = dynamic_cast<Timer*>(control))
-            m_timers.push_back(std::make_unique<TimerView>(*timer));
+            m_timers.push_back(std::make_unique<TimerView>(*timer, gate));
     }
 }
 
@@ -139,16 +139,16 @@ std::unique_ptr<FormWindow> QtFormWindows::open(Form& form)
 {
     switch (form.kind()) {
     case FormKind::mdi_parent: {
-        auto window = std::make_unique<MainWindow>(form);
+        auto window = std::make_unique<MainWindow>(form, m_gate);
         m_main = window.get();
         return window;
     }
     case FormKind::mdi_child:
         if (!m_main)
             throw Failure(form.name() + " has no window to lie in");
-        return std::make_unique<ChildWindow>(form, *m_main);
+        return std::make_unique<ChildWindow>(form, m_gate, *m_main);
     case FormKind::dialog:
-        return std::make_unique<DialogWindow>(form);
+        return std::make_unique<DialogWindow>(form, m_gate);
     }
     throw Failure(form.name() + " is of no known kind");
 }

@@ -16,6 +16,7 @@
 namespace tessavox {
 
 class MainWindow;
+class MessageGate;
 
 /// A caption as the title of a window. Qt takes "[*]" for a mark of its own; a file may be called
 /// so.
@@ -34,7 +35,7 @@ public:
 protected:
     /// `top` is shown and closed as a whole and belongs to the window; the controls are drawn on
     /// `canvas`, which lies in it.
-    QtFormWindow(Form& form, QWidget& top, QWidget& canvas);
+    QtFormWindow(Form& form, MessageGate& gate, QWidget& top, QWidget& canvas);
 
     Form* form() const { return m_form; }
     QWidget& top() const { return *m_top; }
@@ -64,10 +65,16 @@ private:
 /// Makes the windows, and lets closed ones go.
 class QtFormWindows : public FormWindows {
 public:
+    /// `gate` holds the ticks of timers back.
+    explicit QtFormWindows(MessageGate& gate)
+        : m_gate(gate)
+    {
+    }
     std::unique_ptr<FormWindow> open(Form& form) override;
     void close(std::unique_ptr<FormWindow> window) override;
 
 private:
+    MessageGate& m_gate;
     MainWindow* m_main = nullptr;
     QObject m_closed; // owns closed windows until the handlers that closed them have returned
 };

@@ -80,13 +80,13 @@ protected:
     }
 };
 
-MainWindow::MainWindow(Form& form)
-    : MainWindow(form, std::make_unique<Frame>())
+MainWindow::MainWindow(Form& form, MessageGate& gate)
+    : MainWindow(form, gate, std::make_unique<Frame>())
 {
 }
 
-MainWindow::MainWindow(Form& form, std::unique_ptr<Frame> frame)
-    : QtFormWindow(form, *frame, frame->canvas)
+MainWindow::MainWindow(Form& form, MessageGate& gate, std::unique_ptr<Frame> frame)
+    : QtFormWindow(form, gate, *frame, frame->canvas)
     , m_frame(*frame.release())
     , m_area(m_frame.area)
 {

@@ -16,7 +16,7 @@ class ChildWindow;
 
 class MainWindow : public QtFormWindow {
 public:
-    explicit MainWindow(Form& form);
+    MainWindow(Form& form, MessageGate& gate);
     ~MainWindow() override;
 
     void bring_forward() override;
@@ -36,7 +36,7 @@ public:
 
 private:
     class Frame;
-    MainWindow(Form& form, std::unique_ptr<Frame> frame);
+    MainWindow(Form& form, MessageGate& gate, std::unique_ptr<Frame> frame);
     void show_first() override;
     void resize_to(const QSize& pixels) override;
     void user_activates(QMdiSubWindow* window);

@@ -8,6 +8,7 @@ import unittest
 from bed import SILENCE_PEAK, Program, Recorder, forget_settings, keys, type_text, wait_for
 
 TEXT = "One two three four five six seven eight nine ten."
+LONG_TEXT = "The quick brown fox jumps over the lazy dog, and the dog sleeps on.\n" * 4500
 
 
 def soxi(option, path):
@@ -47,6 +48,25 @@ class WaveFile(unittest.TestCase):
                 self.assertIn("WAV file successfully written!", self.program.answer(message))
                 self.assertEqual((soxi("-r", path), soxi("-b", path), soxi("-c", path)), expected)
                 self.assertTrue(2 < float(soxi("-D", path)) < 8, soxi("-D", path))
+
+    def test_a_long_save_shows_how_far_it_is_and_escape_ends_it_with_a_whole_file(self):
+        path = os.path.join(self.folder, "long.wav")
+        self.pane.text = LONG_TEXT
+        self.pane.caret = 0
+        self.save_as(path)
+        progress = self.program.find("progress bar")
+        self.assertIn("Escape", progress.name)
+        wait_for(lambda: progress.value > 0, "a share of the work")
+        keys("Escape")
+        wait_for(lambda: not self.program.find_all("progress bar"), "the window goes away")
+        self.program.wait_until_idle()
+        self.assertIsNone(self.program.message())
+        seconds = float(soxi("-D", path))
+        self.assertGreater(seconds, 1)
+        self.assertAlmostEqual(os.path.getsize(path), 44 + seconds * 48000 * 4, delta=200)
+        self.pane.caret = 0
+        self.program.read()
+        self.recorder.wait_for_sound()
 
     def test_selection_rest_and_clipboard_are_saved_and_nothing_else(self):
         four, eight = TEXT.index("four"), TEXT.index("eight")

@@ -12,6 +12,7 @@
 #include "platform/controls/scroll_bar.h"
 #include "platform/controls/text_box.h"
 #include "platform/qt/form_windows.h"
+#include "platform/qt/message_gate.h"
 #include "platform/qt/rich_text_pane.h"
 
 #include <QApplication>
@@ -139,11 +140,9 @@ public:
     }
 
     int ends = 0;
-    QtFormWindows windows;
-    Forms forms{ windows,
-        [](std::function<void()> call) {
-            QMetaObject::invokeMethod(qApp, std::move(call), Qt::QueuedConnection);
-        },
+    MessageGate gate;
+    QtFormWindows windows{ gate };
+    Forms forms{ windows, [this](std::function<void()> call) { gate.post(std::move(call)); },
         [this] { ++ends; } };
     std::shared_ptr<DemoMain> main = std::make_shared<DemoMain>(forms);
 };
