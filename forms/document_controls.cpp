@@ -25,7 +25,7 @@ constexpr DesignRow<D> design_rows[] = {
     { pick<&D::ReadClipbdBtn>, pick<&D::Picture3>, 3240, 0, 1695, 420, 1132, "Read Clipboard",
         2128 },
     { pick<&D::ReadClipboardtoFile>, pick<&D::Picture3>, 4920, 0, 1935, 420, 1135,
-        "Save Clipboard to File" },
+        "Save Clipboard to File", 2311 },
     { pick<&D::Command4>, pick<&D::Picture3>, 6840, 0, 1215, 420, 2118, "Dock", 2129 },
     { pick<&D::Picboxsetting>, nullptr, 0, 2600, 2775, 3375 },
     { pick<&D::Frame2>, pick<&D::Picboxsetting>, 0, 120, 2775, 3255 },
@@ -42,7 +42,7 @@ constexpr DesignRow<D> design_rows[] = {
     { pick<&D::ResetBtn>, pick<&D::Frame2>, 120, 2400, 2565, 345, 2114, "Reset", 2125 },
     { pick<&D::TabStrip1>, nullptr, 2900, 500, 8260, 7990 },
     { pick<&D::PicBox>, nullptr, 2900, 500, 8260, 7690 },
-    { pick<&D::rtfText>, pick<&D::PicBox>, 0, 0, 8245, 7685 },
+    { pick<&D::rtfText>, pick<&D::PicBox>, 0, 0, 8245, 7685, 2116, "Text" },
     { pick<&D::CoolBar1>, nullptr, 200, 0, 10840, 420 },
     { pick<&D::Combo1>, pick<&D::CoolBar1>, 0, 50, 10160, list_height_twips },
     { pick<&D::Command3>, pick<&D::CoolBar1>, 10210, 50, 600, 345 },
@@ -63,6 +63,7 @@ constexpr DesignRow<D> design_rows[] = {
 
 constexpr Pick<DocumentControls> hidden_by_design[] = {
     pick<&D::Command4>, // until the dock bar that it brings up can take over
+    pick<&D::ReadClipboardBtn>,
     pick<&D::CoolBar1>,
     pick<&D::Picbox2>,
     pick<&D::WebBrowser1>,

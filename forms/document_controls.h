@@ -72,6 +72,7 @@ struct DocumentControls : Form {
     Control SkinLabel2{ *this, "SkinLabel2", "SkinLabel" };
     CommandButton Command1{ *this, "Command1" };
     CommandButton Command2{ *this, "Command2" };
+    CommandButton ReadClipboardBtn{ *this, "ReadClipboardBtn" };
 };
 
 } // namespace tessavox

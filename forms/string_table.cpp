@@ -171,6 +171,7 @@ constexpr StringRow neutral_rows[] = {
     { 2310,
         "Text files (*.txt)|*.txt|Ini Files (*.ini)|*.ini|Registry Files (*.log)|*.log|"
         "Batch File (*.bat)|*.bat|All files (*.*)|*.*" },
+    { 2311, "Read and Save the text in clipboard into Wav file" },
 };
 
 constexpr bool by_number(const StringRow& left, const StringRow& right)

@@ -7,6 +7,7 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <filesystem>
 #include <optional>
@@ -20,6 +21,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t largest_file_bytes = std::size_t(64) << 20;
+constexpr std::size_t largest_note_bytes = 1024;
+constexpr std::size_t most_notes = 16;
 
 [[noreturn]] void fail(const std::string& path, const char* what)
 {
@@ -204,15 +207,6 @@ bool must_keep_its_identity(const struct stat& status)
     return status.st_nlink > 1 || status.st_uid != ::geteuid();
 }
 
-bool holds(const std::string& path, const struct stat& status, const std::string& bytes)
-{
-    if (static_cast<std::size_t>(status.st_size) != bytes.size())
-        return false;
-    bool same = false;
-    attempt([&] { same = DiskFileStore().read(path) == bytes; });
-    return same;
-}
-
 bool takes_writing(const fs::path& path)
 {
     std::error_code failed;
@@ -223,14 +217,53 @@ bool takes_writing(const fs::path& path)
         && ::access(path.c_str(), W_OK) == 0;
 }
 
+std::array<std::int64_t, 7> marks_of(const struct stat& status)
+{
+    return { static_cast<std::int64_t>(status.st_dev), static_cast<std::int64_t>(status.st_ino),
+        status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec, status.st_ctim.tv_sec,
+        status.st_ctim.tv_nsec };
+}
+
+/// The system's clock for files moves in steps of some milliseconds, so a file that has changed
+/// just now may change once more under the same marks.
+bool is_settled(const struct stat& status)
+{
+    constexpr double settled_after_seconds = 0.1;
+    struct timespec now { };
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    const auto age = [&](const struct timespec& then) {
+        return static_cast<double>(now.tv_sec - then.tv_sec)
+            + static_cast<double>(now.tv_nsec - then.tv_nsec) * 1e-9;
+    };
+    return age(status.st_mtim) > settled_after_seconds
+        && age(status.st_ctim) > settled_after_seconds;
+}
+
 } // namespace
 
 std::string DiskFileStore::read(const std::string& path)
 {
+    struct stat status { };
+    const bool exists = ::stat(path.c_str(), &status) == 0;
+    if (const auto known = m_known.find(path);
+        exists && known != m_known.end() && known->second.marks == marks_of(status))
+        return known->second.bytes;
+    m_known.erase(path);
     const OpenFile file(path, O_RDONLY);
     if (!file.is_open())
         fail(path, "opened");
-    return read_all(file, path);
+    std::string bytes = read_all(file, path);
+    if (exists && bytes.size() <= largest_note_bytes && m_known.size() < most_notes
+        && is_settled(status))
+        m_known[path] = { marks_of(status), bytes };
+    return bytes;
+}
+
+bool DiskFileStore::holds(const std::string& path, const std::string& bytes)
+{
+    bool same = false;
+    attempt([&] { same = read(path) == bytes; });
+    return same;
 }
 
 void DiskFileStore::write(const std::string& path, const std::string& bytes, Durability durability)
@@ -244,7 +277,8 @@ void DiskFileStore::write(const std::string& path, const std::string& bytes, Dur
         refuse(path, "is no regular file");
     if (exists && ::access(target.c_str(), W_OK) != 0)
         fail(path, "written"); // the folder's permission alone must not replace it
-    if (durability == Durability::fleeting && exists && holds(path, status, bytes))
+    if (durability == Durability::fleeting && exists
+        && static_cast<std::size_t>(status.st_size) == bytes.size() && holds(path, bytes))
         return;
     if (exists && must_keep_its_identity(status))
         return write_in_place(target, bytes);

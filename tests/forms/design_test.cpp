@@ -70,7 +70,7 @@ StopBtn Picture1 0 760 2775 780 1130 2120; PauseBtn Picture1 0 1520 2775 780 113
 ResumeBtn Picture1 0 1520 2775 780 2107 2121 hidden; Picture3 - 2900 0 8055 420 - -;
 SpeaktofileBtn Picture3 0 0 1815 420 1133 2126; Play Picture3 1800 0 1455 420 1134 2127;
 ReadClipbdBtn Picture3 3240 0 1695 420 1132 2128;
-ReadClipboardtoFile Picture3 4920 0 1935 420 1135 -;
+ReadClipboardtoFile Picture3 4920 0 1935 420 1135 2311;
 Command4 Picture3 6840 0 1215 420 2118 2129 hidden; Picboxsetting - 0 2600 2775 3375 - -;
 Frame2 Picboxsetting 0 120 2775 3255 - -; SpeakerLabel Frame2 0 240 720 255 2109 -;
 VoiceCB Frame2 720 240 2055 315 - 2122; FormatLabel Frame2 0 720 720 255 2110 -;
@@ -78,7 +78,7 @@ FormatCB Frame2 720 720 2055 315 - 2123; SpeedLabel Frame2 0 1200 720 255 2111 -
 cpvSlider1 Frame2 720 1200 2055 255 - -; VolumeLabel Frame2 0 1680 720 255 2112 -;
 cpvSlider2 Frame2 720 1680 2055 255 - -; Check1 Frame2 120 2040 2775 255 2113 2124;
 ResetBtn Frame2 120 2400 2565 345 2114 2125; TabStrip1 - 2900 500 8260 7990 - -;
-PicBox - 2900 500 8260 7690 - -; rtfText PicBox 0 0 8245 7685 - -;
+PicBox - 2900 500 8260 7690 - -; rtfText PicBox 0 0 8245 7685 2116 -;
 CoolBar1 - 200 0 10840 420 - - hidden; Combo1 CoolBar1 0 50 10160 315 - -;
 Command3 CoolBar1 10210 50 600 345 - -; Picbox2 - 2900 1000 8260 7190 - - hidden;
 WebBrowser1 Picbox2 0 0 8260 7190 - - hidden; Frame1 - 0 0 0 0 - - hidden "Speak Flags";
@@ -89,6 +89,7 @@ chkSpFlagAync Frame1 0 0 0 0 - - "FlagsAsync"; chkSpFlagIsFilename Frame1 0 0 0 
 chkSpFlagPersistXML Frame1 0 0 0 0 - - "PersistXML"; AudioOutputCB - 0 0 0 0 - -;
 SkipBtn - 0 0 0 0 - -; SkipTxtBox - 0 0 0 0 - -; UpDown1 - 0 0 0 0 - -; SkinLabel2 - 0 0 0 0 - -;
 Command1 - 0 0 0 0 - - "Advanced Features  >>"; Command2 - 0 0 0 0 - - "Advanced Features  <<";
+ReadClipboardBtn - 0 0 0 0 - - hidden;
 )"));
     const auto range_of = [](const ScrollBar& bar) {
         const ScrollBarRange& range = bar.range();

@@ -135,6 +135,22 @@ TEST_F(DiskFiles, TheOldContentSurvivesADiskThatTakesNoMore)
     EXPECT_EQ(folder.entries(), 3u) << "something was left behind";
 }
 
+TEST_F(DiskFiles, EachReadSeesTheLastChangeHoweverSoonItCame)
+{
+    const auto long_ago = fs::file_time_type::clock::now() - std::chrono::hours(1);
+    put("note", "0");
+    fs::last_write_time(folder / "note", long_ago);
+    for (const char* bytes : { "0", "1", "2", "2", "3" }) {
+        put("note", bytes); // in place, of one size
+        EXPECT_EQ(store.read(folder / "note"), bytes);
+        fs::last_write_time(folder / "note", long_ago);
+        EXPECT_EQ(store.read(folder / "note"), bytes);
+        EXPECT_EQ(store.read(folder / "note"), bytes);
+    }
+    fs::remove(folder / "note");
+    EXPECT_THROW(store.read(folder / "note"), Failure);
+}
+
 TEST_F(DiskFiles, AFleetingFileIsReplacedOnlyByOtherBytes)
 {
     const auto identity = [&] {
