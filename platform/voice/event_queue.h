@@ -35,6 +35,7 @@ public:
 
     /// Any thread.
     void append(const Job& job, std::vector<StreamEvent> events);
+    std::int32_t interests() const { return m_interests; }
 
     // The interface thread only:
     /// Drops all that is undelivered or belongs to an earlier generation.
@@ -45,7 +46,6 @@ public:
     void close() { m_listener = nullptr; }
     bool closed() const { return m_listener == nullptr; }
 
-    std::int32_t interests() const { return m_interests; }
     void set_interests(std::int32_t bits) { m_interests = bits; }
 
 private:

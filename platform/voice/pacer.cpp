@@ -49,14 +49,13 @@ void Pacer::run()
 void Pacer::begin(const std::shared_ptr<Job>& job)
 {
     m_job = job;
-    m_started = m_finished = false;
+    m_stream.reset();
+    m_finished = false;
     m_heard = m_taken = m_owed = m_heard_last_look = 0;
     m_resting_since.reset();
     if (!job)
         return;
-    m_gain.reset();
-    if (!job->wave)
-        m_gain.emplace(job->format);
+    m_stream.emplace(job, m_playback, m_events);
     const bool fits = m_sink && m_sink->alive() && !m_sink_is_clock
         && m_sink->format() == job->format && m_sink_output == job->output;
     if (!fits)
@@ -91,11 +90,11 @@ Pacer::Time Pacer::play(const Playback::Orders& orders)
         m_playback.dropped_unheard(*m_job, m_taken);
     }
     if (!orders.paused) {
-        start_stream();
+        m_stream->start();
         feed();
     }
-    if (m_started && release()) {
-        m_playback.finish(*m_job);
+    if (m_stream->started() && release()) {
+        m_stream->end(m_heard);
         return Wakeup::Clock::now(); // the next job may be there
     }
     return orders.paused ? no_deadline : next_look(m_due);
@@ -110,15 +109,6 @@ void Pacer::hold(bool paused)
         m_sink->pause();
     else
         m_sink->resume();
-}
-
-void Pacer::start_stream()
-{
-    if (std::exchange(m_started, true))
-        return;
-    std::vector<StreamEvent> started(1);
-    started.front().happening = StreamStarted();
-    m_events.append(*m_job, std::move(started));
 }
 
 void Pacer::open_sink()
@@ -164,10 +154,7 @@ void Pacer::feed()
         const bool last = m_playback.take_sound(*m_job, room - owed, m_buffer) && m_owed == 0;
         const std::size_t frames = m_buffer.size() / align;
         m_taken += frames - owed;
-        if (m_gain) {
-            m_gain->set(static_cast<float>(m_playback.volume()) / 100.0F);
-            m_gain->apply(std::span(m_buffer).subspan(owed * align));
-        }
+        m_stream->level(std::span(m_buffer).subspan(owed * align));
         if (frames > 0) {
             m_sink->write(m_buffer);
             m_finished = false;
@@ -193,14 +180,7 @@ std::uint64_t Pacer::heard()
 bool Pacer::release()
 {
     m_due = m_playback.due(*m_job, heard());
-    for (StreamEvent& event : m_due.events) {
-        if (auto* measured = std::get_if<LevelMeasured>(&event.happening); measured && m_gain)
-            measured->level = measured->level * m_playback.volume() / 100;
-        if (const auto* word = std::get_if<WordStarted>(&event.happening))
-            m_playback.set_spoken_units(word->position + word->length);
-    }
-    if (!m_due.events.empty())
-        m_events.append(*m_job, std::move(m_due.events));
+    m_stream->tell(std::move(m_due.events));
     return m_due.ended;
 }
 

@@ -4,7 +4,7 @@
 #include "platform/voice/event_queue.h"
 #include "platform/voice/playback.h"
 #include "platform/voice/sound/audio_sink.h"
-#include "platform/voice/sound/converter.h"
+#include "platform/voice/stream.h"
 
 #include <memory>
 #include <optional>
@@ -28,7 +28,6 @@ private:
     Time play(const Playback::Orders& orders);
     Time rest();
     void hold(bool paused);
-    void start_stream();
     void open_sink();
     void feed();
     void replace_lost_sink();
@@ -46,9 +45,8 @@ private:
     bool m_sink_is_clock = false;
 
     std::shared_ptr<Job> m_job; // the one that is played
-    bool m_started = false; // its StartStream is sent
+    std::optional<Stream> m_stream; // of it
     bool m_finished = false; // the sink knows that all frames are written
-    std::optional<Gain> m_gain; // none for a wave file
     std::uint64_t m_heard = 0; // frames of the stream
     std::uint64_t m_taken = 0;
     std::uint64_t m_owed = 0; // frames that went down with a lost device

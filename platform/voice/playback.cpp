@@ -36,6 +36,7 @@ void Playback::purge()
     {
         const std::lock_guard lock(m_mutex);
         m_queue.clear();
+        m_skips.clear();
         if (!m_current)
             return;
         m_current->cancelled = true;
@@ -50,11 +51,33 @@ void Playback::leave_current()
 {
     m_current.reset();
     m_complete = false;
-    m_skip.reset();
+    m_skips.clear();
     m_skip_from.reset();
     m_events.clear();
     m_ring.restart(0);
+    order();
+}
+
+// The engines' queue asks for nothing that is locked here.
+void Playback::order()
+{
+    ++m_order_version;
     m_worker.notify_one();
+    if (m_awaited)
+        m_awaited->wake();
+}
+
+void Playback::set_awaited(RenderQueue* engines)
+{
+    const std::lock_guard lock(m_mutex);
+    m_awaited = engines;
+}
+
+void Playback::set_spoken_units(const Job& job, std::int64_t units)
+{
+    const std::lock_guard lock(m_mutex);
+    if (is_current(job))
+        m_spoken_units = units;
 }
 
 void Playback::set_paused(bool paused)
@@ -77,17 +100,18 @@ void Playback::set_rate(int rate)
     const std::lock_guard lock(m_mutex);
     if (m_rate.exchange(rate) == rate)
         return;
-    ++m_rate_version;
-    m_worker.notify_one();
+    order();
 }
 
 bool Playback::skip(int count)
 {
     {
         const std::lock_guard lock(m_mutex);
-        if (!m_current || m_current->wave || m_current->file)
+        const Job* const job
+            = m_current ? m_current.get() : (m_queue.empty() ? nullptr : m_queue.front().get());
+        if (!job || job->wave || job->file)
             return false;
-        m_skip = m_skip.value_or(0) + count;
+        m_skips.push_back(count);
     }
     m_pacer->notify();
     return true;
@@ -148,18 +172,18 @@ std::shared_ptr<Job> Playback::take_job()
     return job;
 }
 
-bool Playback::ordered(const Job& job, int rate_version) const
+bool Playback::ordered(const Job& job, int order_version) const
 {
-    return !is_current(job) || m_skip_from || m_rate_version != rate_version;
+    return !is_current(job) || m_order_version != order_version;
 }
 
-bool Playback::append(const Job& job, int rate_version, std::span<const std::byte> sound,
+bool Playback::append(const Job& job, int order_version, std::span<const std::byte> sound,
     std::vector<StreamEvent>& events)
 {
     {
         std::unique_lock lock(m_mutex);
-        m_worker.wait(lock, [&] { return ordered(job, rate_version) || !m_ring.full(); });
-        if (ordered(job, rate_version))
+        m_worker.wait(lock, [&] { return ordered(job, order_version) || !m_ring.full(); });
+        if (ordered(job, order_version))
             return false;
         m_ring.append(sound);
         for (StreamEvent& event : events) {
@@ -184,10 +208,10 @@ void Playback::complete(const Job& job)
     m_pacer->notify();
 }
 
-void Playback::wait_for_order(const Job& job, int rate_version)
+void Playback::wait_for_order(const Job& job, int order_version)
 {
     std::unique_lock lock(m_mutex);
-    m_worker.wait(lock, [&] { return ordered(job, rate_version); });
+    m_worker.wait(lock, [&] { return ordered(job, order_version); });
 }
 
 std::optional<Playback::Skip> Playback::take_skip(const Job& job)
@@ -195,8 +219,7 @@ std::optional<Playback::Skip> Playback::take_skip(const Job& job)
     const std::lock_guard lock(m_mutex);
     if (!is_current(job) || !m_skip_from)
         return std::nullopt;
-    const Skip skip{ m_skip.value_or(0), *m_skip_from };
-    m_skip.reset();
+    Skip skip{ std::exchange(m_skips, {}), *m_skip_from };
     m_skip_from.reset();
     return skip;
 }
@@ -245,7 +268,7 @@ Playback::Orders Playback::orders()
     orders.stopping = m_stopping;
     orders.flush = std::exchange(m_flush, false);
     orders.paused = m_paused;
-    orders.skip = m_skip && !m_skip_from;
+    orders.skip = !m_skips.empty() && !m_skip_from;
     if (m_current && !m_current->file)
         orders.job = m_current;
     return orders;
@@ -260,7 +283,7 @@ void Playback::dropped_unheard(const Job& job, std::uint64_t heard)
     std::erase_if(m_events, [&](const StreamEvent& event) { return event.frame >= heard; });
     m_complete = false;
     m_skip_from = heard;
-    m_worker.notify_one();
+    order();
 }
 
 bool Playback::take_sound(const Job& job, std::size_t count, std::vector<std::byte>& out)
@@ -281,7 +304,7 @@ Playback::Due Playback::due(const Job& job, std::uint64_t heard)
     Due due;
     if (!is_current(job))
         return due;
-    due.ended = m_complete && !m_skip && !m_paused && heard >= m_ring.end();
+    due.ended = m_complete && m_skips.empty() && !m_paused && heard >= m_ring.end();
     const auto later = due.ended
         ? m_events.end()
         : std::find_if(m_events.begin(), m_events.end(),

@@ -4,6 +4,7 @@
 
 #include "platform/voice/job.h"
 #include "platform/voice/sound_ring.h"
+#include "platform/voice/speech_engines.h"
 #include "platform/voice/stream_event.h"
 #include "platform/voice/wakeup.h"
 
@@ -35,7 +36,8 @@ public:
     bool paused() const;
     void set_rate(int rate);
     void set_volume(int volume) { m_volume = volume; }
-    /// Returns false if nothing is spoken that could be moved in.
+    /// Moves in the text that is spoken or, if none is, in the first that will be. Returns false if
+    /// there is none.
     bool skip(int count);
     /// Ends both threads' loops.
     void stop();
@@ -49,25 +51,26 @@ public:
     int volume() const { return m_volume; }
     /// How far the text of the current job is spoken or written, in UTF-16 code units.
     std::int64_t spoken_units() const { return m_spoken_units; }
-    void set_spoken_units(std::int64_t units) { m_spoken_units = units; }
-    /// Rises with every change of the rate.
-    int rate_version() const { return m_rate_version; }
+    void set_spoken_units(const Job& job, std::int64_t units);
+    /// Rises with every order that the worker should look at.
+    int order_version() const { return m_order_version; }
     bool stopping() const { return m_stopping; }
 
     // --- The synthesis worker.
     /// Waits for the next job, which then is the current one; null when the voice ends.
     std::shared_ptr<Job> take_job();
+    /// What is woken at an order while the worker may wait for an engine; null: nothing.
+    void set_awaited(RenderQueue* engines);
     /// Puts sound behind what is there, and events beside it, as soon as there is room. Returns
-    /// false without having taken anything if `job` is over, or was moved in, or the rate has
-    /// changed since `rate_version`.
-    bool append(const Job& job, int rate_version, std::span<const std::byte> sound,
+    /// false without having taken anything if an order came since `order_version`.
+    bool append(const Job& job, int order_version, std::span<const std::byte> sound,
         std::vector<StreamEvent>& events);
     /// All sound and events of the job are appended.
     void complete(const Job& job);
-    /// Waits until the job is over or an order for it comes that append() would return false for.
-    void wait_for_order(const Job& job, int rate_version);
+    /// Waits until the job is over or append() would return false.
+    void wait_for_order(const Job& job, int order_version);
     struct Skip {
-        int count;
+        std::vector<int> counts; // one after the other
         std::uint64_t frame; // up to which was heard; the ring goes on there
     };
     std::optional<Skip> take_skip(const Job& job);
@@ -106,13 +109,14 @@ public:
 
 private:
     bool is_current(const Job& job) const { return m_current.get() == &job; }
-    bool ordered(const Job& job, int rate_version) const;
+    bool ordered(const Job& job, int order_version) const;
+    void order();
     void leave_current();
 
     std::atomic<int> m_rate{ 0 };
     std::atomic<int> m_volume{ 100 };
     std::atomic<std::int64_t> m_spoken_units{ 0 };
-    std::atomic<int> m_rate_version{ 0 };
+    std::atomic<int> m_order_version{ 0 };
     std::atomic<bool> m_stopping{ false };
     const std::shared_ptr<Wakeup> m_pacer = std::make_shared<Wakeup>();
     const std::shared_ptr<Wakeup> m_caller;
@@ -121,10 +125,11 @@ private:
     std::condition_variable m_worker;
     std::deque<std::shared_ptr<Job>> m_queue;
     std::shared_ptr<Job> m_current;
+    RenderQueue* m_awaited = nullptr;
     bool m_paused = false;
     bool m_flush = false;
     bool m_complete = false;
-    std::optional<int> m_skip; // ordered
+    std::vector<int> m_skips; // ordered
     std::optional<std::uint64_t> m_skip_from; // the pacer has dropped what was not heard
     SoundRing m_ring;
     std::deque<StreamEvent> m_events; // by frame

@@ -41,9 +41,9 @@ std::unique_ptr<SpeechService> make_speech_service(SpeechServiceOptions options,
 {
     VoiceParts parts;
     parts.catalog = std::move(catalog);
-    parts.engines = std::make_shared<LocalEngines>(parts.catalog);
+    parts.engines = std::make_shared<LocalEngines>(
+        parts.catalog, std::move(options.helper_path), options.helpers);
     parts.server = std::move(server);
-    parts.helpers = { std::move(options.helper_path), options.helpers };
     parts.default_output_name = std::move(options.default_output_name);
     parts.post = std::move(options.post);
     return std::make_unique<SystemSpeechService>(std::move(parts));

@@ -2,26 +2,27 @@
 #pragma once
 
 #include "platform/voice/event_queue.h"
-#include "platform/voice/file_reading.h"
 #include "platform/voice/playback.h"
+#include "platform/voice/sound_source.h"
+#include "platform/voice/speech_engines.h"
 
 namespace tessavox::voice {
 
 /// Takes job after job. The markup that SVSFPersistXML leaves in force lives here.
 class SynthesisWorker {
 public:
-    SynthesisWorker(const VoiceCatalog& catalog, Playback& playback, EventQueue& events,
-        const RenderHelpers& helpers);
+    SynthesisWorker(SpeechEngines& engines, Playback& playback, EventQueue& events);
     /// Returns when the playback stops.
     void run();
 
 private:
-    void speak(Job& job);
+    void speak(const std::shared_ptr<Job>& job);
+    void speak_text(const std::shared_ptr<Job>& job);
+    void bring(SoundSource& source, const std::shared_ptr<Job>& job);
 
-    const VoiceCatalog& m_catalog;
+    SpeechEngines& m_engines;
     Playback& m_playback;
     EventQueue& m_events;
-    const RenderHelpers m_helpers;
     MarkupStatePtr m_persisted;
 };
 

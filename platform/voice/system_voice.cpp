@@ -28,7 +28,7 @@ SystemVoice::SystemVoice(VoiceParts parts, SpeechVoiceEvents& events)
     , m_events(std::make_shared<EventQueue>(events, m_parts.catalog, m_parts.post, m_wakeup))
     , m_playback(std::make_shared<Playback>(m_wakeup))
     , m_pacer(*m_playback, *m_events, *m_parts.server)
-    , m_worker(*m_parts.catalog, *m_playback, *m_events, m_parts.helpers)
+    , m_worker(*m_parts.engines, *m_playback, *m_events)
     , m_voice(m_parts.catalog->tokens().empty() ? -1 : 0)
 {
 }

@@ -21,7 +21,6 @@ struct VoiceParts {
     std::shared_ptr<const VoiceCatalog> catalog;
     std::shared_ptr<SpeechEngines> engines;
     std::shared_ptr<SoundServer> server;
-    RenderHelpers helpers;
     std::string default_output_name;
     Post post;
 };

@@ -1,14 +1,19 @@
-// Engines in the process that asks for them, each queue on a thread of its own.
+// Engines in the process that asks for them, each queue on a thread of its own; only a long text
+// that goes into a file is rendered by helper processes.
 #pragma once
 
 #include "platform/voice/speech_engines.h"
+
+#include <string>
 
 namespace tessavox::voice {
 
 class LocalEngines : public SpeechEngines {
 public:
-    explicit LocalEngines(std::shared_ptr<const VoiceCatalog> catalog)
+    LocalEngines(std::shared_ptr<const VoiceCatalog> catalog, std::string helper_path, int helpers)
         : m_catalog(std::move(catalog))
+        , m_helper_path(std::move(helper_path))
+        , m_helpers(helpers)
     {
     }
     const std::shared_ptr<const VoiceCatalog>& voices() override { return m_catalog; }
@@ -17,6 +22,8 @@ public:
 
 private:
     const std::shared_ptr<const VoiceCatalog> m_catalog;
+    const std::string m_helper_path;
+    const int m_helpers;
 };
 
 } // namespace tessavox::voice

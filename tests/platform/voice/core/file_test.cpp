@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <unistd.h>
@@ -105,6 +106,19 @@ TEST_F(FileTest, AWritingTellsHowFarItHasComeAndCanBeEndedInBetween)
     EXPECT_EQ(samples("part.wav").size(), 3U * 2250 + 2 * (22050 / 20));
 }
 
+TEST_F(FileTest, AFileIsAsLoudAsTheVolumeAndTheTagsSay)
+{
+    for (const auto& [volume, loudest] : { std::pair(100, 4000), { 50, 2000 }, { 0, 0 } }) {
+        auto stream = open_stream("loud.wav");
+        voice.set_AudioOutputStream(stream);
+        voice.set_Volume(volume);
+        voice.Speak(u"<volume level='50'>One</volume>", SVSFDefault);
+        stream->Close();
+        const std::vector<std::int16_t> sound = samples("loud.wav");
+        EXPECT_NEAR(*std::max_element(sound.begin(), sound.end()), loudest, 20) << volume;
+    }
+}
+
 TEST_F(FileTest, APauseDoesNotHoldAFile)
 {
     auto stream = open_stream("c.wav");
@@ -195,6 +209,7 @@ TEST_F(FileTest, AWaveFileIsPlayedAtItsOwnLevelWhateverTheVolume)
 TEST_F(FileTest, AWaveFileCanBePlayedIntoAnother)
 {
     write_wave("g.wav", { 22050, 16, 1 }, 5000, 700);
+    voice.set_Volume(10); // not of a file that is played
     auto stream = open_stream("h.wav");
     voice.set_AudioOutputStream(stream);
     voice.Speak(TextSlice(to_utf16(path("g.wav"))), SVSFIsFilename);

@@ -181,6 +181,24 @@ TEST_F(VoiceTest, ANewRateActsFromTheNextUnspokenWord)
     }
 }
 
+TEST_F(VoiceTest, TheEngineIsSomeTenSecondsAheadAndNoMore)
+{
+    std::u16string text;
+    for (int i = 0; i < 100; ++i)
+        text += u"Fifteen letters. "; // a second of ordinary speech
+    use_format(cd_mono_22);
+    voice.Speak(TextSlice(text), asynchronous);
+    ASSERT_TRUE(bed.wait_until([&] { return bed.engine->renderings >= 10; }));
+    EXPECT_LE(bed.engine->renderings, 20);
+    // What is ordered but not made yet is spoken at the new rate when a slow engine comes to it.
+    bed.engine->held_at = bed.engine->renderings.load();
+    voice.set_Rate(10);
+    bed.engine->held_at = -1;
+    ASSERT_TRUE(heard_words(40));
+    const std::vector<Heard> words = listener.of("Word");
+    EXPECT_EQ(words[33].position - words[32].position, 2 * ToneEngine::word_samples(10, 0));
+}
+
 TEST_F(VoiceTest, ANewVolumeIsHeardWithinTheDevicesBufferAndMakesNoStep)
 {
     use_format(cd_mono_22);
@@ -232,6 +250,40 @@ TEST_F(VoiceTest, SkipMovesBySentencesFromTheOneThatIsHeard)
             }
             ASSERT_TRUE(own.run_to_end());
             EXPECT_EQ(own.listener.told("Sentence"), c.sentences) << c.count;
+        }
+    }
+}
+
+TEST_F(VoiceTest, EachSkipCountsFromWhereTheLastOneWent)
+{
+    struct Case {
+        std::vector<int> counts;
+        std::vector<std::string> sentences;
+    };
+    const Case cases[] = {
+        { { 2, 1 }, { "Sentence 12+3", "Sentence 16+3", "Sentence 20+3" } },
+        { { 2, -1 },
+            { "Sentence 4+3", "Sentence 8+3", "Sentence 12+3", "Sentence 16+3", "Sentence 20+3" } },
+        { { 4, -2, 1, 1 }, { "Sentence 16+3", "Sentence 20+3" } },
+        { { 99, -1 }, { "Sentence 20+3" } },
+        { { 99, 1 }, {} },
+    };
+    for (const int held_at : { -1, 0, 1 }) {
+        for (const Case& c : cases) {
+            VoiceBed own;
+            own.voice->set_Rate(10);
+            own.voice->Pause();
+            own.engine->held_at = held_at; // from there on nothing is made before the last skip
+            own.voice->Speak(u"Aa. Bb. Cc. Dd. Ee. Ff.", asynchronous);
+            for (const int count : c.counts) {
+                EXPECT_EQ(own.voice->Skip("Sentence", count), count);
+                own.loop.run_posted(std::chrono::milliseconds(2));
+            }
+            own.engine->held_at = -1;
+            own.voice->Resume();
+            ASSERT_TRUE(own.run_to_end());
+            EXPECT_EQ(own.listener.told("Sentence"), c.sentences)
+                << c.counts[0] << ' ' << c.counts[1] << ", held at " << held_at;
         }
     }
 }

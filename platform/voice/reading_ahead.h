@@ -1,0 +1,77 @@
+// A text on its way through the speech engines.
+#pragma once
+
+#include "platform/voice/job_voices.h"
+#include "platform/voice/playback.h"
+#include "platform/voice/speech_engines.h"
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <optional>
+
+namespace tessavox::voice {
+
+enum class Pace {
+    Live, // heard as it is made: begins with little, and stays some seconds ahead
+    Fast // as much as the engines can do
+};
+
+/// An item, and the place in the text from which it is read again.
+struct Placed {
+    SpeechItem item;
+    ReadingPlace place;
+};
+
+/// An item as it is spoken; of an utterance with its sound.
+struct Spoken : Placed {
+    int voice = -1;
+    int rate = 0;
+    Rendering rendering; // without a sample rate if no engine could speak it
+};
+
+/// Reads the text and orders what it reads from the engines, so that there is always some seconds'
+/// work for them beyond what was taken.
+class ReadingAhead {
+public:
+    ReadingAhead(const JobVoices& voices, const Playback& playback, const Job& job,
+        RenderQueue& engines, Pace pace, const ReadingPlace& start);
+
+    /// Reads and orders as much as is worth it. Never waits.
+    void order();
+    /// Waits for the next item. Nothing at the end of the text, or once `interrupted` says so.
+    std::optional<Spoken> next(const std::function<bool()>& interrupted);
+    bool at_end() const { return m_all_read && m_items.empty(); }
+    /// Where the reading has come to.
+    ReadingPlace place() const { return m_reader.place(); }
+
+    /// Goes on from there; what was read is forgotten.
+    void go_to(const ReadingPlace& place);
+    /// These come next, spoken anew.
+    void put_back(std::deque<Placed> items);
+    /// What is ordered at another rate than the one in force is ordered anew.
+    void follow_rate();
+
+private:
+    struct Item : Placed {
+        int voice = -1; // both as ordered
+        int rate = 0;
+    };
+    bool read_one();
+    bool far_enough() const;
+    void divide_first();
+    void forget_orders();
+
+    const JobVoices& m_voices;
+    const Playback& m_playback;
+    const Job& m_job;
+    RenderQueue& m_engines;
+    const Pace m_pace;
+    TextReader m_reader;
+    bool m_all_read = false;
+    bool m_first = true; // the listener waits for the next item
+    std::deque<Item> m_items; // read and not taken
+    std::size_t m_ordered = 0; // so many of them, from the first
+};
+
+} // namespace tessavox::voice
