@@ -47,12 +47,16 @@ void Handshake::remember_clipboard()
 bool Handshake::is_read(const char* file)
 {
     const std::string path = m_process.ConfigFolder + file;
-    const bool there = attempt([&] { m_process.platform.files.read(path); });
-    if (!there && !m_missing.insert(file).second)
+    const auto is_there = [&] { return attempt([&] { m_process.platform.files.read(path); }); };
+    if (m_missing.contains(file) && !is_there())
         return false;
-    if (there)
+    if (!m_text_file.ReadFromFile(path).empty()) {
         m_missing.erase(file);
-    return !m_text_file.ReadFromFile(path).empty();
+        return true;
+    }
+    if (!is_there())
+        m_missing.insert(file);
+    return false;
 }
 
 void Handshake::reset()

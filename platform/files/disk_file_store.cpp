@@ -268,6 +268,8 @@ bool DiskFileStore::holds(const std::string& path, const std::string& bytes)
 
 void DiskFileStore::write(const std::string& path, const std::string& bytes, Durability durability)
 {
+    if (durability == Durability::fleeting && holds(path, bytes))
+        return;
     const std::string target = followed(path);
     struct stat status { };
     const bool exists = ::stat(target.c_str(), &status) == 0;
@@ -277,9 +279,6 @@ void DiskFileStore::write(const std::string& path, const std::string& bytes, Dur
         refuse(path, "is no regular file");
     if (exists && ::access(target.c_str(), W_OK) != 0)
         fail(path, "written"); // the folder's permission alone must not replace it
-    if (durability == Durability::fleeting && exists
-        && static_cast<std::size_t>(status.st_size) == bytes.size() && holds(path, bytes))
-        return;
     if (exists && must_keep_its_identity(status))
         return write_in_place(target, bytes);
 
