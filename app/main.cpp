@@ -79,13 +79,15 @@ int run(DiskFileStore& files, const std::string& command_line)
         prepare_config_folder(find_config_home(), app_folder + "/conf"), app_folder, command_line };
 
     Tessavox tessavox(platform);
-    const EndSignals end_signals([&tessavox] {
+    const EndSignals end_signals(gate, [&tessavox] {
         if (!tessavox.main_window().is_loaded())
             quit();
         else
             attempt([&] { tessavox.main_window().Unload(); });
     });
-    tessavox.Main();
+    // In the message loop, so that what comes during the first messages waits for the end of Main.
+    QMetaObject::invokeMethod(
+        qApp, [&tessavox] { tessavox.Main(); }, Qt::QueuedConnection);
     const int result = QCoreApplication::exec();
     // Calls that were still waiting hold forms, which must not outlive all this.
     QCoreApplication::sendPostedEvents();

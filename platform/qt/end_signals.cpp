@@ -2,8 +2,11 @@
 
 #include "platform/failure.h"
 #include "platform/qt/child_widget.h"
+#include "platform/qt/message_gate.h"
 
+#include <QAbstractEventDispatcher>
 #include <QSocketNotifier>
+#include <QThread>
 
 #include <array>
 #include <cerrno>
@@ -38,7 +41,9 @@ void handle_signals(void (*handler)(int))
 
 } // namespace
 
-EndSignals::EndSignals(std::function<void()> end)
+EndSignals::EndSignals(const MessageGate& gate, std::function<void()> end)
+    : m_gate(gate)
+    , m_end(std::move(end))
 {
     std::array<int, 2> ends;
     if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0)
@@ -46,11 +51,14 @@ EndSignals::EndSignals(std::function<void()> end)
     m_read_end = ends[0];
     write_end = ends[1];
     auto& notifier = make_child<QSocketNotifier>(m_read_end, QSocketNotifier::Read, this);
-    connect(&notifier, &QSocketNotifier::activated, this, [this, end = std::move(end)] {
-        std::array<char, 16> bytes;
-        while (::read(m_read_end, bytes.data(), bytes.size()) > 0) { }
-        end();
-    });
+    connect(&notifier, &QSocketNotifier::activated, this, [this] { take_signals(); });
+    // Only the loop itself knows when a handler has returned to it.
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+        [this] {
+            if (m_is_wanted)
+                QMetaObject::invokeMethod(
+                    this, [this] { end_if_wanted(); }, Qt::QueuedConnection);
+        });
     handle_signals(wake_message_loop);
 }
 
@@ -59,6 +67,25 @@ EndSignals::~EndSignals()
     handle_signals(SIG_DFL);
     ::close(write_end);
     ::close(m_read_end);
+}
+
+void EndSignals::take_signals()
+{
+    std::array<char, 16> bytes;
+    while (::read(m_read_end, bytes.data(), bytes.size()) > 0)
+        m_is_wanted = !m_is_ending;
+}
+
+void EndSignals::end_if_wanted()
+{
+    const bool is_between_handlers = QThread::currentThread()->loopLevel() == 1;
+    if (!m_is_wanted || !is_between_handlers || m_gate.is_shut())
+        return;
+    m_is_wanted = false;
+    m_is_ending = true;
+    m_end();
+    take_signals();
+    m_is_ending = false;
 }
 
 } // namespace tessavox

@@ -7,15 +7,26 @@
 
 namespace tessavox {
 
+class MessageGate;
+
 /// Runs `end` on the interface thread after SIGTERM, SIGINT or SIGHUP, in the message loop, where
-/// it may close windows and write files. There is at most one of these.
+/// it may close windows and write files. A handler that runs is waited for, also one that asks the
+/// user something or blocks the program. Signals that come while `end` runs ask for nothing more.
+/// There is at most one of these.
 class EndSignals : public QObject {
 public:
-    explicit EndSignals(std::function<void()> end);
+    EndSignals(const MessageGate& gate, std::function<void()> end);
     ~EndSignals() override;
 
 private:
+    void take_signals();
+    void end_if_wanted();
+
+    const MessageGate& m_gate;
+    std::function<void()> m_end;
     int m_read_end = -1;
+    bool m_is_wanted = false;
+    bool m_is_ending = false;
 };
 
 } // namespace tessavox
