@@ -329,14 +329,18 @@ class Program:
         wait_for(over, "the end of the reading", 120)
         return seen
 
-    def close(self):
-        """Asks the window manager to close the main window; returns the exit code."""
+    def ask_to_close(self):
+        """Has the window manager close the main window, and doesn't wait for that."""
         def own_windows():
             windows = subprocess.run(["wmctrl", "-lp"], check=True, text=True, capture_output=True)
             return [line.split()[0] for line in windows.stdout.splitlines()
                     if line.split()[2] == str(self.process.pid)]
         window = wait_for(own_windows, "the window manager knows the window")[0]
         subprocess.run(["wmctrl", "-i", "-c", window], check=True)
+
+    def close(self):
+        """Closes the main window; returns the exit code."""
+        self.ask_to_close()
         return self.process.wait(PATIENCE_SECONDS)
 
 

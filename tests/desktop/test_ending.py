@@ -57,16 +57,18 @@ class Ending(unittest.TestCase):
             program.process.send_signal(signal.SIGTERM)
 
             def ended():
+                if program.process.poll() is not None:
+                    return True
                 if message := program.message():
                     program.answer(message)
-                return program.process.poll() is not None
+                return False
             wait_for(ended, "the end of the program")
             self.assertEqual(program.process.returncode, 0)
 
     def test_every_changed_document_is_asked_about(self):
         program = self.start_with_changes(2)
         folder = self.enterContext(tempfile.TemporaryDirectory())
-        program.process.send_signal(signal.SIGTERM)
+        program.ask_to_close()
         for number in (2, 3):
             path = os.path.join(folder, f"{number}.txt")
             self.assertEqual(program.answer(program.wait_for_message(), "Yes"), QUESTION)
