@@ -76,6 +76,10 @@ enum class LastParagraph { closed, open };
 // What differs further gets the format that came first. No writer comes near to it, and a toolkit
 // needs a kilobyte for each.
 constexpr std::size_t most_formats = 65'536;
+// Further fonts count as none: a toolkit compares each format with all others that differ in the
+// font alone. Text in further runs takes the format of the run before it.
+constexpr std::size_t most_fonts = 1000;
+constexpr std::size_t most_runs = 1'000'000;
 
 constexpr std::int32_t most_half_points = 3276; // 1638 points, as much as word processors offer
 constexpr std::int32_t most_twips = 31'680; // 22 inches, the widest page of word processors

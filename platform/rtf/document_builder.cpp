@@ -29,18 +29,19 @@ std::size_t mix(std::size_t hash, std::int32_t value)
     return (hash ^ static_cast<std::uint32_t>(value)) * golden_ratio + (hash >> 29);
 }
 
-/// The number of a value in `values`, where it is put if it is new.
+/// The number of a value in `values`, where it is put if it is new and there are less than `most`.
 template <class Value, class Numbers>
-std::uint32_t number_of(const Value& value, Numbers& numbers, std::vector<Value>& values)
+typename Numbers::mapped_type number_of(const Value& value, Numbers& numbers,
+    std::vector<Value>& values, std::size_t most, typename Numbers::mapped_type otherwise)
 {
     const auto known = numbers.find(value);
     if (known != numbers.end())
-        return static_cast<std::uint32_t>(known->second);
-    if (values.size() >= most_formats)
-        return 0;
-    const auto number = static_cast<std::uint32_t>(values.size());
+        return known->second;
+    if (values.size() >= most)
+        return otherwise;
+    const auto number = static_cast<typename Numbers::mapped_type>(values.size());
     values.push_back(value);
-    numbers.emplace(value, static_cast<typename Numbers::mapped_type>(number));
+    numbers.emplace(value, number);
     return number;
 }
 
@@ -71,24 +72,25 @@ std::size_t DocumentBuilder::Hash::operator()(const ParagraphFormat& format) con
 DocumentBuilder::DocumentBuilder(std::size_t expected_size)
 {
     m_document.text.reserve(expected_size);
-    m_last_paragraph_number
-        = number_of({}, m_paragraph_numbers, m_document.paragraph_formats); // so that there is one
+    m_last_paragraph_number = number_of({}, m_paragraph_numbers, m_document.paragraph_formats,
+        most_formats, 0); // so that there is one
 }
 
 std::uint32_t DocumentBuilder::format(const CharacterFormat& format)
 {
-    return number_of(format, m_character_numbers, m_document.character_formats);
+    return number_of(format, m_character_numbers, m_document.character_formats, most_formats, 0);
 }
 
 std::int32_t DocumentBuilder::font(const std::string& family)
 {
-    return static_cast<std::int32_t>(number_of(family, m_font_numbers, m_document.fonts));
+    return number_of(family, m_font_numbers, m_document.fonts, most_fonts, no_font);
 }
 
 void DocumentBuilder::grow_run(std::size_t length, std::uint32_t format)
 {
     auto& runs = m_document.runs;
-    if (runs.size() == m_first_run || runs.back().format != format)
+    const bool is_first = runs.size() == m_first_run;
+    if (is_first || (runs.back().format != format && runs.size() < most_runs))
         runs.push_back({ 0, format });
     runs.back().length += static_cast<std::uint32_t>(length);
 }
@@ -155,8 +157,8 @@ void DocumentBuilder::end_paragraph(const ParagraphFormat& paragraph, std::uint3
         throw Failure("the text has more than a million paragraphs");
     if (!(paragraph == m_last_paragraph_format)) {
         m_last_paragraph_format = paragraph;
-        m_last_paragraph_number
-            = number_of(paragraph, m_paragraph_numbers, document.paragraph_formats);
+        m_last_paragraph_number = number_of(
+            paragraph, m_paragraph_numbers, document.paragraph_formats, most_formats, 0);
     }
     const auto runs = static_cast<std::uint32_t>(document.runs.size() - m_first_run);
     document.paragraphs.push_back({ runs, m_last_paragraph_number, mark });

@@ -8,7 +8,7 @@ namespace tessavox::rtf {
 namespace {
 
 constexpr std::size_t longest_name = 128;
-constexpr std::size_t most_fonts = 65'536; // their numbers have 16 bits
+constexpr std::size_t most_entries = 65'536; // their numbers have 16 bits
 constexpr std::size_t most_colors = 2 * most_formats + 1; // two to a format, and the automatic one
 
 /// A word processor lists a font once for each of its scripts, under names of its own making.
@@ -47,7 +47,7 @@ CodePage FontTable::name_code_page(CodePage otherwise) const
 
 void FontTable::end(CodePage otherwise)
 {
-    if (!m_number || m_fonts.size() >= most_fonts)
+    if (!m_number || m_fonts.size() >= most_entries)
         return;
     Font font{ to_utf8(m_name), western };
     const auto is_blank = [](char byte) { return byte == ' '; };

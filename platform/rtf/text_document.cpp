@@ -20,7 +20,7 @@ constexpr int first_line_property = QTextFormat::UserProperty + 2; // twips, of 
 constexpr double twips_per_pixel = 15; // 1440 twips and 96 logical pixels an inch
 constexpr double twips_per_point = 20;
 // The toolkit looks at a whole list each time that it grows, so many short ones stand for one.
-constexpr int longest_list = 50;
+constexpr int longest_list = 10;
 
 std::int32_t to_twips(double pixels)
 {

@@ -176,5 +176,33 @@ TEST(RichText, OfAHostileKindEndsWithTheTextSoFar)
     }
 }
 
+TEST(RichText, OfMoreKindsThanAnyoneWritesKeepsItsTextAndTheFirstOfThem)
+{
+    std::string fonts = "{\\rtf1{\\fonttbl";
+    std::string colors = "{\\rtf1{\\colortbl";
+    std::string text_in_fonts;
+    std::string text_in_colors;
+    for (std::size_t i = 0; i < most_formats + 10; ++i) {
+        const std::string number = std::to_string(i);
+        fonts += "{\\f" + number + " F" + number + ";}";
+        colors += "\\red" + std::to_string(i & 255) + "\\green" + std::to_string(i >> 8 & 255)
+            + "\\blue" + std::to_string(i >> 16) + ";";
+        text_in_fonts += "\\f" + number + " a";
+        text_in_colors += "\\cf" + number + " a";
+    }
+    const Document in_fonts = read_rich_text(fonts + "}" + text_in_fonts);
+    EXPECT_EQ(in_fonts.fonts.size(), most_fonts);
+    EXPECT_EQ(in_fonts.text.size(), most_formats + 10);
+    EXPECT_EQ(in_fonts.character_formats[in_fonts.runs.back().format].font, no_font);
+    const Document in_colors = read_rich_text(colors + "}" + text_in_colors);
+    EXPECT_EQ(in_colors.character_formats.size(), most_formats);
+    EXPECT_EQ(in_colors.text.size(), most_formats + 10);
+    EXPECT_EQ(in_colors.runs.back().format, 0u);
+    const Document in_runs = read_rich_text("{\\rtf1 " + repeated("\\b a\\b0 a", most_runs));
+    EXPECT_EQ(in_runs.runs.size(), most_runs);
+    EXPECT_EQ(in_runs.text.size(), 2 * most_runs);
+    EXPECT_EQ(flaw_of(in_runs), "");
+}
+
 } // namespace
 } // namespace tessavox::rtf
