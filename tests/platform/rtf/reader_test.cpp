@@ -41,6 +41,7 @@ TEST(RichText, GivesTheTextThatAReaderOfThePageSees)
         { "{\\rtf1\\deff3{\\fonttbl{\\f3\\fcharset204 T;}{\\f4\\fcharset0 "
           "T;}}\\'c4{\\f4\\'c4}\\'c4}",
             "\u0414\u00C4\u0414" },
+        { "{\\rtf1{\\fonttbl\\f1\\fcharset204 T;\\f2 T;}\\f1\\'c4\\f2\\'c4}", "\u0414\u00C4" },
         { "{\\rtf1{\\fonttbl{\\f7\\cpg1253 T;}}\\f7\\'e1}", "\u03B1" },
         { "{\\rtf1{\\fonttbl{\\f2\\fcharset2 Symbol;}{\\f3\\fcharset2 Wingdings;}}"
           "\\f2 a\\'b7\\u-3999?\\f3\\'fc\\'e0\\'ff\\u-3876?}",
@@ -54,6 +55,7 @@ TEST(RichText, GivesTheTextThatAReaderOfThePageSees)
             "\U0001F600 \U0001F600\U0001F600" },
         { "{\\rtf1\\u-10179?x\\u-8704?\\par\\u-10179?\\par}", "\uFFFDx\uFFFD\n\uFFFD" },
         { "{\\rtf1\\u0?\\u-4?\\u10?\\u11?\\u1?\\u8233?\\'0d\\'0ax}", "\uFFFD\uFFFD\n\u2028\n\nx" },
+        { "{\\rtf1 \\u65536?\\u1114111?\\par\\u-10179?}", "\U00010000\U0010FFFF\n\uFFFD" },
         { "{\\rtf1{\\upr{Latin}{\\*\\ud{\\u1044?}}} after}", "\u0414 after" },
         // What isn't on the page.
         { "{\\rtf1 a{\\*\\unknown b{c}}{\\unknown d}{\\info{\\title e}}{\\pict\\bin3 }}}f}g}",
@@ -145,6 +147,9 @@ TEST(RichText, WrittenForAPieceHasNoParagraphEndOfItsOwn)
             static_cast<long>(piece.paragraphs.size()) - 1);
     }
     EXPECT_EQ(read_rich_text("{\\rtf1 a\\par}", LastParagraph::open).text, u"a\n");
+    const Document alike = read_rich_text("{\\rtf1\\qc a\\par b\\par c\\par}");
+    const std::string written = write_rich_text(alike);
+    EXPECT_EQ(written.find("\\pard"), written.rfind("\\pard")); // said once, it holds on
 }
 
 TEST(RichText, OfAHostileKindEndsWithTheTextSoFar)

@@ -49,6 +49,7 @@ TEST_F(RichTextDocument, KeepsAllThatFilesSay)
         const Document back = from_text_document(*toolkit);
         EXPECT_EQ(described(back), described(document)) << path;
         EXPECT_EQ(flaw_of(back), "");
+        EXPECT_FALSE(toolkit->isUndoAvailable());
         EXPECT_EQ(back.text, document.text); // the offsets are alike
     }
 }
