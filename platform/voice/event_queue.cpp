@@ -108,6 +108,15 @@ void EventQueue::post_delivery()
     });
 }
 
+void EventQueue::tell_output(bool reachable)
+{
+    m_post([weak = weak_from_this(), reachable] {
+        const std::shared_ptr<EventQueue> queue = weak.lock();
+        if (queue && queue->m_listener)
+            queue->m_listener->Voice_AudioOutput(reachable);
+    });
+}
+
 void EventQueue::start_generation(int generation)
 {
     m_generation = generation;

@@ -35,6 +35,8 @@ public:
 
     /// Any thread.
     void append(const Job& job, std::vector<StreamEvent> events);
+    /// The sound output is out of reach, or there again. No purge takes that back.
+    void tell_output(bool reachable);
     std::int32_t interests() const { return m_interests; }
 
     // The interface thread only:

@@ -18,6 +18,16 @@ constexpr milliseconds shortest_sleep{ 1 };
 constexpr milliseconds sleep_without_progress{ 4 };
 // A clock doesn't call when it has room again.
 constexpr milliseconds room_poll{ 20 };
+// A position that stands for so long, though there is sound, is a device that hangs. One that has
+// just been opened may have to wake up first.
+constexpr milliseconds longest_stand{ 900 };
+constexpr milliseconds longest_start{ 3000 };
+// A device starts when it has so much.
+constexpr milliseconds smooth_start{ 40 };
+constexpr milliseconds between_attempts{ 500 };
+constexpr milliseconds watching{ 100 };
+constexpr milliseconds server_hangs_after{ 500 };
+constexpr milliseconds absence_worth_telling{ 3000 };
 
 constexpr Wakeup::Clock::time_point no_deadline = Wakeup::Clock::time_point::max();
 
@@ -62,18 +72,22 @@ void Pacer::begin(const std::shared_ptr<Job>& job)
         m_sink.reset();
     else
         m_stream_to_sink = static_cast<std::int64_t>(m_sink->played());
+    m_moved_at = Wakeup::Clock::now();
 }
 
 Pacer::Time Pacer::rest()
 {
-    if (!m_sink)
-        return no_deadline;
     const Time now = Wakeup::Clock::now();
     if (!m_resting_since)
         m_resting_since = now;
-    if (now < *m_resting_since + sink_kept_open)
+    if (m_sink && now < *m_resting_since + sink_kept_open)
         return *m_resting_since + sink_kept_open;
     m_sink.reset();
+    if (!m_opening.valid())
+        return no_deadline;
+    if (m_opening.wait_for(milliseconds(0)) != std::future_status::ready)
+        return now + watching;
+    m_opening.get();
     return no_deadline;
 }
 
@@ -105,44 +119,101 @@ void Pacer::hold(bool paused)
     if (!m_sink || paused == m_sink_paused)
         return;
     m_sink_paused = paused;
+    m_moved_at = Wakeup::Clock::now();
     if (paused)
         m_sink->pause();
     else
         m_sink->resume();
 }
 
-void Pacer::open_sink()
+Pacer::Opening Pacer::opening() const
 {
-    m_sink_paused = false;
-    m_stream_to_sink = -static_cast<std::int64_t>(m_heard);
-    m_sink_output = m_job->output;
-    try {
-        m_sink = m_server.open(
-            m_job->format, m_job->output, [pacer = m_playback.shared_pacer()] { pacer->notify(); });
-        m_sink_is_clock = false;
-    } catch (const Failure&) {
-        m_sink = make_clock_sink(m_job->format);
-        m_sink_is_clock = true;
-    }
+    return [&server = m_server, format = m_job->format, output = m_job->output,
+               pacer = m_playback.shared_pacer()] {
+        std::unique_ptr<AudioSink> sink;
+        attempt([&] { sink = server.open(format, output, [pacer] { pacer->notify(); }); });
+        return sink;
+    };
 }
 
-// The words go on as if they were heard: what the device had taken with it is paid in silence.
-void Pacer::replace_lost_sink()
+// A server that hangs has kept one stream waiting; no other one waits for it.
+void Pacer::open_sink()
 {
-    m_sink = make_clock_sink(m_job->format);
-    m_sink_is_clock = true;
-    m_sink_paused = false;
+    const Time asked = Wakeup::Clock::now();
+    std::unique_ptr<AudioSink> sink = m_server_hangs ? nullptr : opening()();
+    if (sink) {
+        play_on_device(std::move(sink));
+        return;
+    }
+    m_server_hangs = m_server_hangs || Wakeup::Clock::now() - asked > server_hangs_after;
+    play_by_the_clock();
+}
+
+// The words go on as if they were heard: what the last one had taken with it is paid in silence.
+void Pacer::play_on(std::unique_ptr<AudioSink> sink)
+{
+    m_sink = std::move(sink);
+    m_sink_is_clock = m_sink_paused = m_finished = m_has_moved = false;
+    m_sink_output = m_job->output;
     m_stream_to_sink = -static_cast<std::int64_t>(m_heard);
     m_owed = m_taken - m_heard;
-    m_finished = false;
+    m_moved_at = Wakeup::Clock::now();
+}
+
+void Pacer::play_on_device(std::unique_ptr<AudioSink> sink)
+{
+    play_on(std::move(sink));
+    m_absent_since.reset();
+    m_server_hangs = false;
+    if (std::exchange(m_absence_told, false))
+        m_events.tell_output(true);
+}
+
+void Pacer::play_by_the_clock()
+{
+    play_on(make_clock_sink(m_job->format));
+    m_sink_is_clock = true;
+    m_absent_since = m_absent_since.value_or(m_moved_at);
+    m_next_attempt = m_moved_at + between_attempts;
+}
+
+void Pacer::look_for_device()
+{
+    const Time now = Wakeup::Clock::now();
+    if (now - *m_absent_since > absence_worth_telling && !std::exchange(m_absence_told, true))
+        m_events.tell_output(false);
+    if (!m_opening.valid()) {
+        if (now < m_next_attempt)
+            return;
+        m_opening_for = m_job;
+        m_opening = std::async(std::launch::async, opening());
+    }
+    if (m_opening.wait_for(milliseconds(0)) != std::future_status::ready)
+        return;
+    std::unique_ptr<AudioSink> sink = m_opening.get();
+    m_next_attempt = now + between_attempts;
+    if (sink && sink->format() == m_job->format && m_opening_for->output == m_job->output)
+        play_on_device(std::move(sink));
+}
+
+bool Pacer::sink_is_lost() const
+{
+    const bool hangs = !m_sink_is_clock
+        && Wakeup::Clock::now() - m_moved_at > (m_has_moved ? longest_stand : longest_start);
+    return hangs || !m_sink->alive();
 }
 
 void Pacer::feed()
 {
     if (!m_sink)
         open_sink();
-    if (!m_sink->alive())
-        replace_lost_sink();
+    heard();
+    if (sink_is_lost()) {
+        m_server_hangs = m_sink->alive();
+        play_by_the_clock();
+    }
+    if (m_sink_is_clock)
+        look_for_device();
     const auto align = static_cast<std::size_t>(m_job->format.block_align());
     const std::byte silence{ static_cast<unsigned char>(m_job->format.bits == 8 ? 128 : 0) };
     for (;;) {
@@ -171,7 +242,14 @@ std::uint64_t Pacer::heard()
     if (m_sink && m_sink->alive()) {
         const std::int64_t frame = static_cast<std::int64_t>(m_sink->played()) - m_stream_to_sink;
         const std::uint64_t counted = frame > 0 ? static_cast<std::uint64_t>(frame) : 0;
+        const std::uint64_t before = m_heard;
         m_heard = std::clamp(counted, m_heard, std::max(m_heard, m_taken));
+        const auto start
+            = static_cast<std::uint64_t>(m_job->format.rate * smooth_start.count() / 1000);
+        const bool has_sound = m_taken - m_heard > (m_finished ? 0 : start);
+        m_has_moved = m_has_moved || m_heard > before;
+        if (m_heard > before || m_sink_paused || !has_sound)
+            m_moved_at = Wakeup::Clock::now();
     }
     return m_heard;
 }
@@ -187,7 +265,8 @@ bool Pacer::release()
 Pacer::Time Pacer::next_look(const Playback::Due& due)
 {
     const Time now = Wakeup::Clock::now();
-    Time look = due.sound_waits ? now + room_poll : no_deadline;
+    const bool watched = m_sink_is_clock || m_taken > m_heard;
+    Time look = due.sound_waits ? now + room_poll : watched ? now + watching : no_deadline;
     if (due.next) {
         const std::uint64_t frames = *due.next + 1 > m_heard ? *due.next + 1 - m_heard : 0;
         const std::chrono::duration<double> wait(

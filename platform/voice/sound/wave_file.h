@@ -12,7 +12,7 @@
 namespace tessavox::voice {
 
 /// Writes a PCM wave file; past 4 GiB it goes on as RF64. The header of a smaller one is the plain
-/// 44 bytes.
+/// 44 bytes. Some hundred thousand bytes at a time reach the file, and the header tells of them.
 class WaveWriter {
 public:
     virtual ~WaveWriter() = default;

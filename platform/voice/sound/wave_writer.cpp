@@ -243,6 +243,13 @@ private:
             throw;
         }
         m_data += done;
+        write_header(m_file.get()); // a program that is ended from outside leaves a file to play
+    }
+
+    void write_header(int file) const
+    {
+        const Header header = m_is_rf64 ? rf64(m_format, m_data) : plain(m_format, m_data);
+        write_at(file, header.bytes(), 0);
     }
 
     void become_rf64()
@@ -251,14 +258,13 @@ private:
         if (::fallocate(m_file.get(), FALLOC_FL_INSERT_RANGE, 0, inserted) != 0)
             move_back(m_file.get(), plain_header + m_data);
         m_is_rf64 = true;
-        write_at(m_file.get(), rf64(m_format, m_data).bytes(), 0);
+        write_header(m_file.get());
     }
 
     void complete(int file) const
     {
         const std::uint64_t end = header_bytes() + m_data;
-        const Header header = m_is_rf64 ? rf64(m_format, m_data) : plain(m_format, m_data);
-        write_at(file, header.bytes(), 0);
+        write_header(file);
         if (::ftruncate(file, static_cast<off_t>(end)) != 0)
             fail("completing a wave file");
         const std::byte pad{};

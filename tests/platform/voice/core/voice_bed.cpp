@@ -127,6 +127,11 @@ void Listener::Voice_EnginePrivate(std::int32_t stream, std::int32_t position, s
     add({ "EnginePrivate", stream, position, 0, 0, "" });
 }
 
+void Listener::Voice_AudioOutput(bool reachable)
+{
+    add({ "AudioOutput", 0, 0, reachable, 0, "" });
+}
+
 int ToneEngine::word_samples(int rate, int voice)
 {
     const int period = voice == 0 ? 50 : 25;

@@ -69,6 +69,7 @@ public:
     void Voice_AudioLevel(std::int32_t stream, std::int64_t position, std::int32_t level) override;
     void Voice_EnginePrivate(
         std::int32_t stream, std::int32_t position, std::int64_t value) override;
+    void Voice_AudioOutput(bool reachable) override;
 
 private:
     void add(Heard row);

@@ -418,6 +418,32 @@ TEST_F(VoiceTest, AStreamWhoseDeviceVanishesGoesOnToItsEnd)
     EXPECT_EQ(bed.device->opened(), 2) << "the next stream tries the device again";
 }
 
+TEST_F(VoiceTest, WhenTheDeviceHangsTheWordsGoOnAndTheSoundComesBackWhereTheyAre)
+{
+    std::u16string text;
+    for (int i = 0; i < 1000; ++i)
+        text += u"abc ";
+    use_format(cd_mono_22);
+    voice.Speak(TextSlice(text), asynchronous);
+    ASSERT_TRUE(heard_words(3));
+    bed.device->absent = true; // and from here on its clock stands
+    ASSERT_TRUE(bed.wait_until([&] { return listener.count("AudioOutput") == 1; }));
+    EXPECT_GE(listener.count("Word"), 8);
+    bed.device->absent = false;
+    ASSERT_TRUE(bed.wait_until([&] { return listener.count("AudioOutput") == 2; }));
+    EXPECT_EQ(bed.device->opened(), 2);
+    ASSERT_TRUE(heard_words(listener.count("Word") + 5));
+    EXPECT_EQ(listener.of("AudioOutput")[0].first, 0);
+    EXPECT_EQ(listener.of("AudioOutput")[1].first, 1);
+    const std::vector<Heard> words = listener.of("Word");
+    for (std::size_t i = 0; i < words.size(); ++i)
+        ASSERT_EQ(words[i].first, static_cast<int>(i) * 4) << "each word once";
+    // The frames that the clock had taken are silent, no more than it takes ahead.
+    const std::vector<int> sound = bed.device->sound();
+    const auto first = std::find_if(sound.begin(), sound.end(), [](int s) { return s != 0; });
+    EXPECT_LE(first - sound.begin(), 22050 / 8);
+}
+
 TEST_F(VoiceTest, AnIdleVoiceLetsTheDeviceGo)
 {
     voice.Speak(u"One", asynchronous);

@@ -138,6 +138,17 @@ std::string soxi(const std::string& what, const std::string& path)
     return answer.substr(0, answer.find('\n'));
 }
 
+TEST_F(WaveFile, CanBePlayedAsFarAsItIsWrittenWhileItGrows)
+{
+    for (const std::uint64_t limit : { plain_wave_limit, std::uint64_t(400'000) }) {
+        const auto writer = create_wave_file(path, { 22050, 16, 1 }, limit);
+        for (std::uint64_t frames = 150'000; frames <= 450'000; frames += 150'000) {
+            writer->write(as_frames(noise(300'000)));
+            EXPECT_EQ(open_wave_file(path)->frames(), frames) << limit;
+        }
+    }
+}
+
 TEST_F(WaveFile, APlainFileHasThe44BytesOfTheBook)
 {
     const auto writer = create_wave_file(path, { .rate = 16000, .bits = 16, .channels = 2 });
