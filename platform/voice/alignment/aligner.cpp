@@ -33,10 +33,10 @@ AlignedMarks Aligner::align(
     const SoundFeatures spoken
         = features_of(m_reference_extractor, reference.samples, reference.sample_rate, highest_hz);
     const SoundEdges edges = edges_of(heard);
-    const MarkTarget place{ sample_rate, target.size(), edges.begin };
     const std::size_t count = edges.end - edges.begin;
     const auto vectors = std::span(heard.vectors).subspan(edges.begin, count);
     const auto levels = std::span(heard.levels).subspan(edges.begin, count);
+    const MarkTarget place{ sample_rate, target.size(), edges.begin, levels };
 
     const ReferenceRows rows(reference, spoken);
     const WarpPath draft = warp(rows.rows_for(m_voice), vectors, levels);

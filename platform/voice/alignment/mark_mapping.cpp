@@ -11,6 +11,12 @@ namespace {
 constexpr double longest_closure_seconds = 0.08;
 constexpr double usual_closure_seconds = 0.04;
 
+// No mouth stays closed as long.
+constexpr double least_pause_seconds = 0.15;
+
+// A word of the reference begins at most so long before its first phone.
+constexpr std::size_t most_quiet_rows = 20;
+
 // The slices that sound as a row does; none of a silence that the path passes by.
 struct Stay {
     std::uint32_t begin = 0;
@@ -41,6 +47,7 @@ public:
         , m_rows(rows)
         , m_target(target)
         , m_stays(stays_of(rows.size(), path))
+        , m_quiet_level(quiet_level(target.levels))
     {
     }
 
@@ -97,8 +104,38 @@ private:
         const auto beside = std::clamp<std::int64_t>(
             m_target.sample_rate * m_rows.beside(row, reference_frame) / m_reference.sample_rate,
             -half_slice, half_slice);
-        return static_cast<std::uint64_t>(
+        const auto start = static_cast<std::uint64_t>(
             std::max<std::int64_t>(0, static_cast<std::int64_t>(start_of(row)) + beside));
+        return std::max(start, start_after_pause(row, reference_frame));
+    }
+
+    // The quiet start of a word, such as a closed mouth, sounds like the pause that a voice makes
+    // before it, and may draw it in. A word begins after its longest quiet stretch that is too long
+    // for that; 0 if there is none.
+    std::uint64_t start_after_pause(std::size_t row, std::uint64_t reference_frame) const
+    {
+        const auto phone = std::ranges::lower_bound(
+            m_reference.phones, reference_frame, {}, &ReferencePhone::frame);
+        if (phone == m_reference.phones.end())
+            return 0;
+        const std::size_t last = m_rows.row_of(phone->frame + phone->frames);
+        std::size_t after = row + 1;
+        while (after < last && after < row + most_quiet_rows && !m_rows.is_silence(after))
+            ++after;
+        Stay pause;
+        std::uint32_t quiet = m_stays[row].begin; // where the stretch begins
+        for (std::uint32_t slice = quiet; slice < m_stays[after - 1].end; ++slice) {
+            if (m_target.levels[slice] > m_quiet_level)
+                quiet = slice + 1;
+            else if (slice + 1 - quiet > pause.end - pause.begin)
+                pause = { quiet, slice + 1 };
+        }
+        const double rate = m_target.sample_rate;
+        const std::uint64_t end = frame_of(pause.end);
+        if (static_cast<double>(end - frame_of(pause.begin)) < least_pause_seconds * rate)
+            return 0;
+        const bool stop = phone->kind == PhoneKind::stop;
+        return end - (stop ? static_cast<std::uint64_t>(usual_closure_seconds * rate) : 0);
     }
 
     std::uint64_t closure_before(std::size_t row) const
@@ -135,6 +172,7 @@ private:
     const ReferenceRows& m_rows;
     const MarkTarget& m_target;
     const std::vector<Stay> m_stays;
+    const float m_quiet_level;
     std::vector<AlignedPhone> m_phones;
 };
 

@@ -5,6 +5,7 @@
 #include "platform/voice/alignment/warp_rows.h"
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 namespace tessavox::voice {
@@ -28,6 +29,7 @@ struct MarkTarget {
     int sample_rate = 0;
     std::uint64_t frames = 0; // its length
     std::size_t first_slice = 0; // that of the path's slice 0
+    std::span<const float> levels; // of the path's slices, in dB
 };
 
 AlignedMarks map_marks(const ReferenceSpeech& reference, const ReferenceRows& rows,

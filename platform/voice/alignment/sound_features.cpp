@@ -31,6 +31,12 @@ constexpr std::size_t change_slices = 2; // to either side
 constexpr float speech_level_db = -35;
 constexpr std::size_t edge_margin_slices = 5;
 
+// What is below it is silence.
+constexpr double quiet_percentile = 0.05;
+constexpr float above_quiet_db = 8;
+constexpr float lowest_silence_db = -38;
+constexpr float highest_silence_db = -24;
+
 constexpr double loud_percentile = 0.95;
 constexpr float least_power = 1e-3F; // far below the noise of 16 bits
 
@@ -157,6 +163,12 @@ float distance_of(const SliceVector& one, const SliceVector& other)
             sums[lane] += difference * difference;
         }
     return std::sqrt(sums[0] + sums[1] + sums[2] + sums[3]);
+}
+
+float quiet_level(std::span<const float> levels)
+{
+    const float quiet = percentile({ levels.begin(), levels.end() }, quiet_percentile);
+    return std::clamp(quiet + above_quiet_db, lowest_silence_db, highest_silence_db);
 }
 
 SoundEdges edges_of(const SoundFeatures& features)

@@ -29,6 +29,10 @@ struct SoundFeatures {
     std::vector<float> levels; // dB, of which the 95th percentile of the sound is 0
 };
 
+/// The level below which a sound is silent, in dB: its quietest parts and a little more. There must
+/// be a level.
+float quiet_level(std::span<const float> levels);
+
 /// The first slice and the one after the last of what is louder than a breath, with a margin. Both
 /// are 0 if nothing is.
 struct SoundEdges {

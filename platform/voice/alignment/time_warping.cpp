@@ -17,11 +17,6 @@ constexpr float silence_cost = 0.8F * unit; // a slice of silence
 constexpr float loud_silence_cost = 0.15F * unit; // for each dB over the level of silence
 constexpr float entry_cost = 2 * unit; // a silence that the reference has not
 
-constexpr double quiet_percentile = 0.05;
-constexpr float above_quiet_db = 8;
-constexpr float lowest_silence_db = -38;
-constexpr float highest_silence_db = -24;
-
 // How far a target may run ahead or fall behind an even pace.
 constexpr double band_share = 0.25;
 constexpr std::size_t least_band = slices_per_second;
@@ -39,11 +34,7 @@ enum class Step : std::uint8_t {
 
 std::vector<float> silence_costs(std::span<const float> levels)
 {
-    std::vector<float> sorted(levels.begin(), levels.end());
-    const auto quiet = sorted.begin()
-        + static_cast<std::ptrdiff_t>(quiet_percentile * static_cast<double>(sorted.size() - 1));
-    std::ranges::nth_element(sorted, quiet);
-    const float limit = std::clamp(*quiet + above_quiet_db, lowest_silence_db, highest_silence_db);
+    const float limit = quiet_level(levels);
     std::vector<float> costs;
     costs.reserve(levels.size());
     for (const float level : levels)

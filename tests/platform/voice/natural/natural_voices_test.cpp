@@ -46,8 +46,8 @@ protected:
     }
     NaturalVoices found() const
     {
-        return find_natural_voices(
-            m_folders, { "relative:/nowhere:" + (m_root / "bin").string(), "/usr/bin/piper" });
+        return find_natural_voices(m_folders,
+            { "relative:/nowhere:" + (m_root / "bin").string() + ":/nowhere", "/usr/bin/piper" });
     }
     static std::vector<std::string> named(const NaturalVoices& found)
     {
@@ -99,6 +99,7 @@ TEST_F(NaturalVoiceFolders, GivePiperModelsAVoiceASpeaker)
     const VoiceDescription& anna = voices.voices[3].description;
     EXPECT_EQ(anna.language, "de-DE");
     EXPECT_EQ(anna.speaker, 1);
+    EXPECT_EQ(anna.model, m_root / "shared-piper/de_DE-duo-low.onnx");
     EXPECT_EQ(anna.sample_rate, 22050);
     EXPECT_EQ(anna.reference, "en-us");
     EXPECT_THAT(anna.command,

@@ -30,7 +30,7 @@ const std::string whole
       "Command = \"/opt/my parrot\" -o {out} --speaker={speaker} \\\"{text}\\\" "
       "\"\" -m{model}\n"
       "Model = polly.bin\n"
-      "Speaker = 7\n"
+      "Speaker = 0\n"
       "Gender = Female\n"
       "Age = Senior\n"
       "Vendor = Birds = us\n"
@@ -47,7 +47,7 @@ TEST(VoiceDescription, SaysAllThatStandsInIt)
         ElementsAre(
             "/opt/my parrot", "-o", "{out}", "--speaker={speaker}", "\"{text}\"", "", "-m{model}"));
     EXPECT_EQ(voice.model, "polly.bin");
-    EXPECT_EQ(voice.speaker, 7);
+    EXPECT_EQ(voice.speaker, 0);
     EXPECT_EQ(voice.gender, "Female");
     EXPECT_EQ(voice.age, "Senior");
     EXPECT_EQ(voice.vendor, "Birds = us");
@@ -96,7 +96,8 @@ TEST(VoiceDescription, ThatIsWrongSaysWhatIsAndWhere)
         }),
             HasSubstr(row.message));
 
-    for (const char* language : { "e", "english", "en_US", "en-", "en--us", "en-toolongtag", "1n" })
+    for (const char* language :
+        { "e", "english", "en_US", "en-", "en-a-", "en--us", "en-toolongtag", "1n" })
         EXPECT_THAT(
             failure_of([&] { parse_voice_description("Language = " + std::string(language)); }),
             HasSubstr("is no language"))
