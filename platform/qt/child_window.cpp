@@ -2,11 +2,10 @@
 
 #include "platform/failure.h"
 #include "platform/qt/child_widget.h"
-#include "platform/qt/main_window.h"
+#include "platform/qt/document_area.h"
 #include "platform/qt/twips.h"
 
 #include <QCloseEvent>
-#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QScrollArea>
 
@@ -68,39 +67,40 @@ protected:
         if (!owner || event->type() != QEvent::WindowStateChange)
             return;
         owner->user_changes_state();
-        if (owner && owner->m_parent)
-            owner->m_parent->show_title();
+        if (owner && owner->m_area)
+            owner->m_area->window_changed();
     }
 };
 
-ChildWindow::ChildWindow(Form& form, MessageGate& gate, MainWindow& parent)
-    : ChildWindow(form, gate, parent, std::make_unique<SubWindow>())
+ChildWindow::ChildWindow(Form& form, MessageGate& gate, DocumentArea& area)
+    : ChildWindow(form, gate, area, std::make_unique<SubWindow>())
 {
 }
 
 ChildWindow::ChildWindow(
-    Form& form, MessageGate& gate, MainWindow& parent, std::unique_ptr<SubWindow> window)
+    Form& form, MessageGate& gate, DocumentArea& area, std::unique_ptr<SubWindow> window)
     : QtFormWindow(form, gate, *window, window->canvas)
-    , m_parent(&parent)
+    , m_area(&area)
     , m_window(*window.release())
 {
     m_window.owner = this;
     m_window.canvas.sized = [this] { client_sized(); };
     m_window.canvas.restyled = [this] { views().redraw_all(); };
-    parent.add(*this);
+    area.add(m_window, [this] { user_activates(); });
     m_window.hide(); // until the form is loaded
     resize_to({ to_pixels(form.Width), to_pixels(form.Height) });
 }
 
 ChildWindow::~ChildWindow()
 {
-    if (m_parent)
-        m_parent->remove(*this);
+    leave_area();
 }
 
-QMdiSubWindow& ChildWindow::sub_window() const
+void ChildWindow::leave_area()
 {
-    return m_window;
+    if (m_area)
+        m_area->remove(m_window);
+    m_area = nullptr;
 }
 
 void ChildWindow::detach()
@@ -108,19 +108,14 @@ void ChildWindow::detach()
     m_window.owner = nullptr;
     m_window.canvas.sized = nullptr;
     m_window.canvas.restyled = nullptr;
-    if (m_parent)
-        m_parent->remove(*this);
-    m_parent = nullptr;
+    leave_area();
     QtFormWindow::detach();
 }
 
 void ChildWindow::bring_forward()
 {
-    if (!m_parent)
-        return;
-    m_parent->area().setActiveSubWindow(&m_window);
-    if (m_parent->next_is_maximised() && !m_window.isHidden())
-        m_window.showMaximized();
+    if (m_area)
+        m_area->bring_forward(m_window);
 }
 
 void ChildWindow::user_activates()
@@ -131,36 +126,32 @@ void ChildWindow::user_activates()
 
 void ChildWindow::control_changed()
 {
-    // Behind a document that filled the main window comes one that does so too.
     const bool goes = form() && !form()->Visible && !m_window.isHidden();
-    if (goes && m_parent && m_window.isMaximized())
-        m_parent->maximise_next();
+    if (goes && m_area)
+        m_area->about_to_hide(m_window);
     QtFormWindow::control_changed();
-    if (m_parent)
-        m_parent->show_title();
+    if (m_area)
+        m_area->window_changed();
 }
 
 void ChildWindow::resize_to(const QSize& pixels)
 {
-    const QWidget& area = *m_parent->area().viewport();
+    const QWidget& area = *m_area->viewport();
     m_window.resize(area.isVisible() ? pixels.boundedTo(area.size()) : pixels);
 }
 
 void ChildWindow::show_first()
 {
-    // The first document fills the main window, and others do as the one before them does.
-    const QMdiSubWindow* before = m_parent->area().activeSubWindow();
-    if (!before || before->isMaximized())
-        m_window.showMaximized();
-    else
-        m_window.show();
+    m_area->show_first(m_window);
 }
 
 void ChildWindow::client_sized()
 {
-    if (!m_parent)
+    if (!m_area)
         return;
-    m_parent->report_area();
+    // The form asks for the size of the area as well, so that is reported first.
+    if (m_area->resized)
+        m_area->resized();
     report_client_size(m_window.canvas.size());
     if (m_extent_is_known || !form())
         return;

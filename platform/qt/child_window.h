@@ -3,33 +3,34 @@
 
 #include "platform/qt/form_windows.h"
 
+#include <QPointer>
+
 class QMdiSubWindow;
 
 namespace tessavox {
 
-class MainWindow;
+class DocumentArea;
 
 class ChildWindow : public QtFormWindow {
 public:
-    ChildWindow(Form& form, MessageGate& gate, MainWindow& parent);
+    ChildWindow(Form& form, MessageGate& gate, DocumentArea& area);
     ~ChildWindow() override;
 
     void bring_forward() override;
     void control_changed() override;
     void detach() override;
-    void user_activates();
-    void parent_is_gone() { m_parent = nullptr; }
-    QMdiSubWindow& sub_window() const;
 
 private:
     class SubWindow;
     ChildWindow(
-        Form& form, MessageGate& gate, MainWindow& parent, std::unique_ptr<SubWindow> window);
+        Form& form, MessageGate& gate, DocumentArea& area, std::unique_ptr<SubWindow> window);
     void show_first() override;
     void resize_to(const QSize& pixels) override;
+    void user_activates();
+    void leave_area();
     void client_sized();
 
-    MainWindow* m_parent;
+    QPointer<DocumentArea> m_area; // null once the main window has gone
     SubWindow& m_window;
     bool m_extent_is_known = false;
 };

@@ -146,7 +146,7 @@ std::unique_ptr<FormWindow> QtFormWindows::open(Form& form)
     case FormKind::mdi_child:
         if (!m_main)
             throw Failure(form.name() + " has no window to lie in");
-        return std::make_unique<ChildWindow>(form, m_gate, *m_main);
+        return std::make_unique<ChildWindow>(form, m_gate, m_main->documents());
     case FormKind::dialog:
         return std::make_unique<DialogWindow>(form, m_gate);
     }

@@ -1,20 +1,14 @@
 #include "platform/qt/main_window.h"
 
 #include "platform/controls/bars.h"
-#include "platform/failure.h"
 #include "platform/qt/child_widget.h"
-#include "platform/qt/child_window.h"
+#include "platform/qt/document_area.h"
 #include "platform/qt/twips.h"
 
-#include <QAction>
 #include <QCloseEvent>
 #include <QMainWindow>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QMenu>
 #include <QScreen>
-
-#include <algorithm>
 
 namespace tessavox {
 namespace {
@@ -28,20 +22,16 @@ constexpr QSize smallest_window{ 480, 320 };
 class MainWindow::Frame : public QMainWindow {
 public:
     Frame()
-        : area(make_child<QMdiArea>(this))
+        : documents(make_child<DocumentArea>(this))
         , canvas(make_child<QWidget>(this))
     {
         canvas.hide();
-        area.setObjectName("documents");
-        area.setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-        area.setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-        area.viewport()->installEventFilter(this);
-        setCentralWidget(&area);
+        setCentralWidget(&documents);
         setMinimumSize(smallest_window);
         setContextMenuPolicy(Qt::NoContextMenu); // it would offer to hide the bars
     }
 
-    QMdiArea& area;
+    DocumentArea& documents;
     QWidget& canvas; // the form's own plain controls, of which none is shown
     MainWindow* owner = nullptr;
 
@@ -64,14 +54,6 @@ protected:
             owner->show_title();
     }
 
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        const bool of_area = watched == area.viewport();
-        if (owner && of_area && event->type() == QEvent::Resize && area.isVisible())
-            owner->report_area();
-        return QMainWindow::eventFilter(watched, event);
-    }
-
     void showEvent(QShowEvent* event) override
     {
         QMainWindow::showEvent(event);
@@ -88,7 +70,7 @@ MainWindow::MainWindow(Form& form, MessageGate& gate)
 MainWindow::MainWindow(Form& form, MessageGate& gate, std::unique_ptr<Frame> frame)
     : QtFormWindow(form, gate, *frame, frame->canvas)
     , m_frame(*frame.release())
-    , m_area(m_frame.area)
+    , m_documents(m_frame.documents)
 {
     m_frame.owner = this;
     m_menus = std::make_unique<MenuViews>(form, m_frame);
@@ -98,23 +80,29 @@ MainWindow::MainWindow(Form& form, MessageGate& gate, std::unique_ptr<Frame> fra
         if (auto* bar = dynamic_cast<StatusBar*>(control))
             m_status_bars.push_back(std::make_unique<StatusBarView>(*bar, m_frame));
     }
-    QObject::connect(&m_area, &QMdiArea::subWindowActivated, &m_frame,
-        [this](QMdiSubWindow* window) { user_activates(window); });
+    m_documents.resized = [this] { report_area(); };
+    m_documents.retitled = [this] { show_title(); };
     if (QMenu* menu = m_menus->menu_of(document_list_menu))
-        QObject::connect(menu, &QMenu::aboutToShow, &m_frame, [this] { list_documents(); });
+        QObject::connect(
+            menu, &QMenu::aboutToShow, &m_frame, [this, menu] { m_documents.list_in(*menu); });
     resize_to({ to_pixels(form.Width), to_pixels(form.Height) });
 }
 
 MainWindow::~MainWindow()
 {
+    leave_frame();
+}
+
+void MainWindow::leave_frame()
+{
     m_frame.owner = nullptr;
-    for (ChildWindow* child : m_children)
-        child->parent_is_gone();
+    m_documents.resized = nullptr;
+    m_documents.retitled = nullptr;
 }
 
 void MainWindow::detach()
 {
-    m_frame.owner = nullptr;
+    leave_frame();
     m_menus->detach();
     for (const auto& bar : m_tool_bars)
         bar->detach();
@@ -148,58 +136,21 @@ void MainWindow::show_first()
         m_frame.show();
 }
 
+// The form's caption, and that of the document which fills the window.
 void MainWindow::show_title()
 {
     if (!form())
         return;
     QString title = as_title(form()->Caption);
-    const QMdiSubWindow* document = m_area.currentSubWindow();
-    if (document && !document->isHidden() && document->isMaximized())
-        title += " - [" + document->windowTitle() + "]";
+    if (const QString document = m_documents.maximised_title(); !document.isEmpty())
+        title += " - [" + document + "]";
     if (m_frame.windowTitle() != title)
         m_frame.setWindowTitle(title);
 }
 
 void MainWindow::report_area()
 {
-    report_client_size(m_area.viewport()->size());
-}
-
-void MainWindow::add(ChildWindow& child)
-{
-    m_children.push_back(&child);
-    m_area.addSubWindow(&child.sub_window());
-}
-
-void MainWindow::remove(ChildWindow& child)
-{
-    std::erase(m_children, &child);
-}
-
-void MainWindow::user_activates(QMdiSubWindow* window)
-{
-    const auto found = std::find_if(m_children.begin(), m_children.end(),
-        [&](const ChildWindow* child) { return &child->sub_window() == window; });
-    if (found != m_children.end())
-        (*found)->user_activates();
-    show_title();
-}
-
-void MainWindow::list_documents()
-{
-    QMenu& menu = *m_menus->menu_of(document_list_menu);
-    qDeleteAll(m_listed);
-    m_listed.clear();
-    if (!menu.isEmpty())
-        m_listed.push_back(menu.addSeparator());
-    for (ChildWindow* child : m_children) {
-        QMdiSubWindow& window = child->sub_window();
-        QAction* entry = menu.addAction(window.windowTitle().replace('&', "&&"), &window,
-            [this, &window] { m_area.setActiveSubWindow(&window); });
-        entry->setCheckable(true);
-        entry->setChecked(m_area.activeSubWindow() == &window);
-        m_listed.push_back(entry);
-    }
+    report_client_size(m_documents.viewport()->size());
 }
 
 } // namespace tessavox

@@ -1,5 +1,6 @@
 #include "tests/platform/qt/demo_form.h"
 
+#include "platform/document_arrangement.h"
 #include "platform/failure.h"
 #include "platform/qt/twips.h"
 
@@ -136,6 +137,32 @@ TEST_F(Windows, TheUserActivatesAndMinimisesDocuments)
     EXPECT_EQ(first->window_state.get(), WindowState::minimised);
     first->window_state = WindowState::normal;
     EXPECT_FALSE(window("first").isMinimized());
+}
+
+TEST_F(Windows, DocumentsAreTiledWithinTheAreaAndMinimisedOnesLinedUpBelow)
+{
+    const auto first = desktop.open("first");
+    const auto second = desktop.open("second");
+    const auto third = desktop.open("third");
+    window("third").showMinimized();
+    auto& documents = dynamic_cast<DocumentArrangement&>(area());
+    const QRect room = area().viewport()->rect();
+    const int half_width = room.width() / 2;
+    const int half_height = room.height() / 2;
+
+    documents.Arrange(Arrangement::tile_vertical);
+    EXPECT_EQ(window("first").geometry(), QRect(0, 0, half_width, room.height()));
+    EXPECT_EQ(window("second").geometry().topLeft(), QPoint(half_width, 0));
+    documents.Arrange(Arrangement::tile_horizontal);
+    EXPECT_EQ(window("first").geometry(), QRect(0, 0, room.width(), half_height));
+    EXPECT_EQ(window("second").geometry().bottomRight(), room.bottomRight());
+    EXPECT_TRUE(window("third").isMinimized());
+
+    window("first").showMinimized();
+    documents.Arrange(Arrangement::icons);
+    EXPECT_EQ(window("first").geometry().bottomLeft(), room.bottomLeft());
+    EXPECT_EQ(window("third").pos(), window("first").geometry().topRight() + QPoint(1, 0));
+    EXPECT_EQ(area().viewport()->rect(), room);
 }
 
 TEST_F(Windows, ClosingTheMainWindowClosesTheDocumentsFirst)

@@ -1,0 +1,63 @@
+// Where the documents lie in the main window.
+#pragma once
+
+#include "platform/document_arrangement.h"
+
+#include <QMdiArea>
+
+#include <functional>
+#include <vector>
+
+class QAction;
+class QMenu;
+
+namespace tessavox {
+
+/// Knows the windows of the documents in the order of their making, which one is in front, and
+/// which fills the area. The windows belong to it, but each says itself when it comes and goes.
+class DocumentArea : public QMdiArea, public DocumentArrangement {
+public:
+    explicit DocumentArea(QWidget* parent);
+    ~DocumentArea() override;
+
+    /// The size of the area may have changed.
+    std::function<void()> resized;
+    /// maximised_title() may have changed.
+    std::function<void()> retitled;
+
+    /// `activated` runs whenever the window comes to the front, with its content already shown.
+    void add(QMdiSubWindow& window, std::function<void()> activated);
+    void remove(QMdiSubWindow& window);
+    void bring_forward(QMdiSubWindow& window);
+    /// A window is about to hide for good. If it fills the area, the next one will as well.
+    void about_to_hide(const QMdiSubWindow& window);
+    /// The first document fills the area, and others do as the one before them does.
+    void show_first(QMdiSubWindow& window);
+    /// A window's state or title has changed.
+    void window_changed();
+
+    /// The title of the document that fills the area; empty if none does.
+    QString maximised_title() const;
+    /// Lists the documents at the end of a menu, instead of those that it listed there before.
+    void list_in(QMenu& menu);
+
+    void Arrange(Arrangement arrangement) override;
+
+protected:
+    bool viewportEvent(QEvent* event) override;
+
+private:
+    struct Document {
+        QMdiSubWindow* window;
+        std::function<void()> activated;
+    };
+    void came_forward(QMdiSubWindow* window);
+    void tile(Arrangement direction);
+    void arrange_icons();
+
+    std::vector<Document> m_documents;
+    std::vector<QAction*> m_listed;
+    bool m_next_is_maximised = false;
+};
+
+} // namespace tessavox
