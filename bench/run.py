@@ -90,12 +90,21 @@ def idle_processor_share(pid):
     return 100 * (processor_seconds(pid) - used) / (time.monotonic() - begin)
 
 
+def bytes_written(pid):
+    with open(f"/proc/{pid}/io") as file:
+        return next(int(line.split()[1]) for line in file if line.startswith("write_bytes"))
+
+
 def running_program(table, program_path):
     with bed.Program(path=program_path) as program:
         pid = program.process.pid
-        share = idle_processor_share(pid)
+        share, written = idle_processor_share(pid), bytes_written(pid)
+        table.add("processor use when idle, copies are read at once", share, "% of a core", 1)
+        program.find("check box").press()
+        table.add("processor use when idle, copies are not read", idle_processor_share(pid),
+                  "% of a core", 1)
+        table.add("written to the disk meanwhile", bytes_written(pid) - written, "bytes")
         pss, rss = memory(pid)
-        table.add("processor use when idle", share, "% of a core", 1)
         table.add("memory with the start document (PSS)", pss, "MB", 100)
         table.add("memory with the start document (RSS)", rss, "MB", 100)
         with bed.Recorder() as recorder:
@@ -145,6 +154,39 @@ PLAIN_FIELDS = {"name", "family_index", "per_family_instance_index", "run_name",
                 "cpu_time", "time_unit", "label", "limit", "aggregate_name", "aggregate_unit"}
 
 
+# What their rows are called in the table, and the most that they may take in their own unit.
+READABLE = {
+    "WordInALongText/0": ("a word highlighted at the start of 10 MB", 1),
+    "WordInALongText/5": ("a word highlighted in the middle of 10 MB", 1),
+    "WordInALongText/9": ("a word highlighted near the end of 10 MB", 1),
+    "WordWhileTheTextIsStillLaidOut": ("a word highlighted right after 10 MB were loaded", 16),
+    "WordInLongParagraphs/1000": ("a word highlighted in a paragraph of 1,000 words", 1),
+    "WordInLongParagraphs/15000": ("a word highlighted in a paragraph of 15,000 words", 16),
+    "LoadingALongText": ("10 MB put into the pane", 350),
+    "SelectingAllOfALongTextJustLoaded": ("all of 10 MB selected, then a word", 100),
+    "BM_Read10MBRichText": ("10 MB of rich text read into a document", 700),
+    "BM_Write10MBRichText": ("10 MB of rich text written", 500),
+    "BM_Parse10MBRichText": ("10 MB of rich text parsed only", 350),
+    "BM_Parse10MBOfBraces": ("10 MB of open braces parsed", 700),
+    "ReadingProse": ("prose cut into utterances", None),
+    "ReadingDenseMarkup": ("dense markup cut into utterances", None),
+    "FirstUtteranceOfABook": ("the first utterance of a book", 1000),
+    "gain": ("a second of sound brought to a volume", None),
+    "write_wave_file/4096": ("a wave file written in small pieces", None),
+    "write_wave_file/1048576": ("a wave file written in large pieces", None),
+    **{f"convert/{type}": (f"sound brought to {form}", None) for type, form in {
+        39: "48 kHz 16 bit stereo", 38: "48 kHz 16 bit mono", 35: "44.1 kHz 16 bit stereo",
+        26: "24 kHz 16 bit mono", 22: "22.05 kHz 16 bit mono", 18: "16 kHz 16 bit mono",
+        4: "8 kHz 8 bit mono"}.items()},
+}
+
+
+def readable(name):
+    """The name and the limit of a benchmark's row."""
+    known = next((row for row in READABLE if name == row or name.startswith(row + "/iter")), None)
+    return READABLE.get(known, (name.replace("_", " "), None))
+
+
 def benchmark_program(table, path):
     with tempfile.NamedTemporaryFile() as report:
         subprocess.run([path, f"--benchmark_out={report.name}", "--benchmark_out_format=json"],
@@ -154,10 +196,11 @@ def benchmark_program(table, path):
         if one.get("error_occurred"):
             raise AssertionError(f"{one['name']}: {one['error_message']}")
         label = one.get("label", "")
-        table.add(one["name"], one["real_time"], one["time_unit"], one.get("limit"), label)
+        figure, limit = readable(one["name"])
+        table.add(figure, one["real_time"], one["time_unit"], one.get("limit", limit), label)
         for name, value in one.items():
             if name not in PLAIN_FIELDS and isinstance(value, (int, float)):
-                table.add(f"{one['name']} {name.replace('_', ' ')}", value, "")
+                table.add(f"{figure}, {name.replace('_', ' ')}", value, "")
 
 
 def figures(table, command):
