@@ -15,6 +15,7 @@
 #include "platform/qt/screen.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/tray.h"
+#include "platform/voice/rendering/helper_engines.h"
 #include "platform/voice/speech_service.h"
 
 #include <QApplication>
@@ -22,15 +23,13 @@
 #include <QIcon>
 
 #include <csignal>
+#include <filesystem>
 #include <span>
 #include <string>
 
 namespace {
 
 using namespace tessavox;
-
-/// How many processes render a long text that goes into a file.
-constexpr int render_helpers = 2;
 
 void set_up(QApplication& application)
 {
@@ -45,18 +44,27 @@ void quit()
     QCoreApplication::exit(); // not quit(), which would ask every window once more
 }
 
-std::unique_ptr<SpeechService> make_speech(const Forms::Post& post, const Texts& texts)
+/// Started before the toolkit, so that the voices are known when the first window asks for them.
+std::shared_ptr<voice::SpeechEngines> start_engines()
+{
+    std::error_code error;
+    const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    voice::HelperOptions options;
+    options.path = program.parent_path() / "tessavox-voice-helper";
+    return voice::start_helper_engines(std::move(options));
+}
+
+std::unique_ptr<SpeechService> make_speech(
+    const Forms::Post& post, const Texts& texts, std::shared_ptr<voice::SpeechEngines> engines)
 {
     voice::SpeechServiceOptions options;
     options.post = post;
-    options.helper_path
-        = from_qt(QCoreApplication::applicationDirPath() + "/tessavox-voice-helper");
-    options.helpers = render_helpers;
     options.default_output_name = texts.LoadResString(2300);
-    return voice::make_speech_service(std::move(options));
+    return voice::make_speech_service(std::move(options), std::move(engines));
 }
 
-int run(DiskFileStore& files, const std::string& command_line)
+int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
+    const std::string& command_line)
 {
     const std::string app_folder = find_app_folder(from_qt(QCoreApplication::applicationDirPath()),
         TESSAVOX_BUILD_FOLDER, TESSAVOX_SOURCE_SHARE);
@@ -73,7 +81,7 @@ int run(DiskFileStore& files, const std::string& command_line)
     QtTray tray;
     QtBlockingWork blocking_work(gate);
     QtRichTextPanes panes(clipboard);
-    const std::unique_ptr<SpeechService> speech = make_speech(post, texts);
+    const std::unique_ptr<SpeechService> speech = make_speech(post, texts, std::move(engines));
     Platform platform{ windows, post, quit, files, clipboard, message_boxes, dialogs, screen, tray,
         blocking_work, panes, *speech, texts,
         prepare_config_folder(find_config_home(), app_folder + "/conf"), app_folder, command_line };
@@ -117,7 +125,8 @@ int main(int count, char** arguments)
     // A start that only hands a command to the copy that runs needs no toolkit.
     if (pass_command_on(files, config_folder_in(find_config_home()) + "/", command_line))
         return 0;
+    std::shared_ptr<voice::SpeechEngines> engines = start_engines();
     QApplication application(count, arguments);
     set_up(application);
-    return run(files, command_line);
+    return run(files, std::move(engines), command_line);
 }

@@ -1,5 +1,5 @@
 // How fast the engines speak 100 kB of English, sentence by sentence, alone and with helpers.
-#include "platform/voice/engines/render_farm.h"
+#include "platform/voice/rendering/helper_engines.h"
 
 #include <benchmark/benchmark.h>
 
@@ -79,20 +79,21 @@ void speak_here(benchmark::State& state, const char* voice_id)
     report(state, seconds);
 }
 
-void speak_in_farm(benchmark::State& state, const char* voice_id)
+void speak_in_helpers(benchmark::State& state, const char* voice_id)
 {
     const std::vector<Utterance> utterances = book();
-    const int voice = catalog().find(voice_id);
-    const std::atomic<bool> cancelled{ false };
+    const auto engines
+        = start_helper_engines({ TESSAVOX_VOICE_HELPER, static_cast<int>(state.range(0)), {} });
+    const int voice = engines->voices()->find(voice_id);
     double seconds = 0;
     for (auto turn : state) {
         seconds = 0;
-        RenderFarm farm(catalog(), TESSAVOX_VOICE_HELPER, static_cast<int>(state.range(0)));
+        const auto queue = engines->file_queue(text_bytes);
         std::size_t next = 0;
-        while (next < utterances.size() || farm.pending()) {
-            while (next < utterances.size() && farm.wants_more())
-                farm.submit(voice, 0, utterances[next++]);
-            const Rendering rendering = farm.take(cancelled).rendering;
+        while (next < utterances.size() || queue->pending()) {
+            while (next < utterances.size() && queue->wants_more())
+                queue->submit(voice, 0, utterances[next++]);
+            const Rendering rendering = queue->take([] { return false; })->rendering;
             seconds += static_cast<double>(rendering.samples.size()) / rendering.sample_rate;
         }
     }
@@ -102,7 +103,7 @@ void speak_in_farm(benchmark::State& state, const char* voice_id)
 BENCHMARK_CAPTURE(speak_here, espeak, "espeak:gmw/en-US")
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
-BENCHMARK_CAPTURE(speak_in_farm, espeak, "espeak:gmw/en-US")
+BENCHMARK_CAPTURE(speak_in_helpers, espeak, "espeak:gmw/en-US")
     ->Arg(1)
     ->Arg(2)
     ->Unit(benchmark::kMillisecond)
@@ -110,7 +111,7 @@ BENCHMARK_CAPTURE(speak_in_farm, espeak, "espeak:gmw/en-US")
 BENCHMARK_CAPTURE(speak_here, flite_kal16, "flite:kal16")
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
-BENCHMARK_CAPTURE(speak_in_farm, flite_kal16, "flite:kal16")
+BENCHMARK_CAPTURE(speak_in_helpers, flite_kal16, "flite:kal16")
     ->Arg(2)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();

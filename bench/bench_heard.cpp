@@ -4,6 +4,7 @@
 
 #include "platform/failure.h"
 #include "platform/text.h"
+#include "platform/voice/rendering/helper_engines.h"
 #include "platform/voice/speech_service.h"
 
 #include <pulse/pulseaudio.h>
@@ -193,7 +194,8 @@ struct Bench {
     {
         voice::SpeechServiceOptions options;
         options.post = [this](std::function<void()> call) { loop.post(std::move(call)); };
-        service = voice::make_speech_service(std::move(options));
+        service = voice::make_speech_service(
+            std::move(options), voice::start_helper_engines({ TESSAVOX_VOICE_HELPER, 0, {} }));
         voice = service->create_voice(listener);
         choose_english();
         wait(settling_time);

@@ -2,9 +2,9 @@
 // programs that its engines come with. Prints one line a number; a ratio under 1 is better than the
 // program that it is compared with.
 //
-// bench_voice [--helper PROGRAM] [--quick]: PROGRAM renders long texts (tessavox-voice-helper).
+// bench_voice --helper PROGRAM [--quick]: PROGRAM speaks (tessavox-voice-helper).
 #include "platform/failure.h"
-#include "platform/voice/engines/voice_catalog.h"
+#include "platform/voice/rendering/helper_engines.h"
 #include "platform/voice/sound/audio_sink.h"
 #include "platform/voice/speech_service.h"
 
@@ -185,10 +185,8 @@ public:
     {
         SpeechServiceOptions options;
         options.post = [](const std::function<void()>&) {};
-        options.helper_path = helper;
-        options.helpers = helper.empty() ? 0 : 2;
-        m_service = make_speech_service(
-            std::move(options), make_installed_catalog(), std::make_unique<WatchedServer>(m_first));
+        m_service = make_speech_service(std::move(options), start_helper_engines({ helper, 0, {} }),
+            std::make_unique<WatchedServer>(m_first));
         m_voice = m_service->create_voice(m_deaf);
         std::filesystem::create_directories(m_folder);
     }

@@ -1,6 +1,5 @@
 #include "platform/voice/speech_service.h"
 
-#include "platform/voice/engines/local_engines.h"
 #include "platform/voice/system_voice.h"
 
 #include <utility>
@@ -30,19 +29,19 @@ private:
 
 } // namespace
 
-std::unique_ptr<SpeechService> make_speech_service(SpeechServiceOptions options)
+std::unique_ptr<SpeechService> make_speech_service(
+    SpeechServiceOptions options, std::shared_ptr<SpeechEngines> engines)
 {
     std::unique_ptr<SoundServer> server = make_pulse_server(options.application_name);
-    return make_speech_service(std::move(options), make_installed_catalog(), std::move(server));
+    return make_speech_service(std::move(options), std::move(engines), std::move(server));
 }
 
 std::unique_ptr<SpeechService> make_speech_service(SpeechServiceOptions options,
-    std::unique_ptr<VoiceCatalog> catalog, std::unique_ptr<SoundServer> server)
+    std::shared_ptr<SpeechEngines> engines, std::unique_ptr<SoundServer> server)
 {
     VoiceParts parts;
-    parts.catalog = std::move(catalog);
-    parts.engines = std::make_shared<LocalEngines>(
-        parts.catalog, std::move(options.helper_path), options.helpers);
+    parts.catalog = engines->voices();
+    parts.engines = std::move(engines);
     parts.server = std::move(server);
     parts.default_output_name = std::move(options.default_output_name);
     parts.post = std::move(options.post);

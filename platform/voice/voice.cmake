@@ -18,5 +18,5 @@ add_library(tessavox_voice STATIC
   wave_source.cpp
 )
 target_link_libraries(tessavox_voice
-  PUBLIC tessavox_voice_text tessavox_voice_engines tessavox_voice_sound tessavox_base
+  PUBLIC tessavox_voice_text tessavox_voice_rendering tessavox_voice_sound tessavox_base
   PRIVATE Threads::Threads)

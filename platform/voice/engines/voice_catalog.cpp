@@ -25,6 +25,12 @@ VoiceCatalog::VoiceCatalog(std::vector<std::unique_ptr<Engine>> engines)
         }
 }
 
+VoiceCatalog::VoiceCatalog(std::vector<SpeechObjectToken> tokens)
+    : m_impl(std::make_unique<Impl>())
+{
+    m_impl->tokens = std::move(tokens);
+}
+
 VoiceCatalog::~VoiceCatalog() = default;
 
 const std::vector<SpeechObjectToken>& VoiceCatalog::tokens() const
@@ -90,7 +96,7 @@ std::optional<int> VoiceCatalog::choose(
 Rendering VoiceCatalog::render(
     int voice, int rate, const Utterance& utterance, const std::atomic<bool>& cancelled) const
 {
-    if (voice < 0 || static_cast<std::size_t>(voice) >= m_impl->tokens.size())
+    if (voice < 0 || static_cast<std::size_t>(voice) >= m_impl->owners.size())
         throw Failure("no voice of this number");
     const auto index = static_cast<std::size_t>(voice);
     return m_impl->owners[index]->render(

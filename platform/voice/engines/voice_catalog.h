@@ -15,6 +15,8 @@ class VoiceCatalog : public VoiceChooser {
 public:
     /// Voices stand in the order of `engines`, and within one engine in its own order.
     explicit VoiceCatalog(std::vector<std::unique_ptr<Engine>> engines);
+    /// A list of voices whose engines are elsewhere: render() fails.
+    explicit VoiceCatalog(std::vector<SpeechObjectToken> tokens);
     ~VoiceCatalog() override;
 
     const std::vector<SpeechObjectToken>& tokens() const;

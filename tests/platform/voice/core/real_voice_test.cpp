@@ -3,6 +3,7 @@
 #include "tests/platform/voice/core/voice_bed.h"
 
 #include "platform/text.h"
+#include "platform/voice/rendering/helper_engines.h"
 #include "platform/voice/sound/wave_file.h"
 
 #include <gmock/gmock.h>
@@ -90,7 +91,9 @@ protected:
 
     const std::filesystem::path folder = std::filesystem::temp_directory_path()
         / ("tessavox-real-voice-" + std::to_string(getpid()));
-    VoiceBed bed{ make_installed_catalog() };
+    const std::shared_ptr<SpeechEngines> engines
+        = start_helper_engines({ TESSAVOX_VOICE_HELPER, 1, {} });
+    VoiceBed bed{ engines };
     SpeechVoice* voice = bed.voice.get();
 };
 
@@ -266,7 +269,7 @@ TEST_F(RealVoice, ALongTextIsTheSameWhetherOneOrSeveralRenderIt)
     for (int i = 0; text.size() < 30'000; ++i)
         text += u"Sentence number " + to_utf16(std::to_string(i)) + u" of the long text, in which "
             + u"nothing happens twice. ";
-    VoiceBed many{ make_installed_catalog(), TESSAVOX_VOICE_HELPER };
+    VoiceBed many{ start_helper_engines({ TESSAVOX_VOICE_HELPER, 3, {} }) };
     use_english(many);
     const auto alone = static_cast<double>(save(text));
     const auto together = static_cast<double>(save(many, text));

@@ -1,6 +1,7 @@
 #include "tests/platform/voice/core/voice_bed.h"
 
 #include "platform/failure.h"
+#include "tests/platform/voice/core/local_engines.h"
 
 #include <algorithm>
 #include <cmath>
@@ -348,23 +349,21 @@ VoiceBed::VoiceBed()
     engine = tone.get();
     std::vector<std::unique_ptr<Engine>> engines;
     engines.push_back(std::move(tone));
-    make_voice(std::make_unique<VoiceCatalog>(std::move(engines)), "");
+    make_voice(std::make_shared<LocalEngines>(std::make_shared<VoiceCatalog>(std::move(engines))));
 }
 
-VoiceBed::VoiceBed(std::unique_ptr<VoiceCatalog> catalog, const std::string& helper_path)
+VoiceBed::VoiceBed(std::shared_ptr<SpeechEngines> engines)
 {
-    make_voice(std::move(catalog), helper_path);
+    make_voice(std::move(engines));
 }
 
-void VoiceBed::make_voice(std::unique_ptr<VoiceCatalog> catalog, const std::string& helper_path)
+void VoiceBed::make_voice(std::shared_ptr<SpeechEngines> engines)
 {
     SpeechServiceOptions options;
     options.post = [this](std::function<void()> call) { loop.post(std::move(call)); };
-    options.helper_path = helper_path;
     options.default_output_name = "Default output";
-    options.helpers = helper_path.empty() ? 0 : 2;
     service = make_speech_service(
-        std::move(options), std::move(catalog), std::make_unique<ManualServer>(device));
+        std::move(options), std::move(engines), std::make_unique<ManualServer>(device));
     voice = service->create_voice(listener);
 }
 

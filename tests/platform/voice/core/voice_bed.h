@@ -149,9 +149,8 @@ class VoiceBed {
 public:
     /// A voice of the tone engine.
     VoiceBed();
-    /// The first voice of the catalogue. `helper_path` as in SpeechServiceOptions, with two
-    /// helpers.
-    explicit VoiceBed(std::unique_ptr<VoiceCatalog> catalog, const std::string& helper_path = "");
+    /// The first voice of these engines.
+    explicit VoiceBed(std::shared_ptr<SpeechEngines> engines);
     ~VoiceBed();
 
     /// Runs the message loop and the device's clock until the condition holds. False after a bound
@@ -171,7 +170,7 @@ public:
     std::unique_ptr<SpeechVoice> voice;
 
 private:
-    void make_voice(std::unique_ptr<VoiceCatalog> catalog, const std::string& helper_path);
+    void make_voice(std::shared_ptr<SpeechEngines> engines);
 };
 
 /// The largest step from one sample to the next.

@@ -1,7 +1,7 @@
 // Speaks utterances for another process, which started it and feeds it over a socket.
-#include "platform/voice/engines/render_farm.h"
+#include "platform/voice/helper/speaking_helper.h"
 
 int main()
 {
-    return tessavox::voice::run_render_helper();
+    tessavox::voice::run_speaking_helper();
 }

@@ -1,7 +1,6 @@
-#include "platform/voice/engines/local_engines.h"
+#include "tests/platform/voice/core/local_engines.h"
 
 #include "platform/failure.h"
-#include "platform/voice/engines/render_farm.h"
 
 #include <condition_variable>
 #include <deque>
@@ -128,51 +127,6 @@ private:
     std::thread m_thread;
 };
 
-/// A long text, rendered by helper processes.
-class FarmQueue : public RenderQueue {
-public:
-    FarmQueue(std::shared_ptr<const VoiceCatalog> catalog, std::string helper_path, int helpers)
-        : m_catalog(std::move(catalog))
-        , m_helper_path(std::move(helper_path))
-        , m_helpers(helpers)
-    {
-        drop();
-    }
-    bool wants_more() const override { return m_farm->wants_more(); }
-    void submit(int voice, int rate, Utterance utterance) override
-    {
-        m_farm->submit(voice, rate, std::move(utterance));
-    }
-    bool pending() const override { return m_farm->pending(); }
-    std::optional<Result> take(const std::function<bool()>& interrupted) override
-    {
-        while (m_farm->pending()) {
-            m_woken = false;
-            if (interrupted())
-                return std::nullopt;
-            RenderFarm::Result taken = m_farm->take(m_woken);
-            if (!m_woken || !taken.utterance.text.empty())
-                return Result{ std::move(taken.utterance), std::move(taken.rendering) };
-        }
-        return std::nullopt;
-    }
-    void wake() override { m_woken = true; }
-    void drop() override
-    {
-        m_farm = std::make_unique<RenderFarm>(*m_catalog, m_helper_path, m_helpers);
-    }
-
-private:
-    const std::shared_ptr<const VoiceCatalog> m_catalog;
-    const std::string m_helper_path;
-    const int m_helpers;
-    std::unique_ptr<RenderFarm> m_farm;
-    std::atomic<bool> m_woken{ false };
-};
-
-// Below this the helpers would have started just when the text ends.
-constexpr std::size_t worth_helpers_units = 4'000;
-
 } // namespace
 
 std::unique_ptr<RenderQueue> LocalEngines::live_queue()
@@ -180,11 +134,9 @@ std::unique_ptr<RenderQueue> LocalEngines::live_queue()
     return std::make_unique<LocalQueue>(m_catalog);
 }
 
-std::unique_ptr<RenderQueue> LocalEngines::file_queue(std::size_t text_units)
+std::unique_ptr<RenderQueue> LocalEngines::file_queue(std::size_t)
 {
-    if (m_helpers == 0 || text_units <= worth_helpers_units)
-        return live_queue();
-    return std::make_unique<FarmQueue>(m_catalog, m_helper_path, m_helpers);
+    return live_queue();
 }
 
 } // namespace tessavox::voice

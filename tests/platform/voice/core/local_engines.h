@@ -1,19 +1,14 @@
-// Engines in the process that asks for them, each queue on a thread of its own; only a long text
-// that goes into a file is rendered by helper processes.
+// Engines in the process that asks for them, each queue on a thread of its own.
 #pragma once
 
 #include "platform/voice/speech_engines.h"
-
-#include <string>
 
 namespace tessavox::voice {
 
 class LocalEngines : public SpeechEngines {
 public:
-    LocalEngines(std::shared_ptr<const VoiceCatalog> catalog, std::string helper_path, int helpers)
+    explicit LocalEngines(std::shared_ptr<const VoiceCatalog> catalog)
         : m_catalog(std::move(catalog))
-        , m_helper_path(std::move(helper_path))
-        , m_helpers(helpers)
     {
     }
     const std::shared_ptr<const VoiceCatalog>& voices() override { return m_catalog; }
@@ -22,8 +17,6 @@ public:
 
 private:
     const std::shared_ptr<const VoiceCatalog> m_catalog;
-    const std::string m_helper_path;
-    const int m_helpers;
 };
 
 } // namespace tessavox::voice

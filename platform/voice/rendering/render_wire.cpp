@@ -1,7 +1,8 @@
-#include "platform/voice/engines/render_wire.h"
+#include "platform/voice/rendering/render_wire.h"
 
 #include "platform/failure.h"
 
+#include <array>
 #include <cstring>
 #include <type_traits>
 
@@ -94,7 +95,7 @@ private:
     std::span<const std::byte> m_rest;
 };
 
-// Leaves room for the header and fills it in when the message behind it is complete.
+// Leaves room for the header and fills it in when the message after it is complete.
 class Message {
 public:
     Message(WireBytes& out, std::uint64_t job)
@@ -192,6 +193,11 @@ std::vector<PhoneMark> read_phones(Reader& reader, std::size_t frames)
     return phones;
 }
 
+// In the order in which they travel.
+constexpr std::array token_texts{ &SpeechObjectToken::id, &SpeechObjectToken::description,
+    &SpeechObjectToken::name, &SpeechObjectToken::gender, &SpeechObjectToken::age,
+    &SpeechObjectToken::language, &SpeechObjectToken::vendor };
+
 } // namespace
 
 void append_request(WireBytes& out, std::uint64_t job, const WireRequest& request)
@@ -264,6 +270,35 @@ std::optional<Rendering> read_answer(std::span<const std::byte> bytes, std::size
     }
     reader.end();
     return rendering;
+}
+
+void append_greeting(WireBytes& out, const std::vector<SpeechObjectToken>& voices)
+{
+    Message message(out, 0);
+    Writer writer(out);
+    writer.number(static_cast<std::uint32_t>(voices.size()));
+    for (const SpeechObjectToken& voice : voices)
+        for (const auto text : token_texts)
+            writer.sequence(voice.*text);
+    message.complete();
+}
+
+std::vector<SpeechObjectToken> read_greeting(std::span<const std::byte> bytes)
+{
+    Reader reader(bytes);
+    std::vector<SpeechObjectToken> voices;
+    for (auto count = reader.number<std::uint32_t>(); count > 0; --count) {
+        SpeechObjectToken& voice = voices.emplace_back();
+        for (const auto text : token_texts)
+            voice.*text = reader.sequence<std::string>();
+    }
+    reader.end();
+    return voices;
+}
+
+void append_drop(WireBytes& out, std::uint64_t last_job)
+{
+    Message(out, last_job).complete();
 }
 
 std::optional<WireHeader> peek_header(std::span<const std::byte> bytes)

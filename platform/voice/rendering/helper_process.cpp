@@ -1,4 +1,4 @@
-#include "platform/voice/engines/helper_process.h"
+#include "platform/voice/rendering/helper_process.h"
 
 #include "platform/failure.h"
 
@@ -84,6 +84,12 @@ void HelperProcess::assign(std::uint64_t job, const WireRequest& request)
     append_request(m_outgoing, job, request);
 }
 
+void HelperProcess::drop_all()
+{
+    if (!m_jobs.empty())
+        append_drop(m_outgoing, m_jobs.back());
+}
+
 void HelperProcess::exchange()
 {
     send_some();
@@ -157,28 +163,12 @@ void HelperProcess::drop_answer()
     m_waiting_since = std::chrono::steady_clock::now();
 }
 
-std::chrono::steady_clock::duration HelperProcess::waiting() const
+void HelperProcess::end()
 {
-    return m_jobs.empty() ? std::chrono::steady_clock::duration::zero()
-                          : std::chrono::steady_clock::now() - m_waiting_since;
-}
-
-bool HelperProcess::end()
-{
-    if (m_process < 0)
-        return false;
-    int status = 0;
-    pid_t ended = waitpid(m_process, &status, WNOHANG);
-    const bool by_itself = ended == m_process;
-    if (!by_itself)
-        kill(m_process, SIGKILL);
-    while (!by_itself && (ended = waitpid(m_process, &status, 0)) < 0 && errno == EINTR) { }
-    m_process = -1;
-    if (ended < 0 || !WIFSIGNALED(status))
-        return false;
-    const int signal = WTERMSIG(status);
-    return signal == SIGSEGV || signal == SIGBUS || signal == SIGABRT || signal == SIGFPE
-        || signal == SIGILL;
+    // It may be dead already: then this reaches nobody, as its number is kept until it is waited
+    // for.
+    kill(m_process, SIGKILL);
+    while (waitpid(m_process, nullptr, 0) < 0 && errno == EINTR) { }
 }
 
 } // namespace tessavox::voice

@@ -1,0 +1,227 @@
+// The wall around system calls: seccomp, https://docs.kernel.org/userspace-api/seccomp_filter.html
+#include "platform/confinement/confinement.h"
+
+#ifdef TESSAVOX_HAS_SECCOMP
+
+#include <cerrno>
+#include <fcntl.h>
+#include <memory>
+#include <sched.h>
+#include <seccomp.h>
+#include <span>
+#include <unistd.h>
+
+namespace tessavox::walls {
+
+namespace {
+
+// What is in no table fails with EPERM, so a library that tries it for want of something better,
+// such as a sound server's, goes on without.
+constexpr int reading_and_waiting[] = {
+    // descriptors that are open
+    SCMP_SYS(read),
+    SCMP_SYS(write),
+    SCMP_SYS(readv),
+    SCMP_SYS(writev),
+    SCMP_SYS(pread64),
+    SCMP_SYS(preadv),
+    SCMP_SYS(lseek),
+    SCMP_SYS(close),
+    SCMP_SYS(close_range),
+    SCMP_SYS(dup),
+    SCMP_SYS(dup2),
+    SCMP_SYS(fcntl),
+    SCMP_SYS(fadvise64),
+    SCMP_SYS(pipe),
+    SCMP_SYS(pipe2),
+    SCMP_SYS(eventfd2),
+    SCMP_SYS(poll),
+    SCMP_SYS(ppoll),
+    SCMP_SYS(select),
+    SCMP_SYS(pselect6),
+    // names of files
+    SCMP_SYS(stat),
+    SCMP_SYS(lstat),
+    SCMP_SYS(fstat),
+    SCMP_SYS(newfstatat),
+    SCMP_SYS(statx),
+    SCMP_SYS(statfs),
+    SCMP_SYS(fstatfs),
+    SCMP_SYS(access),
+    SCMP_SYS(faccessat),
+    SCMP_SYS(faccessat2),
+    SCMP_SYS(readlink),
+    SCMP_SYS(readlinkat),
+    SCMP_SYS(getcwd),
+    SCMP_SYS(getdents64),
+    SCMP_SYS(umask),
+    // memory
+    SCMP_SYS(brk),
+    SCMP_SYS(mmap),
+    SCMP_SYS(munmap),
+    SCMP_SYS(mremap),
+    SCMP_SYS(mprotect),
+    SCMP_SYS(madvise),
+    SCMP_SYS(mincore),
+    SCMP_SYS(membarrier),
+    // threads and signals to itself
+    SCMP_SYS(futex),
+    SCMP_SYS(set_robust_list),
+    SCMP_SYS(get_robust_list),
+    SCMP_SYS(rseq),
+    SCMP_SYS(sched_yield),
+    SCMP_SYS(sched_getaffinity),
+    SCMP_SYS(rt_sigaction),
+    SCMP_SYS(rt_sigprocmask),
+    SCMP_SYS(rt_sigreturn),
+    SCMP_SYS(sigaltstack),
+    SCMP_SYS(restart_syscall),
+    SCMP_SYS(exit),
+    SCMP_SYS(exit_group),
+    // time and who it is
+    SCMP_SYS(clock_gettime),
+    SCMP_SYS(clock_getres),
+    SCMP_SYS(clock_nanosleep),
+    SCMP_SYS(nanosleep),
+    SCMP_SYS(gettimeofday),
+    SCMP_SYS(time),
+    SCMP_SYS(times),
+    SCMP_SYS(getrusage),
+    SCMP_SYS(getrandom),
+    SCMP_SYS(uname),
+    SCMP_SYS(sysinfo),
+    SCMP_SYS(getpid),
+    SCMP_SYS(getppid),
+    SCMP_SYS(gettid),
+    SCMP_SYS(getuid),
+    SCMP_SYS(geteuid),
+    SCMP_SYS(getgid),
+    SCMP_SYS(getegid),
+    SCMP_SYS(getrlimit),
+};
+
+constexpr int writing[] = {
+    SCMP_SYS(open),
+    SCMP_SYS(openat),
+    SCMP_SYS(creat),
+    SCMP_SYS(pwrite64),
+    SCMP_SYS(ftruncate),
+    SCMP_SYS(fallocate),
+    SCMP_SYS(fsync),
+    SCMP_SYS(fdatasync),
+    SCMP_SYS(rename),
+    SCMP_SYS(renameat),
+    SCMP_SYS(renameat2),
+    SCMP_SYS(unlink),
+    SCMP_SYS(unlinkat),
+    SCMP_SYS(mkdir),
+    SCMP_SYS(mkdirat),
+    SCMP_SYS(rmdir),
+};
+
+constexpr int executing[] = {
+    SCMP_SYS(execve),
+    SCMP_SYS(clone),
+    SCMP_SYS(fork),
+    SCMP_SYS(vfork),
+    SCMP_SYS(wait4),
+    SCMP_SYS(waitid),
+    SCMP_SYS(dup3),
+    SCMP_SYS(arch_prctl),
+    SCMP_SYS(set_tid_address),
+    SCMP_SYS(prlimit64),
+    SCMP_SYS(getpgrp),
+};
+
+class Filter {
+public:
+    Filter()
+        : m_context(seccomp_init(SCMP_ACT_ERRNO(EPERM)))
+        , m_complete(m_context != nullptr)
+    {
+    }
+    ~Filter() { seccomp_release(m_context); }
+    Filter(const Filter&) = delete;
+    Filter& operator=(const Filter&) = delete;
+
+    template <class... Conditions> void allow(int call, Conditions... conditions)
+    {
+        m_complete = m_complete
+            && seccomp_rule_add(
+                   m_context, SCMP_ACT_ALLOW, call, sizeof...(conditions), conditions...)
+                == 0;
+    }
+    void allow_all(std::span<const int> calls)
+    {
+        for (const int call : calls)
+            allow(call);
+    }
+    /// The caller is told that the kernel has no such call, and takes an older one.
+    void hide(int call)
+    {
+        m_complete
+            = m_complete && seccomp_rule_add(m_context, SCMP_ACT_ERRNO(ENOSYS), call, 0) == 0;
+    }
+    bool put_up() { return m_complete && seccomp_load(m_context) == 0; }
+
+private:
+    const scmp_filter_ctx m_context;
+    bool m_complete;
+};
+
+void allow_opening_to_read(Filter& filter)
+{
+    constexpr scmp_datum_t writes = O_ACCMODE | O_CREAT | O_TRUNC;
+    filter.allow(SCMP_SYS(open), SCMP_A1(SCMP_CMP_MASKED_EQ, writes, O_RDONLY));
+    filter.allow(SCMP_SYS(openat), SCMP_A2(SCMP_CMP_MASKED_EQ, writes, O_RDONLY));
+}
+
+void allow_threads(Filter& filter)
+{
+    filter.allow(SCMP_SYS(clone), SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD));
+}
+
+// What concerns this process, and no other.
+void allow_own(Filter& filter)
+{
+    const auto self = static_cast<scmp_datum_t>(getpid());
+    filter.allow(SCMP_SYS(tgkill), SCMP_A0(SCMP_CMP_EQ, self)); // abort()
+    filter.allow(SCMP_SYS(kill), SCMP_A0(SCMP_CMP_EQ, self));
+    constexpr scmp_datum_t none = 0; // limits are asked for, not set
+    filter.allow(SCMP_SYS(prlimit64), SCMP_A0(SCMP_CMP_EQ, 0), SCMP_A2(SCMP_CMP_EQ, none));
+    // A filter cannot look into the structure that this one takes.
+    filter.hide(SCMP_SYS(clone3));
+}
+
+} // namespace
+
+bool confine_system_calls(const Confinement& confinement)
+{
+    Filter filter;
+    filter.allow_all(reading_and_waiting);
+    if (confinement.writable.empty())
+        allow_opening_to_read(filter);
+    else
+        filter.allow_all(writing);
+    if (confinement.may_execute)
+        filter.allow_all(executing);
+    else
+        allow_threads(filter);
+    allow_own(filter);
+    return filter.put_up();
+}
+
+} // namespace tessavox::walls
+
+#else
+
+namespace tessavox::walls {
+
+bool confine_system_calls(const Confinement&)
+{
+    return false;
+}
+
+} // namespace tessavox::walls
+
+#endif

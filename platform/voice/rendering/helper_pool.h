@@ -1,0 +1,72 @@
+// Where the helper processes come from.
+#pragma once
+
+#include "platform/voice/rendering/helper_process.h"
+#include "platform/voice/rendering/wake_signal.h"
+
+#include <condition_variable>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace tessavox::voice {
+
+/// When a helper counts as hanging.
+struct HelperPatience {
+    std::chrono::milliseconds at_least = std::chrono::seconds(10); // also for its start
+    /// For each code unit of an utterance: three times the length of its sound, about.
+    std::chrono::milliseconds per_unit{ 200 };
+};
+
+/// Starts helpers on a thread of its own, because a helper ends with the thread that started it,
+/// and keeps one warm in reserve. Any thread may call it.
+class HelperPool {
+public:
+    /// Where an ordered helper arrives. The pool raises `arrived` for each.
+    class Orders {
+    public:
+        /// What has arrived; nothing in place of a helper that can't be started.
+        std::vector<std::unique_ptr<HelperProcess>> collect();
+        WakeSignal arrived;
+
+    private:
+        friend class HelperPool;
+        std::mutex m_mutex;
+        std::vector<std::unique_ptr<HelperProcess>> m_helpers;
+    };
+
+    /// Begins to start one at once.
+    HelperPool(std::string helper_path, HelperPatience patience);
+    ~HelperPool(); // after the last helper has gone
+
+    /// Waits for the first greeting. No voices if no helper can be brought to greet.
+    std::vector<SpeechObjectToken> wait_for_voices();
+    const HelperPatience& patience() const { return m_patience; }
+    /// Never waits. The one in reserve arrives at once.
+    void order(const std::shared_ptr<Orders>& orders);
+    /// Takes one back that nobody needs any more.
+    void give_back(std::unique_ptr<HelperProcess> helper);
+
+private:
+    void run();
+    void learn_voices();
+    std::unique_ptr<HelperProcess> start_one() const;
+    static void deliver(Orders& orders, std::unique_ptr<HelperProcess> helper);
+
+    const std::string m_path;
+    const HelperPatience m_patience;
+    std::mutex m_mutex; // guards what follows
+    std::condition_variable m_changed;
+    std::optional<std::vector<SpeechObjectToken>> m_voices;
+    std::vector<std::unique_ptr<HelperProcess>> m_reserve;
+    std::deque<std::shared_ptr<Orders>> m_waiting;
+    bool m_can_start = true;
+    bool m_ending = false;
+    std::thread m_thread;
+};
+
+} // namespace tessavox::voice

@@ -1,0 +1,355 @@
+// The engines in real helper processes, which are killed, stopped and replaced by programs that are
+// no helpers.
+#include "tests/platform/voice/engines/made_utterance.h"
+
+#include "platform/failure.h"
+#include "platform/voice/rendering/helper_engines.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <future>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace tessavox::voice {
+
+using namespace tests;
+
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr const char* helper_path = TESSAVOX_VOICE_HELPER;
+
+std::u16string sentence(int number)
+{
+    std::u16string text = u"This is sentence";
+    for (int word = 0; word < number % 7; ++word)
+        text += u" and more";
+    return text + u" of number " + to_utf16(std::to_string(number)) + u".";
+}
+
+// In the order in which they were started.
+std::vector<pid_t> child_processes()
+{
+    std::vector<pid_t> processes;
+    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream file(thread.path() / "children");
+        for (pid_t process = 0; file >> process;)
+            processes.push_back(process);
+    }
+    std::ranges::sort(processes);
+    return processes;
+}
+
+std::size_t open_descriptors()
+{
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
+}
+
+template <class Condition> bool wait_until(Condition condition)
+{
+    const auto bound = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > bound)
+            return false;
+        std::this_thread::sleep_for(milliseconds(1));
+    }
+    return true;
+}
+
+bool never()
+{
+    return false;
+}
+
+// Of /proc/PID/status. Empty if the process has gone.
+std::string status_of(pid_t process, const std::string& field)
+{
+    std::ifstream file("/proc/" + std::to_string(process) + "/status");
+    for (std::string line; std::getline(file, line);)
+        if (line.starts_with(field + ":\t"))
+            return line.substr(field.size() + 2);
+    return {};
+}
+
+// Whether there are that many, and each stands within its walls.
+bool helpers_run(std::size_t count)
+{
+    const std::vector<pid_t> processes = child_processes();
+    return processes.size() == count && std::ranges::all_of(processes, [](pid_t process) {
+        return status_of(process, "Seccomp") == "2";
+    });
+}
+
+bool is_gone(pid_t process)
+{
+    const std::string state = status_of(process, "State");
+    return state.empty() || state.starts_with("Z");
+}
+
+class Helpers : public testing::Test {
+protected:
+    void start(HelperPatience patience = {}, const char* path = helper_path)
+    {
+        engines.reset();
+        engines = start_helper_engines({ path, 2, patience });
+        english = engines->voices()->find("espeak:gmw/en-US");
+        german = engines->voices()->find("espeak:gmw/de");
+    }
+
+    // Speaks `count` sentences; between them, `between` may do harm.
+    template <class Between>
+    void expect_all_in_order(RenderQueue& queue, int count, Between between)
+    {
+        int submitted = 0;
+        for (int taken = 0; taken < count; ++taken) {
+            while (submitted < count && queue.wants_more())
+                queue.submit(english, 3, utterance_of(sentence(submitted++)));
+            between(taken);
+            const auto result = queue.take(never);
+            ASSERT_TRUE(result);
+            ASSERT_EQ(result->utterance.text, sentence(taken));
+            EXPECT_EQ(result->rendering.words.size(), result->utterance.tokens.size());
+            EXPECT_GT(result->rendering.samples.size(), 10'000U) << taken;
+        }
+        EXPECT_FALSE(queue.pending());
+    }
+
+    std::unique_ptr<SpeechEngines> engines;
+    int english = -1;
+    int german = -1;
+};
+
+} // namespace
+
+TEST_F(Helpers, GiveBackWhatThePlainWayGivesInTheSameOrder)
+{
+    start();
+    const auto plain = make_installed_catalog();
+    ASSERT_EQ(engines->voices()->tokens().size(), plain->tokens().size());
+    const auto queue = engines->file_queue(100'000);
+    std::vector<Utterance> utterances;
+    for (int number = 0; number < 12; ++number)
+        utterances.push_back(utterance_of(sentence(number)));
+    utterances[3] = utterance_of(u"");
+    utterances[4].style.spell = true;
+    utterances[5].style.pitch = 10;
+    utterances[6].pronunciation = { "h eh 1 l ow" };
+    utterances[7].ends_sentence = false;
+    utterances[8] = utterance_of(u"Grüße \U0001F600 中国");
+    for (const Utterance& utterance : utterances)
+        queue->submit(english, 2, utterance);
+    const std::atomic<bool> not_cancelled{ false };
+    for (std::size_t at = 0; at < utterances.size(); ++at) {
+        const Rendering expected = plain->render(english, 2, utterances[at], not_cancelled);
+        const auto result = queue->take(never);
+        ASSERT_TRUE(result);
+        EXPECT_EQ(result->utterance.text, utterances[at].text);
+        const auto length = static_cast<double>(expected.samples.size());
+        EXPECT_NEAR(
+            static_cast<double>(result->rendering.samples.size()), length, 300 + length / 50)
+            << at;
+        EXPECT_EQ(result->rendering.words.size(), expected.words.size());
+        EXPECT_EQ(result->rendering.phones.size(), expected.phones.size());
+        EXPECT_EQ(result->rendering.sample_rate, expected.sample_rate);
+    }
+}
+
+TEST_F(Helpers, SpeakForSeveralReadingsAtATimeAndLeaveNothingBehind)
+{
+    const std::size_t descriptors = open_descriptors();
+    start();
+    {
+        const auto one = engines->live_queue();
+        const auto other = engines->live_queue();
+        const auto file = engines->file_queue(100'000);
+        std::vector<std::future<void>> readings;
+        for (RenderQueue* queue : { one.get(), other.get(), file.get() })
+            readings.push_back(std::async(std::launch::async,
+                [this, queue] { expect_all_in_order(*queue, 20, [](int) {}); }));
+        for (auto& reading : readings)
+            reading.get();
+        EXPECT_GE(child_processes().size(), 4U);
+    }
+    engines.reset();
+    EXPECT_TRUE(child_processes().empty());
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(open_descriptors(), descriptors);
+}
+
+TEST_F(Helpers, CostNoSentenceWhenTheyDieOrHangAtAnyMoment)
+{
+    start({ std::chrono::seconds(1), milliseconds(0) });
+    const auto live = engines->live_queue();
+    const auto file = engines->file_queue(100'000);
+    for (RenderQueue* queue : { live.get(), file.get() })
+        expect_all_in_order(*queue, 40, [&](int taken) {
+            const std::vector<pid_t> helpers = child_processes();
+            const pid_t one = helpers[static_cast<std::size_t>(taken) % helpers.size()];
+            if (taken % 3 == 0)
+                kill(one, taken % 2 == 0 ? SIGKILL : SIGSEGV);
+            if (taken == 10)
+                for (const pid_t each : helpers)
+                    kill(each, SIGSTOP);
+        });
+}
+
+// What is left of a sentence after that many helpers were lost over it.
+TEST_F(Helpers, ReadAgainThenInTheReferenceVoiceThenNotAtAll)
+{
+    const Utterance utterance = utterance_of(u"4711 Grüße an 中国 und alle anderen.");
+    start();
+    std::size_t length = 0;
+    {
+        const auto whole = engines->live_queue();
+        whole->submit(german, 0, utterance);
+        length = whole->take(never)->rendering.samples.size();
+    }
+    for (std::size_t losses = 1; losses <= 3; ++losses) {
+        SCOPED_TRACE(losses);
+        start();
+        ASSERT_TRUE(wait_until([] { return helpers_run(1); }));
+        kill(child_processes()[0], SIGSTOP);
+        const auto queue = engines->live_queue();
+        queue->submit(german, 0, utterance);
+        queue->submit(english, 0, utterance_of(u"The next one."));
+        auto spoken = std::async(std::launch::async, [&] { return queue->take(never); });
+        for (std::size_t lost = 1; lost <= losses; ++lost) {
+            // The helper in hand, and the reserve that is to follow it.
+            ASSERT_TRUE(wait_until([] { return helpers_run(2); }));
+            const std::vector<pid_t> helpers = child_processes();
+            if (lost < losses)
+                kill(helpers[1], SIGSTOP);
+            kill(helpers[0], SIGKILL);
+            ASSERT_TRUE(wait_until([&] { return is_gone(helpers[0]); }));
+            ASSERT_TRUE(wait_until([&] { return child_processes()[0] != helpers[0]; }));
+        }
+        const Rendering rendering = spoken.get()->rendering;
+        const std::size_t words = losses < 3 ? utterance.tokens.size() : 0;
+        EXPECT_EQ(rendering.words.size(), words);
+        EXPECT_EQ(rendering.sample_rate > 0, losses < 3);
+        if (losses == 1)
+            EXPECT_NEAR(static_cast<double>(rendering.samples.size()), static_cast<double>(length),
+                static_cast<double>(length) / 50);
+        else
+            EXPECT_LT(rendering.samples.size(), length * 9 / 10);
+        EXPECT_GT(queue->take(never)->rendering.samples.size(), 5'000U);
+    }
+}
+
+// Each of these made a library write past its own memory, or read what it had freed.
+TEST_F(Helpers, OutliveTextsThatTheirEnginesDoNot)
+{
+    struct Case {
+        const char* voice;
+        std::u16string text;
+    };
+    const std::u16string header
+        = u"Received: from mx1.example.org (203.0.113.7) by smtp.example.net "
+          u"with ESMTPS id 4891028164456; Tue, 14 May 2024 10:22:31 +0200";
+    const Case cases[] = {
+        { "espeak:sit/yue", u"條碼 4891028164456" },
+        { "espeak:sit/yue", header },
+        { "espeak:esx/kl", u"1984 1999 2024 1066 1789 1914" },
+        { "espeak:tai/shn", header },
+        { "espeak:trk/ky", header },
+        { "espeak:trk/ky", u"https://www.example.org/path/index.html?query=1&other=2" },
+        { "espeak:sem/ar", u"npm ⣟ done" },
+        { "espeak:inc/si",
+            u"\uFFFDELF\uFFFD\u0D9A\u0DCA\u200D 0x7f4a ÿþ ¤§¶ \u0DC2\u0DCA\u0DCA 99999999" },
+    };
+    start();
+    const auto queue = engines->live_queue();
+    for (const Case& hostile : cases) {
+        const int voice = engines->voices()->find(hostile.voice);
+        if (voice < 0)
+            continue; // an older engine
+        queue->submit(voice, 0, utterance_of(hostile.text));
+        queue->submit(english, 0, utterance_of(u"The next one."));
+        EXPECT_TRUE(queue->take(never)) << hostile.voice;
+        EXPECT_GT(queue->take(never)->rendering.samples.size(), 5'000U) << hostile.voice;
+    }
+}
+
+TEST_F(Helpers, AreNotBelievedIfTheyAreNone)
+{
+    // They are missing, end, echo, flood, and are silent.
+    for (const char* path :
+        { "/no/such/program", "/bin/true", "/bin/cat", "/usr/bin/yes", "/usr/bin/tail" }) {
+        SCOPED_TRACE(path);
+        start({ milliseconds(50), milliseconds(0) }, path);
+        EXPECT_TRUE(engines->voices()->tokens().empty());
+        const auto queue = engines->live_queue();
+        queue->submit(0, 0, utterance_of(u"To nobody."));
+        EXPECT_EQ(queue->take(never)->rendering.sample_rate, 0);
+    }
+}
+
+TEST_F(Helpers, ForgetWhatIsDroppedAndAreWokenFromAWait)
+{
+    start();
+    const auto queue = engines->live_queue();
+    for (int round = 0; round < 20; ++round) {
+        int submitted = 0;
+        for (; queue->wants_more(); ++submitted)
+            queue->submit(english, -10, utterance_of(std::u16string(400, u'a')));
+        EXPECT_GE(submitted, 4);
+        EXPECT_LE(submitted, 24);
+        queue->drop();
+        EXPECT_FALSE(queue->pending());
+        expect_all_in_order(*queue, 1, [](int) {});
+    }
+    for (const pid_t helper : child_processes())
+        kill(helper, SIGSTOP);
+    queue->submit(english, 0, utterance_of(sentence(1)));
+    std::atomic<bool> interrupted{ false };
+    auto taken = std::async(
+        std::launch::async, [&] { return queue->take([&] { return interrupted.load(); }); });
+    interrupted = true;
+    queue->wake();
+    EXPECT_FALSE(taken.get());
+    EXPECT_TRUE(queue->pending());
+}
+
+TEST_F(Helpers, AreConfined)
+{
+    start();
+    ASSERT_TRUE(wait_until([] { return helpers_run(1); }));
+    EXPECT_EQ(status_of(child_processes().front(), "NoNewPrivs"), "1");
+}
+
+TEST_F(Helpers, DieWithAProgramThatIsKilled)
+{
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t program = fork();
+    if (program == 0) {
+        start();
+        const auto queue = engines->live_queue();
+        wait_until([] { return helpers_run(2); });
+        const std::vector<pid_t> helpers = child_processes();
+        const bool told = write(ends[1], helpers.data(), 2 * sizeof(pid_t)) > 0;
+        kill(helpers[1], SIGSTOP);
+        while (told)
+            pause();
+        _exit(1);
+    }
+    pid_t helpers[2];
+    ASSERT_EQ(read(ends[0], helpers, sizeof helpers), static_cast<ssize_t>(sizeof helpers));
+    kill(program, SIGKILL);
+    waitpid(program, nullptr, 0);
+    for (const pid_t helper : helpers)
+        EXPECT_TRUE(wait_until([&] { return is_gone(helper); }));
+    close(ends[0]);
+    close(ends[1]);
+}
+
+} // namespace tessavox::voice
