@@ -204,6 +204,8 @@ public:
     virtual void set_AllowAudioOutputFormatChangesOnNextSet(bool allow) = 0;
 
     virtual std::int32_t EventInterests() const = 0;
+    /// Acts at once; a Speak that has begun without interest in phonemes, visemes or levels does
+    /// not make them any more.
     virtual void set_EventInterests(std::int32_t bits) = 0;
 };
 

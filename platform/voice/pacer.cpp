@@ -62,6 +62,7 @@ void Pacer::begin(const std::shared_ptr<Job>& job)
     m_stream.reset();
     m_finished = false;
     m_heard = m_taken = m_owed = m_heard_last_look = 0;
+    m_due = {};
     m_resting_since.reset();
     if (!job)
         return;
@@ -246,7 +247,8 @@ std::uint64_t Pacer::heard()
         m_heard = std::clamp(counted, m_heard, std::max(m_heard, m_taken));
         const auto start
             = static_cast<std::uint64_t>(m_job->format.rate * smooth_start.count() / 1000);
-        const bool has_sound = m_taken - m_heard > (m_finished ? 0 : start);
+        // A server that hangs takes nothing more, while the position may run on to what it has.
+        const bool has_sound = m_due.sound_waits || m_taken - m_heard > (m_finished ? 0 : start);
         m_has_moved = m_has_moved || m_heard > before;
         if (m_heard > before || m_sink_paused || !has_sound)
             m_moved_at = Wakeup::Clock::now();

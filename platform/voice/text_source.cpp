@@ -90,7 +90,7 @@ void TextSource::begin_utterance(
     segment.begin = m_composer.frame_of(0);
     const auto frame_of = [this](std::uint64_t sample) { return m_composer.frame_of(sample); };
     const int changed = spoken.voice != std::exchange(m_voice, spoken.voice) ? spoken.voice : -1;
-    piece.events = events_of(utterance, rendering, changed, frame_of, m_next_sequence);
+    piece.events = events_of(utterance, rendering, changed, m_interests, frame_of, m_next_sequence);
     for (const WordMark& mark : rendering.words)
         segment.words.push_back(frame_of(mark.frame));
     m_samples = std::move(rendering.samples);

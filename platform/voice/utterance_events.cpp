@@ -1,5 +1,7 @@
 #include "platform/voice/utterance_events.h"
 
+#include "platform/speech_voice.h"
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -34,15 +36,19 @@ std::int32_t milliseconds(std::uint64_t frames, int rate)
                     : 0;
 }
 
-void add_phones(const Rendering& rendering, Events& events)
+void add_phones(const Rendering& rendering, std::int32_t interests, Events& events)
 {
     for (std::size_t i = 0; i < rendering.phones.size(); ++i) {
         const PhoneMark& mark = rendering.phones[i];
         const PhoneMark next
             = i + 1 < rendering.phones.size() ? rendering.phones[i + 1] : PhoneMark();
         const std::int32_t duration = milliseconds(mark.frames, rendering.sample_rate);
-        events.add(mark.frame, PhonemeStarted{ duration, next.phone, mark.feature, mark.phone });
-        events.add(mark.frame, VisemeStarted{ duration, next.viseme, mark.feature, mark.viseme });
+        if ((interests & SVEPhoneme) != 0)
+            events.add(
+                mark.frame, PhonemeStarted{ duration, next.phone, mark.feature, mark.phone });
+        if ((interests & SVEViseme) != 0)
+            events.add(
+                mark.frame, VisemeStarted{ duration, next.viseme, mark.feature, mark.viseme });
     }
 }
 
@@ -67,7 +73,8 @@ void add_bookmarks(const Utterance& utterance, const Rendering& rendering, Event
 } // namespace
 
 std::vector<StreamEvent> events_of(const Utterance& utterance, const Rendering& rendering,
-    int changed_voice, const FrameOfSample& frame_of, std::uint64_t& next_sequence)
+    int changed_voice, std::int32_t interests, const FrameOfSample& frame_of,
+    std::uint64_t& next_sequence)
 {
     Events events(frame_of, next_sequence);
     const std::uint64_t first = rendering.words.empty() ? 0 : rendering.words.front().frame;
@@ -87,9 +94,10 @@ std::vector<StreamEvent> events_of(const Utterance& utterance, const Rendering& 
             WordStarted{ static_cast<std::int32_t>(token.source_begin),
                 static_cast<std::int32_t>(token.source_length) });
     }
-    add_phones(rendering, events);
-    append_levels(
-        rendering.samples, rendering.sample_rate, 1, frame_of, next_sequence, events.list());
+    add_phones(rendering, interests, events);
+    if ((interests & SVEAudioLevel) != 0)
+        append_levels(
+            rendering.samples, rendering.sample_rate, 1, frame_of, next_sequence, events.list());
     std::stable_sort(events.list().begin(), events.list().end(),
         [](const StreamEvent& a, const StreamEvent& b) { return a.frame < b.frame; });
     return std::move(events.list());

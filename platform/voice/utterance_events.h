@@ -15,11 +15,13 @@ namespace tessavox::voice {
 /// The frame of the output at which a sample of the rendering is heard.
 using FrameOfSample = std::function<std::uint64_t(std::uint64_t)>;
 
-/// All events of an utterance, by frame. `changed_voice` is the catalogue index of the voice that
+/// The events of an utterance, by frame; of phonemes, visemes and levels, which are most of all,
+/// only those that are among `interests`. `changed_voice` is the catalogue index of the voice that
 /// markup has just changed to, -1 if it has not. They get the sequence numbers from
 /// `next_sequence`, which rises by their count.
 std::vector<StreamEvent> events_of(const Utterance& utterance, const Rendering& rendering,
-    int changed_voice, const FrameOfSample& frame_of, std::uint64_t& next_sequence);
+    int changed_voice, std::int32_t interests, const FrameOfSample& frame_of,
+    std::uint64_t& next_sequence);
 
 /// The peaks of a stretch of sound, about 20 a second, as AudioLevel events.
 void append_levels(std::span<const std::int16_t> samples, int sample_rate, int channels,

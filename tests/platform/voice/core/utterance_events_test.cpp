@@ -97,7 +97,7 @@ TEST(UtteranceEvents, ABookmarkComesBeforeItsWordAtTheSameFrame)
     std::uint64_t sequence = 0;
     std::string told;
     for (const StreamEvent& event : events_of(
-             utterance, rendering, -1, [](std::uint64_t at) { return at; }, sequence)) {
+             utterance, rendering, -1, 0, [](std::uint64_t at) { return at; }, sequence)) {
         if (const auto* bookmark = std::get_if<BookmarkReached>(&event.happening))
             told += bookmark->name + "@" + std::to_string(event.frame) + " ";
         if (const auto* word = std::get_if<WordStarted>(&event.happening))
@@ -114,7 +114,7 @@ TEST(UtteranceEvents, AWordOfWhichNothingIsHeardIsNotTold)
     std::uint64_t sequence = 0;
     std::vector<std::int32_t> positions;
     for (const StreamEvent& event : events_of(
-             utterance, rendering, -1, [](std::uint64_t at) { return at; }, sequence))
+             utterance, rendering, -1, 0, [](std::uint64_t at) { return at; }, sequence))
         if (const auto* word = std::get_if<WordStarted>(&event.happening))
             positions.push_back(word->position);
     EXPECT_EQ(positions, std::vector<std::int32_t>{ 104 });
