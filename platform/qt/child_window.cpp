@@ -6,20 +6,29 @@
 #include "platform/qt/twips.h"
 
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QMdiSubWindow>
 #include <QScrollArea>
 
 namespace tessavox {
 
-namespace {
-
 /// Where the screen is too small for the controls of fixed size, the client area scrolls, and
 /// follows the focus. A pane that is larger than the screen itself moves nothing.
-class ClientScroll : public QScrollArea {
+/// What the form is told as its client area is what can be seen of it, not what can be scrolled to:
+/// so the pane and its scroll bar stay in sight, and the text wraps where the user can read it.
+class ChildWindow::ClientScroll : public QScrollArea {
 public:
     using QScrollArea::QScrollArea;
+    std::function<void()> sized;
 
 protected:
+    void resizeEvent(QResizeEvent* event) override
+    {
+        QScrollArea::resizeEvent(event);
+        if (widget()->isVisible() && sized)
+            sized();
+    }
+
     bool focusNextPrevChild(bool next) override
     {
         if (!QAbstractScrollArea::focusNextPrevChild(next))
@@ -32,8 +41,6 @@ protected:
     }
 };
 
-} // namespace
-
 class ChildWindow::SubWindow : public QMdiSubWindow {
 public:
     SubWindow()
@@ -44,6 +51,10 @@ public:
         scroll.setFocusPolicy(Qt::NoFocus);
         scroll.setWidgetResizable(true);
         scroll.setWidget(&canvas);
+        // The places of the controls count from the left in every language, so what sticks out does
+        // so at the right.
+        scroll.setLayoutDirection(Qt::LeftToRight);
+        canvas.setLayoutDirection(QGuiApplication::layoutDirection());
         setWidget(&scroll);
         setAttribute(Qt::WA_DeleteOnClose, false);
         // Were it a stop of the tab key, a screen reader would be told of the frame instead of the
@@ -51,7 +62,7 @@ public:
         setFocusPolicy(Qt::ClickFocus);
     }
 
-    QScrollArea& scroll;
+    ClientScroll& scroll;
     ClientArea& canvas;
     ChildWindow* owner = nullptr;
 
@@ -68,7 +79,7 @@ protected:
             return;
         owner->user_changes_state();
         if (owner && owner->m_area)
-            owner->m_area->window_changed();
+            owner->m_area->window_changed(*this);
     }
 };
 
@@ -84,11 +95,13 @@ ChildWindow::ChildWindow(
     , m_window(*window.release())
 {
     m_window.owner = this;
-    m_window.canvas.sized = [this] { client_sized(); };
+    m_window.canvas.sized = m_window.scroll.sized = [this] { client_sized(); };
     m_window.canvas.restyled = [this] { views().redraw_all(); };
-    area.add(m_window, [this] { user_activates(); });
+    area.add(m_window, m_window.canvas, [this] { user_activates(); });
     m_window.hide(); // until the form is loaded
-    resize_to({ to_pixels(form.Width), to_pixels(form.Height) });
+    const QMargins frame = m_window.contentsMargins();
+    const QSize design(to_pixels(form.Width), to_pixels(form.Height));
+    resize_to(design.grownBy(frame));
 }
 
 ChildWindow::~ChildWindow()
@@ -106,10 +119,18 @@ void ChildWindow::leave_area()
 void ChildWindow::detach()
 {
     m_window.owner = nullptr;
-    m_window.canvas.sized = nullptr;
+    m_window.canvas.sized = m_window.scroll.sized = nullptr;
     m_window.canvas.restyled = nullptr;
     leave_area();
     QtFormWindow::detach();
+}
+
+void ChildWindow::focus(Control& control)
+{
+    const QMdiSubWindow* front = m_area ? m_area->activeSubWindow() : nullptr;
+    if (front && front != &m_window)
+        throw Failure(control.name() + " can't take the focus: another document is in front");
+    QtFormWindow::focus(control);
 }
 
 void ChildWindow::bring_forward()
@@ -131,7 +152,7 @@ void ChildWindow::control_changed()
         m_area->about_to_hide(m_window);
     QtFormWindow::control_changed();
     if (m_area)
-        m_area->window_changed();
+        m_area->window_changed(m_window);
 }
 
 void ChildWindow::resize_to(const QSize& pixels)
@@ -152,7 +173,7 @@ void ChildWindow::client_sized()
     // The form asks for the size of the area as well, so that is reported first.
     if (m_area->resized)
         m_area->resized();
-    report_client_size(m_window.canvas.size());
+    report_client_size(m_window.scroll.viewport()->size());
     if (m_extent_is_known || !form())
         return;
     m_extent_is_known = true;

@@ -16,11 +16,15 @@ public:
     ChildWindow(Form& form, MessageGate& gate, DocumentArea& area);
     ~ChildWindow() override;
 
+    /// @throws Failure also while another document is in front, which must stay there: one that is
+    /// only laid out would come forward by it.
+    void focus(Control& control) override;
     void bring_forward() override;
     void control_changed() override;
     void detach() override;
 
 private:
+    class ClientScroll;
     class SubWindow;
     ChildWindow(
         Form& form, MessageGate& gate, DocumentArea& area, std::unique_ptr<SubWindow> window);

@@ -25,9 +25,9 @@ DocumentArea::~DocumentArea()
     disconnect(this, nullptr, this, nullptr);
 }
 
-void DocumentArea::add(QMdiSubWindow& window, std::function<void()> activated)
+void DocumentArea::add(QMdiSubWindow& window, QWidget& content, std::function<void()> activated)
 {
-    m_documents.push_back({ &window, std::move(activated) });
+    m_documents.push_back({ &window, &content, std::move(activated), false });
     addSubWindow(&window);
 }
 
@@ -59,10 +59,61 @@ void DocumentArea::show_first(QMdiSubWindow& window)
         window.show();
 }
 
-void DocumentArea::window_changed()
+void DocumentArea::window_changed(QMdiSubWindow& window)
 {
+    Document* document = document_of(&window);
+    const bool is_normal
+        = window.windowState() == Qt::WindowNoState || window.windowState() == Qt::WindowActive;
+    if (document && is_normal && !window.isHidden() && !document->was_normal) {
+        // Its place is settled only after this change.
+        QMetaObject::invokeMethod(
+            &window, [this, &window] { bring_into_sight(window); }, Qt::QueuedConnection);
+    }
+    cover_soon();
     if (retitled)
         retitled();
+}
+
+// Only before the user has moved it. The toolkit places a window by the size that it has before it
+// is laid out.
+void DocumentArea::bring_into_sight(QMdiSubWindow& window)
+{
+    Document* document = document_of(&window);
+    if (!document || window.isMaximized() || window.isMinimized())
+        return;
+    document->was_normal = true;
+    const QRect room = viewport()->rect();
+    window.resize(window.size().boundedTo(room.size()));
+    const QPoint last(room.width() - window.width(), room.height() - window.height());
+    window.move(std::min(window.x(), last.x()), std::min(window.y(), last.y()));
+}
+
+// Once it is settled which window is in front: while one comes forward, the focus is still in the
+// one before, and hiding that would hand it to any other.
+void DocumentArea::cover_soon()
+{
+    if (std::exchange(m_cover_is_due, true))
+        return;
+    QMetaObject::invokeMethod(
+        this, [this] { hide_what_is_covered(); }, Qt::QueuedConnection);
+}
+
+void DocumentArea::hide_what_is_covered()
+{
+    m_cover_is_due = false;
+    const QMdiSubWindow* front = currentSubWindow();
+    const bool fills = front && !front->isHidden() && front->isMaximized();
+    for (const Document& document : m_documents) {
+        const bool is_covered = fills && document.window != front;
+        document.content->setVisible(!is_covered);
+    }
+}
+
+DocumentArea::Document* DocumentArea::document_of(const QMdiSubWindow* window)
+{
+    const auto found = std::find_if(m_documents.begin(), m_documents.end(),
+        [&](const Document& document) { return document.window == window; });
+    return found == m_documents.end() ? nullptr : &*found;
 }
 
 QString DocumentArea::maximised_title() const
@@ -97,13 +148,25 @@ bool DocumentArea::viewportEvent(QEvent* event)
 
 void DocumentArea::came_forward(QMdiSubWindow* window)
 {
-    const auto found = std::find_if(m_documents.begin(), m_documents.end(),
-        [&](const Document& document) { return document.window == window; });
-    if (found != m_documents.end()) {
-        const auto activated = found->activated; // it may close the window
+    if (const Document* document = document_of(window)) {
+        uncover(*document);
+        cover_soon();
+        const auto activated = document->activated; // it may close the window
         activated();
     }
-    window_changed();
+    if (retitled)
+        retitled();
+}
+
+// What was hidden could not take the focus back.
+void DocumentArea::uncover(const Document& document)
+{
+    QWidget& content = *document.content;
+    if (!content.isHidden())
+        return;
+    content.show();
+    if (QWidget* focused = content.focusWidget())
+        focused->setFocus(Qt::ActiveWindowFocusReason);
 }
 
 // Arranging ---------------------------------------------------------------------------------------

@@ -14,7 +14,8 @@ class QMenu;
 namespace tessavox {
 
 /// Knows the windows of the documents in the order of their making, which one is in front, and
-/// which fills the area. The windows belong to it, but each says itself when it comes and goes.
+/// which fills the area. What that one covers is hidden, so that assistive technologies don't take
+/// it for shown. The windows belong to it, but each says itself when it comes and goes.
 class DocumentArea : public QMdiArea, public DocumentArrangement {
 public:
     explicit DocumentArea(QWidget* parent);
@@ -25,8 +26,9 @@ public:
     /// maximised_title() may have changed.
     std::function<void()> retitled;
 
-    /// `activated` runs whenever the window comes to the front, with its content already shown.
-    void add(QMdiSubWindow& window, std::function<void()> activated);
+    /// `content` is all that is in the window. `activated` runs whenever the window comes to the
+    /// front, with its content already shown.
+    void add(QMdiSubWindow& window, QWidget& content, std::function<void()> activated);
     void remove(QMdiSubWindow& window);
     void bring_forward(QMdiSubWindow& window);
     /// A window is about to hide for good. If it fills the area, the next one will as well.
@@ -34,7 +36,7 @@ public:
     /// The first document fills the area, and others do as the one before them does.
     void show_first(QMdiSubWindow& window);
     /// A window's state or title has changed.
-    void window_changed();
+    void window_changed(QMdiSubWindow& window);
 
     /// The title of the document that fills the area; empty if none does.
     QString maximised_title() const;
@@ -49,8 +51,15 @@ protected:
 private:
     struct Document {
         QMdiSubWindow* window;
+        QWidget* content;
         std::function<void()> activated;
+        bool was_normal = false;
     };
+    Document* document_of(const QMdiSubWindow* window);
+    void bring_into_sight(QMdiSubWindow& window);
+    void uncover(const Document& document);
+    void cover_soon();
+    void hide_what_is_covered();
     void came_forward(QMdiSubWindow* window);
     void tile(Arrangement direction);
     void arrange_icons();
@@ -58,6 +67,7 @@ private:
     std::vector<Document> m_documents;
     std::vector<QAction*> m_listed;
     bool m_next_is_maximised = false;
+    bool m_cover_is_due = false;
 };
 
 } // namespace tessavox

@@ -6,6 +6,7 @@
 #include "platform/failure.h"
 #include "platform/qt/child_widget.h"
 #include "platform/qt/text_conversion.h"
+#include "platform/qt/twips.h"
 
 #include <QAction>
 #include <QDateTime>
@@ -41,7 +42,11 @@ protected:
     void paintEvent(QPaintEvent*) override
     {
         QPainter painter(this);
-        painter.drawText(contentsRect(), Qt::AlignVCenter | Qt::AlignLeft,
+        // A date in Latin letters keeps its order in a window that runs from right to left.
+        painter.setLayoutDirection(text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+        painter.drawText(contentsRect(),
+            QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignAbsolute
+                | Qt::AlignVCenter,
             fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()));
     }
 };
@@ -174,7 +179,7 @@ QMenu* MenuViews::menu_of(const std::string& name) const
 
 ToolBarView::ToolBarView(ToolBar& control, QMainWindow& window)
     : m_control(&control)
-    , m_bar(*window.addToolBar(to_qt(control.name())))
+    , m_bar(*window.addToolBar("Tool bar"))
 {
     m_bar.setObjectName(to_qt(control.name()));
     m_bar.setMovable(false);
@@ -221,8 +226,10 @@ StatusBarView::StatusBarView(StatusBar& control, QMainWindow& window)
     for (const StatusBar::Panel& panel : control.panels()) {
         m_panels.push_back(&make_child<ElidedLabel>(&m_bar));
         m_panels.back()->setObjectName(to_qt(control.name() + "." + panel.key));
+        m_panels.back()->setMaximumWidth(to_pixels(panel.width));
         m_bar.addWidget(m_panels.back(), static_cast<int>(panel.width));
     }
+    m_bar.addWidget(&make_child<QWidget>(&m_bar), 1); // takes the rest
     m_minute.setSingleShot(true);
     m_minute.setTimerType(Qt::PreciseTimer);
     connect(&m_minute, &QTimer::timeout, this, [this] { show_clock(); });

@@ -65,7 +65,9 @@ private:
     std::vector<QAction*> m_actions;
 };
 
-/// Panels share the bar's width in proportion to their twips, so a narrow screen shows all of them.
+/// Panels have the widths of their design, and the rest of the bar stays empty, so that a text is
+/// always found in the same place. A bar too narrow for them is shared in proportion: together they
+/// are wider than many screens, and cutting the last ones off would take the clock away.
 /// Date and time panels keep themselves right by one wake-up a minute, while they are on screen.
 class StatusBarView : public QObject, public ControlView {
 public:

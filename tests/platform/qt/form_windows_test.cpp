@@ -8,6 +8,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -79,8 +80,13 @@ TEST_F(Windows, AWindowTooSmallForTheControlsScrolls)
     window("DemoChild").showNormal();
     window("DemoChild").resize(150, 120);
     desktop.settle();
-    EXPECT_GE(child->ScaleWidth(), child->button.Width());
-    EXPECT_GE(child->ScaleHeight() + twips_per_pixel, child->stop.Top() + child->stop.Height());
+    const auto& scroll = dynamic_cast<QScrollArea&>(*window("DemoChild").widget());
+    const QSize seen = scroll.viewport()->size();
+    EXPECT_EQ(child->ScaleWidth(), to_twips(seen.width()));
+    EXPECT_EQ(child->ScaleHeight(), to_twips(seen.height()));
+    EXPECT_GE(to_twips(scroll.widget()->width()), child->button.Width());
+    EXPECT_GE(to_twips(scroll.widget()->height()) + twips_per_pixel,
+        child->stop.Top() + child->stop.Height());
 }
 
 TEST_F(Windows, AChildMayRefuseToCloseAndGoesWhenItAgrees)
@@ -121,15 +127,28 @@ TEST_F(Windows, AChildMayCloseItselfFromItsOwnHandlersAndAnotherBecomesActive)
     EXPECT_EQ(first->activations, 2);
     EXPECT_TRUE(window("first").isMaximized()); // as the one before it was
     window("first").showNormal();
-    EXPECT_GE(window("first").width(), 500); // and its own size is still the design's
+    desktop.settle();
+    EXPECT_EQ(first->ScaleWidth(), 9000); // and its own size is still the design's
 }
 
 TEST_F(Windows, TheUserActivatesAndMinimisesDocuments)
 {
     const auto first = desktop.open("first");
     const auto second = desktop.open("second");
+    desktop.settle();
+    const auto& covered = *window("first").findChild<QWidget*>("SpeakBtn");
+    const auto& in_front = *window("second").findChild<QWidget*>("SpeakBtn");
+    EXPECT_FALSE(covered.isVisible()); // or a screen reader could press it
+    EXPECT_TRUE(in_front.isVisible());
     area().setActiveSubWindow(&window("first"));
     desktop.settle();
+    EXPECT_TRUE(covered.isVisible());
+    EXPECT_FALSE(in_front.isVisible());
+    second->on_resize = [&] { attempt([&] { second->text.SetFocus(); }); };
+    window("first").showNormal(); // uncovers the second, and it is laid out
+    desktop.settle();
+    EXPECT_TRUE(in_front.isVisible());
+    EXPECT_TRUE(area().viewport()->rect().contains(window("second").geometry()));
     EXPECT_EQ(desktop.forms.active_child(), first.get());
     EXPECT_EQ(first->activations, 2);
     window("first").showMinimized();
