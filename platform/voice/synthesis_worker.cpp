@@ -4,7 +4,15 @@
 #include "platform/voice/text_source.h"
 #include "platform/voice/wave_source.h"
 
+#include <malloc.h>
+
 namespace tessavox::voice {
+
+namespace {
+
+constexpr std::size_t large_units = 1'000'000; // a save of minutes
+
+} // namespace
 
 SynthesisWorker::SynthesisWorker(SpeechEngines& engines, Playback& playback, EventQueue& events)
     : m_engines(engines)
@@ -15,8 +23,13 @@ SynthesisWorker::SynthesisWorker(SpeechEngines& engines, Playback& playback, Eve
 
 void SynthesisWorker::run()
 {
-    while (const std::shared_ptr<Job> job = m_playback.take_job())
+    while (std::shared_ptr<Job> job = m_playback.take_job()) {
         speak(job);
+        const bool large = job->file && job->text.size() > large_units;
+        job.reset();
+        if (large)
+            malloc_trim(0); // the allocator keeps what many small pieces have left
+    }
 }
 
 void SynthesisWorker::speak(const std::shared_ptr<Job>& job)
