@@ -19,9 +19,11 @@ public:
     }
     void run()
     {
-        // The end of the job shows here first when it ended by itself.
-        while (m_playback.holds(m_job)) {
+        for (;;) {
+            // Looked at before the job is, so that its end is never waited through: that raises it.
             const int seen = std::exchange(m_seen, m_playback.order_version());
+            if (!m_playback.holds(m_job))
+                return;
             if (seen != m_seen)
                 take_orders();
             if (m_rate_changed)
