@@ -42,20 +42,19 @@ void Handshake::remember_clipboard()
     lastClipboardText = text.empty() ? TextSlice() : marked_as_read(text);
 }
 
-/// Whether the file is there; otherwise its lines are those of the one read before. That one is
-/// missing is told once, not some hundred times a second.
+/// Whether the file has lines; otherwise they are those of the one read before. That one is missing
+/// or is no text of ours is told once, not some hundred times a second.
 bool Handshake::is_read(const char* file)
 {
     const std::string path = m_process.ConfigFolder + file;
-    const auto is_there = [&] { return attempt([&] { m_process.platform.files.read(path); }); };
-    if (m_missing.contains(file) && !is_there())
+    if (m_unreadable.contains(file) && !m_text_file.can_read(path))
         return false;
     if (!m_text_file.ReadFromFile(path).empty()) {
-        m_missing.erase(file);
+        m_unreadable.erase(file);
         return true;
     }
-    if (!is_there())
-        m_missing.insert(file);
+    if (!m_text_file.can_read(path))
+        m_unreadable.insert(file);
     return false;
 }
 

@@ -36,7 +36,7 @@ private:
     Process& m_process;
     MainControls& m_main;
     PCCFile& m_text_file;
-    std::set<std::string> m_missing; // files whose absence has been told
+    std::set<std::string> m_unreadable; // files about which a message has come
     /// The clipboard's text as read last, with the blank that marks it as read.
     TextSlice lastClipboardText;
 };

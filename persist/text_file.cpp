@@ -22,6 +22,12 @@ try {
     return {};
 }
 
+bool PCCFile::can_read(const std::string& path) const
+{
+    PCCFile other(*this);
+    return attempt([&] { other.read_lines(other.m_files.read(path)); });
+}
+
 std::string PCCFile::read_lines(const std::string& bytes)
 {
     std::string result;

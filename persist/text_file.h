@@ -34,6 +34,8 @@ public:
     /// empty text; the lines and the count of the read before stay, as far as they weren't
     /// replaced.
     std::string ReadFromFile(const std::string& path);
+    /// Whether ReadFromFile would take the file. No message comes, and nothing changes.
+    bool can_read(const std::string& path) const;
 
     /// A line of the last read, counted from 1. Empty where there is none.
     std::string FileText(std::int16_t number) const;
