@@ -4,6 +4,7 @@
 #include "platform/voice/rendering/helper_process.h"
 #include "platform/voice/rendering/wake_signal.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <memory>
@@ -48,7 +49,9 @@ public:
     const HelperPatience& patience() const { return m_patience; }
     /// Never waits. The one in reserve arrives at once.
     void order(const std::shared_ptr<Orders>& orders);
-    /// Takes one back that nobody needs any more.
+    /// A number that no job of any queue has had, and higher than those.
+    std::uint64_t next_job() { return ++m_last_job; }
+    /// Takes one back that nobody needs any more. It may still owe answers to what was dropped.
     void give_back(std::unique_ptr<HelperProcess> helper);
 
 private:
@@ -59,6 +62,7 @@ private:
 
     const std::string m_path;
     const HelperPatience m_patience;
+    std::atomic<std::uint64_t> m_last_job{ 0 };
     std::mutex m_mutex; // guards what follows
     std::condition_variable m_changed;
     std::optional<std::vector<SpeechObjectToken>> m_voices;

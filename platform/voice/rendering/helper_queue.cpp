@@ -69,8 +69,7 @@ HelperQueue::~HelperQueue()
 {
     drop();
     for (auto& helper : m_helpers)
-        if (helper->jobs().empty())
-            m_pool.give_back(std::move(helper));
+        m_pool.give_back(std::move(helper));
 }
 
 bool HelperQueue::wants_more() const
@@ -86,7 +85,7 @@ bool HelperQueue::wants_more() const
 void HelperQueue::submit(int voice, int rate, Utterance utterance)
 {
     Job& job = m_jobs.emplace_back();
-    job.number = m_next_number++;
+    job.number = m_pool.next_job();
     job.voice = voice;
     job.rate = std::clamp(rate, -10, 10);
     job.result.utterance = std::move(utterance);

@@ -51,7 +51,6 @@ private:
     std::size_t m_ordered = 0; // and not arrived
     std::vector<std::unique_ptr<HelperProcess>> m_helpers;
     std::deque<Job> m_jobs;
-    std::uint64_t m_next_number = 1;
     WakeSignal m_woken;
 };
 
