@@ -52,10 +52,11 @@ EndSignals::EndSignals(const MessageGate& gate, std::function<void()> end)
     write_end = ends[1];
     auto& notifier = make_child<QSocketNotifier>(m_read_end, QSocketNotifier::Read, this);
     connect(&notifier, &QSocketNotifier::activated, this, [this] { take_signals(); });
-    // Only the loop itself knows when a handler has returned to it.
+    // Only the loop itself knows when a handler has returned to it. While one runs the loop may
+    // rest: a call posted then would wake it for nothing, again and again.
     connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
         [this] {
-            if (m_is_wanted)
+            if (may_end())
                 QMetaObject::invokeMethod(
                     this, [this] { end_if_wanted(); }, Qt::QueuedConnection);
         });
@@ -76,10 +77,15 @@ void EndSignals::take_signals()
         m_is_wanted = !m_is_ending;
 }
 
-void EndSignals::end_if_wanted()
+bool EndSignals::may_end() const
 {
     const bool is_between_handlers = QThread::currentThread()->loopLevel() == 1;
-    if (!m_is_wanted || !is_between_handlers || m_gate.is_shut())
+    return m_is_wanted && is_between_handlers && !m_gate.is_shut();
+}
+
+void EndSignals::end_if_wanted()
+{
+    if (!may_end())
         return;
     m_is_wanted = false;
     m_is_ending = true;

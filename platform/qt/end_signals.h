@@ -19,6 +19,7 @@ public:
     ~EndSignals() override;
 
 private:
+    bool may_end() const;
     void take_signals();
     void end_if_wanted();
 
