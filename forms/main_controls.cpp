@@ -83,6 +83,9 @@ MainControls::MainControls(Forms& forms)
 {
     Tag = product_title_id;
     Toolbar2.Visible = false;
+    sbStatusBar.Caption = "Status bar";
+    sbStatusBar.Tag = "2313";
+    tbToolBar.Caption = "Tool bar";
     add_rule(tbToolBar.Enabled, while_idle);
     add_rule(Toolbar2.Enabled, while_idle);
     add_menus();

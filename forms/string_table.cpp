@@ -172,6 +172,8 @@ constexpr StringRow neutral_rows[] = {
         "Text files (*.txt)|*.txt|Ini Files (*.ini)|*.ini|Registry Files (*.log)|*.log|"
         "Batch File (*.bat)|*.bat|All files (*.*)|*.*" },
     { 2311, "Read and Save the text in clipboard into Wav file" },
+    { 2312, "Tool bar" },
+    { 2313, "Status bar" },
 };
 
 constexpr bool by_number(const StringRow& left, const StringRow& right)

@@ -179,7 +179,7 @@ QMenu* MenuViews::menu_of(const std::string& name) const
 
 ToolBarView::ToolBarView(ToolBar& control, QMainWindow& window)
     : m_control(&control)
-    , m_bar(*window.addToolBar("Tool bar"))
+    , m_bar(*window.addToolBar(QString()))
 {
     m_bar.setObjectName(to_qt(control.name()));
     m_bar.setMovable(false);
@@ -205,6 +205,7 @@ void ToolBarView::control_changed()
 {
     if (!m_control)
         return;
+    m_bar.setWindowTitle(to_qt(m_control->Caption)); // what assistive technologies call it
     m_bar.setVisible(m_control->Visible && !m_actions.empty());
     m_bar.setEnabled(m_control->Enabled);
     for (std::size_t i = 0; i < m_actions.size(); ++i) {
@@ -222,7 +223,6 @@ StatusBarView::StatusBarView(StatusBar& control, QMainWindow& window)
     , m_bar(*window.statusBar())
 {
     m_bar.setObjectName(to_qt(control.name()));
-    m_bar.setAccessibleName("Status");
     for (const StatusBar::Panel& panel : control.panels()) {
         m_panels.push_back(&make_child<ElidedLabel>(&m_bar));
         m_panels.back()->setObjectName(to_qt(control.name() + "." + panel.key));
@@ -248,6 +248,7 @@ void StatusBarView::control_changed()
 {
     if (!m_control)
         return;
+    m_bar.setAccessibleName(to_qt(m_control->Caption));
     m_bar.setVisible(m_control->Visible);
     m_bar.setEnabled(m_control->Enabled);
     for (std::size_t i = 0; i < m_panels.size(); ++i) {
