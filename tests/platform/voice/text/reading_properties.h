@@ -174,9 +174,15 @@ private:
             const Markup markup = may_begin ? scanner.scan(at) : Markup();
             cdata_end = std::max(cdata_end, markup.content_end);
             at = markup.kind == Markup::Kind::none ? at + 1 : markup.end;
-            if (markup.name == u"bookmark" && markup.kind != Markup::Kind::end_tag
-                && !scanner.attributes().empty() && scanner.attributes()[0].name == u"mark")
-                written.push_back(to_utf8(decoded_value(scanner.attributes()[0].value)));
+            if (lower_ascii(to_utf8(markup.name)) != "bookmark"
+                || markup.kind == Markup::Kind::end_tag)
+                continue;
+            for (const MarkupAttribute& attribute : scanner.attributes()) {
+                if (lower_ascii(to_utf8(attribute.name)) != "mark")
+                    continue;
+                written.push_back(to_utf8(decoded_value(attribute.value)));
+                break;
+            }
         }
         if (found != written)
             complain("bookmarks are lost or out of order");
