@@ -169,26 +169,34 @@ private:
     bool m_complete;
 };
 
+/// What argument number `index` of a call is compared with; the library's own words for this are C
+/// only.
+scmp_arg_cmp argument(
+    unsigned index, scmp_compare comparison, scmp_datum_t first, scmp_datum_t second = 0)
+{
+    return { index, comparison, first, second };
+}
+
 void allow_opening_to_read(Filter& filter)
 {
     constexpr scmp_datum_t writes = O_ACCMODE | O_CREAT | O_TRUNC;
-    filter.allow(SCMP_SYS(open), SCMP_A1(SCMP_CMP_MASKED_EQ, writes, O_RDONLY));
-    filter.allow(SCMP_SYS(openat), SCMP_A2(SCMP_CMP_MASKED_EQ, writes, O_RDONLY));
+    filter.allow(SCMP_SYS(open), argument(1, SCMP_CMP_MASKED_EQ, writes, O_RDONLY));
+    filter.allow(SCMP_SYS(openat), argument(2, SCMP_CMP_MASKED_EQ, writes, O_RDONLY));
 }
 
 void allow_threads(Filter& filter)
 {
-    filter.allow(SCMP_SYS(clone), SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD));
+    filter.allow(SCMP_SYS(clone), argument(0, SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD));
 }
 
 // What concerns this process, and no other.
 void allow_own(Filter& filter)
 {
     const auto self = static_cast<scmp_datum_t>(getpid());
-    filter.allow(SCMP_SYS(tgkill), SCMP_A0(SCMP_CMP_EQ, self)); // abort()
-    filter.allow(SCMP_SYS(kill), SCMP_A0(SCMP_CMP_EQ, self));
+    filter.allow(SCMP_SYS(tgkill), argument(0, SCMP_CMP_EQ, self)); // abort()
+    filter.allow(SCMP_SYS(kill), argument(0, SCMP_CMP_EQ, self));
     constexpr scmp_datum_t none = 0; // limits are asked for, not set
-    filter.allow(SCMP_SYS(prlimit64), SCMP_A0(SCMP_CMP_EQ, 0), SCMP_A2(SCMP_CMP_EQ, none));
+    filter.allow(SCMP_SYS(prlimit64), argument(0, SCMP_CMP_EQ, 0), argument(2, SCMP_CMP_EQ, none));
     // A filter cannot look into the structure that this one takes.
     filter.hide(SCMP_SYS(clone3));
 }
