@@ -140,7 +140,7 @@ void MenuViews::draw(Entry& entry)
     if (entry.caption != item.Caption.get()) {
         entry.caption = item.Caption;
         entry.action->setSeparator(separator);
-        entry.action->setText(to_qt(item.Caption).trimmed());
+        entry.action->setText(separator ? QString() : to_qt(item.Caption).trimmed());
     }
     if (!entry.menu && entry.shortcut != item.Shortcut) {
         entry.shortcut = item.Shortcut;
