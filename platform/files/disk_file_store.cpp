@@ -1,6 +1,7 @@
 #include "platform/files/disk_file_store.h"
 
 #include "platform/failure.h"
+#include "platform/text_limits.h"
 
 #include <array>
 #include <cerrno>
@@ -20,7 +21,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t largest_file_bytes = std::size_t(64) << 20;
 constexpr std::size_t largest_note_bytes = 1024;
 constexpr std::size_t most_notes = 16;
 
@@ -87,7 +87,7 @@ bool write_at(int file, const std::string& bytes, off_t offset)
 std::string read_all(const OpenFile& file, const std::string& path)
 {
     const struct stat status = status_of(file, path);
-    if (static_cast<std::uintmax_t>(status.st_size) > largest_file_bytes)
+    if (static_cast<std::uintmax_t>(status.st_size) > most_text_bytes)
         refuse(path, "is too large");
     std::string bytes;
     bytes.reserve(static_cast<std::size_t>(status.st_size));
@@ -101,7 +101,7 @@ std::string read_all(const OpenFile& file, const std::string& path)
         if (count == 0)
             return bytes;
         bytes.append(piece.data(), static_cast<std::size_t>(count));
-        if (bytes.size() > largest_file_bytes)
+        if (bytes.size() > most_text_bytes)
             refuse(path, "is too large");
     }
 }
