@@ -2,13 +2,56 @@
 
 #include "platform/failure.h"
 
-#include <array>
+#include <algorithm>
+#include <concepts>
 #include <cstring>
 #include <type_traits>
 
 namespace tessavox::voice {
 
 namespace {
+
+template <class Type>
+concept Sequence = requires(Type sequence)
+{
+    sequence.push_back(*sequence.begin());
+};
+
+template <class Type>
+concept Plain = std::is_trivially_copyable_v<typename Type::value_type>;
+
+template <class Type, class Kind>
+concept Some = std::same_as<std::remove_const_t<Type>, Kind>;
+
+// What travels of each kind, in its order: the same list writes a message and reads it.
+
+void carry(auto& wire, Some<SpeechStyle> auto& style)
+{
+    wire(style.rate, style.pitch, style.emphasis, style.spell, style.speak_punctuation);
+}
+
+void carry(auto& wire, Some<ContextHint> auto& hint)
+{
+    wire(hint.begin, hint.length, hint.context);
+}
+
+void carry(auto& wire, Some<WireRequest> auto& request)
+{
+    auto& utterance = request.utterance;
+    wire(request.voice_id, request.rate, utterance.text, utterance.tokens, utterance.pronunciation,
+        utterance.ends_sentence, utterance.style, utterance.contexts);
+}
+
+void carry(auto& wire, Some<Rendering> auto& rendering)
+{
+    wire(rendering.sample_rate, rendering.samples, rendering.words, rendering.phones);
+}
+
+void carry(auto& wire, Some<SpeechObjectToken> auto& voice)
+{
+    wire(voice.id, voice.description, voice.name, voice.gender, voice.age, voice.language,
+        voice.vendor);
+}
 
 class Writer {
 public:
@@ -17,20 +60,24 @@ public:
     {
     }
 
-    template <class Number> void number(Number value)
-    {
-        static_assert(std::is_arithmetic_v<Number>);
-        raw(&value, sizeof value);
-    }
-
-    template <class Sequence> void sequence(const Sequence& items)
-    {
-        static_assert(std::is_trivially_copyable_v<typename Sequence::value_type>);
-        number(static_cast<std::uint32_t>(items.size()));
-        raw(items.data(), items.size() * sizeof(typename Sequence::value_type));
-    }
+    template <class... Values> void operator()(const Values&... values) { (put(values), ...); }
 
 private:
+    template <class Value> void put(const Value& value)
+    {
+        if constexpr (std::is_arithmetic_v<Value>) {
+            raw(&value, sizeof value);
+        } else if constexpr (Sequence<Value>) {
+            put(static_cast<std::uint32_t>(value.size()));
+            if constexpr (Plain<Value>)
+                raw(value.data(), value.size() * sizeof(typename Value::value_type));
+            else
+                std::ranges::for_each(value, [this](const auto& each) { put(each); });
+        } else {
+            carry(*this, value);
+        }
+    }
+
     void raw(const void* data, std::size_t size)
     {
         const auto* bytes = static_cast<const std::byte*>(data);
@@ -47,34 +94,7 @@ public:
     {
     }
 
-    template <class Number> Number number()
-    {
-        static_assert(std::is_arithmetic_v<Number>);
-        Number value;
-        raw(&value, sizeof value);
-        return value;
-    }
-
-    int number_between(int lowest, int highest)
-    {
-        const auto value = number<std::int32_t>();
-        if (value < lowest || value > highest)
-            throw Failure("a number out of its range in a message");
-        return value;
-    }
-
-    bool flag() { return number_between(0, 1) != 0; }
-
-    template <class Sequence> Sequence sequence()
-    {
-        using Item = typename Sequence::value_type;
-        const auto count = number<std::uint32_t>();
-        if (count > m_rest.size() / sizeof(Item))
-            throw Failure("a message ends too soon");
-        Sequence items(count, Item());
-        raw(items.data(), count * sizeof(Item));
-        return items;
-    }
+    template <class... Values> void operator()(Values&... values) { (get(values), ...); }
 
     void end() const
     {
@@ -83,6 +103,31 @@ public:
     }
 
 private:
+    template <class Value> void get(Value& value)
+    {
+        if constexpr (std::same_as<Value, bool>) {
+            std::uint8_t number = 0;
+            get(number);
+            value = number != 0;
+        } else if constexpr (std::is_arithmetic_v<Value>) {
+            raw(&value, sizeof value);
+        } else if constexpr (Sequence<Value>) {
+            std::uint32_t count = 0;
+            get(count);
+            // Of what is no plain sequence each item takes a byte at least.
+            if (count > m_rest.size() / (Plain<Value> ? sizeof(typename Value::value_type) : 1))
+                throw Failure("a message ends too soon");
+            value.resize(Plain<Value> ? count : 0);
+            if constexpr (Plain<Value>)
+                raw(value.data(), count * sizeof(typename Value::value_type));
+            else
+                for (; count > 0; --count)
+                    get(value.emplace_back());
+        } else {
+            carry(*this, value);
+        }
+    }
+
     void raw(void* data, std::size_t size)
     {
         if (size > m_rest.size())
@@ -95,178 +140,92 @@ private:
     std::span<const std::byte> m_rest;
 };
 
-// Leaves room for the header and fills it in when the message after it is complete.
-class Message {
-public:
-    Message(WireBytes& out, std::uint64_t job)
-        : m_out(out)
-        , m_begin(out.size())
-        , m_job(job)
-    {
-        out.resize(out.size() + sizeof(WireHeader));
-    }
-    void complete()
-    {
-        WireHeader header;
-        header.job = m_job;
-        header.length = static_cast<std::uint32_t>(m_out.size() - m_begin - sizeof header);
-        std::memcpy(m_out.data() + m_begin, &header, sizeof header);
-    }
-
-private:
-    WireBytes& m_out;
-    std::size_t m_begin;
-    std::uint64_t m_job;
-};
-
-void write_style(Writer& writer, const SpeechStyle& style)
+void require(bool holds, const char* otherwise)
 {
-    writer.number(std::int32_t{ style.rate });
-    writer.number(std::int32_t{ style.pitch });
-    writer.number(std::int32_t{ style.emphasis });
-    writer.number(std::int32_t{ style.spell });
-    writer.number(std::int32_t{ style.speak_punctuation });
+    if (!holds)
+        throw Failure(otherwise);
 }
 
-SpeechStyle read_style(Reader& reader)
-{
-    SpeechStyle style;
-    style.rate = reader.number<std::int32_t>();
-    style.pitch = reader.number<std::int32_t>();
-    style.emphasis = reader.flag();
-    style.spell = reader.flag();
-    style.speak_punctuation = reader.flag();
-    return style;
-}
-
-void check_tokens(const Utterance& utterance)
+// Tokens and contexts alike.
+template <class Extent> void check_extents(const std::vector<Extent>& extents, std::size_t size)
 {
     std::uint64_t end = 0;
-    for (const Token& token : utterance.tokens) {
-        if (token.begin < end)
-            throw Failure("the tokens of a message don't rise");
-        end = std::uint64_t{ token.begin } + token.length;
+    for (const Extent& extent : extents) {
+        require(extent.begin >= end, "the extents of a message don't rise");
+        end = std::uint64_t{ extent.begin } + extent.length;
     }
-    if (end > utterance.text.size())
-        throw Failure("a token of a message lies outside of its text");
+    require(end <= size, "an extent of a message lies outside of its text");
 }
 
-void read_contexts(Reader& reader, Utterance& utterance)
+void check_rendering(const Rendering& rendering, std::size_t tokens)
 {
-    std::uint64_t end = 0;
-    for (auto count = reader.number<std::uint32_t>(); count > 0; --count) {
-        ContextHint hint;
-        hint.begin = reader.number<std::uint32_t>();
-        hint.length = reader.number<std::uint32_t>();
-        hint.context = reader.sequence<std::string>();
-        if (hint.begin < end)
-            throw Failure("the contexts of a message don't rise");
-        end = std::uint64_t{ hint.begin } + hint.length;
-        utterance.contexts.push_back(std::move(hint));
-    }
-    if (end > utterance.text.size())
-        throw Failure("a context of a message lies outside of its text");
-}
-
-std::vector<WordMark> read_words(Reader& reader, std::size_t tokens, std::size_t frames)
-{
-    auto words = reader.sequence<std::vector<WordMark>>();
-    if (words.size() != tokens)
-        throw Failure("an answer marks other words than were asked for");
-    std::uint64_t before = 0;
-    for (std::size_t at = 0; at < words.size(); ++at) {
-        if (words[at].token != at || words[at].frame < before || words[at].frame > frames)
-            throw Failure("an answer has a word out of place");
-        before = words[at].frame;
-    }
-    return words;
-}
-
-std::vector<PhoneMark> read_phones(Reader& reader, std::size_t frames)
-{
-    auto phones = reader.sequence<std::vector<PhoneMark>>();
+    constexpr int highest_rate = 192'000;
     constexpr int last_viseme = 21;
-    for (const PhoneMark& phone : phones)
-        if (phone.frame > frames || phone.frames > frames - phone.frame
-            || phone.viseme > last_viseme)
-            throw Failure("an answer has a phone out of place");
-    return phones;
+    const std::size_t frames = rendering.samples.size();
+    require(rendering.sample_rate >= 1 && rendering.sample_rate <= highest_rate,
+        "a number out of its range in a message");
+    require(rendering.words.size() == tokens, "an answer marks other words than were asked for");
+    std::uint64_t before = 0;
+    for (std::size_t at = 0; at < tokens; ++at) {
+        const WordMark& word = rendering.words[at];
+        require(word.token == at && word.frame >= before && word.frame <= frames,
+            "an answer has a word out of place");
+        before = word.frame;
+    }
+    for (const PhoneMark& phone : rendering.phones)
+        require(phone.frame <= frames && phone.frames <= frames - phone.frame
+                && phone.viseme <= last_viseme,
+            "an answer has a phone out of place");
 }
 
-// In the order in which they travel.
-constexpr std::array token_texts{ &SpeechObjectToken::id, &SpeechObjectToken::description,
-    &SpeechObjectToken::name, &SpeechObjectToken::gender, &SpeechObjectToken::age,
-    &SpeechObjectToken::language, &SpeechObjectToken::vendor };
+template <class... Values> void append(WireBytes& out, std::uint64_t job, const Values&... values)
+{
+    const std::size_t begin = out.size();
+    out.resize(begin + sizeof(WireHeader));
+    Writer writer(out);
+    writer(values...);
+    WireHeader header;
+    header.job = job;
+    header.length = static_cast<std::uint32_t>(out.size() - begin - sizeof header);
+    std::memcpy(out.data() + begin, &header, sizeof header);
+}
 
 } // namespace
 
 void append_request(WireBytes& out, std::uint64_t job, const WireRequest& request)
 {
-    Message message(out, job);
-    Writer writer(out);
-    writer.sequence(request.voice_id);
-    writer.number(std::int32_t{ request.rate });
-    const Utterance& utterance = request.utterance;
-    writer.sequence(utterance.text);
-    writer.sequence(utterance.tokens);
-    writer.number(static_cast<std::uint32_t>(utterance.pronunciation.size()));
-    for (const std::string& part : utterance.pronunciation)
-        writer.sequence(part);
-    writer.number(std::int32_t{ utterance.ends_sentence });
-    write_style(writer, utterance.style);
-    writer.number(static_cast<std::uint32_t>(utterance.contexts.size()));
-    for (const ContextHint& hint : utterance.contexts) {
-        writer.number(hint.begin);
-        writer.number(hint.length);
-        writer.sequence(hint.context);
-    }
-    message.complete();
+    append(out, job, request);
 }
 
 WireRequest read_request(std::span<const std::byte> bytes)
 {
     Reader reader(bytes);
     WireRequest request;
-    request.voice_id = reader.sequence<std::string>();
-    request.rate = reader.number_between(-10, 10);
-    Utterance& utterance = request.utterance;
-    utterance.text = reader.sequence<std::u16string>();
-    utterance.tokens = reader.sequence<std::vector<Token>>();
-    check_tokens(utterance);
-    for (auto parts = reader.number<std::uint32_t>(); parts > 0; --parts)
-        utterance.pronunciation.push_back(reader.sequence<std::string>());
-    utterance.ends_sentence = reader.flag();
-    utterance.style = read_style(reader);
-    read_contexts(reader, utterance);
+    reader(request);
     reader.end();
+    require(request.rate >= -10 && request.rate <= 10, "a rate out of its range in a message");
+    check_extents(request.utterance.tokens, request.utterance.text.size());
+    check_extents(request.utterance.contexts, request.utterance.text.size());
     return request;
 }
 
 void append_answer(WireBytes& out, std::uint64_t job, const std::optional<Rendering>& rendering)
 {
-    Message message(out, job);
-    Writer writer(out);
-    writer.number(std::int32_t{ rendering.has_value() });
-    if (rendering) {
-        writer.number(std::int32_t{ rendering->sample_rate });
-        writer.sequence(rendering->samples);
-        writer.sequence(rendering->words);
-        writer.sequence(rendering->phones);
-    }
-    message.complete();
+    if (rendering)
+        append(out, job, true, *rendering);
+    else
+        append(out, job, false);
 }
 
 std::optional<Rendering> read_answer(std::span<const std::byte> bytes, std::size_t tokens)
 {
     Reader reader(bytes);
     std::optional<Rendering> rendering;
-    if (reader.flag()) {
-        constexpr int highest_rate = 192'000;
-        rendering.emplace();
-        rendering->sample_rate = reader.number_between(1, highest_rate);
-        rendering->samples = reader.sequence<std::vector<std::int16_t>>();
-        rendering->words = read_words(reader, tokens, rendering->samples.size());
-        rendering->phones = read_phones(reader, rendering->samples.size());
+    bool spoken = false;
+    reader(spoken);
+    if (spoken) {
+        reader(rendering.emplace());
+        check_rendering(*rendering, tokens);
     }
     reader.end();
     return rendering;
@@ -274,31 +233,21 @@ std::optional<Rendering> read_answer(std::span<const std::byte> bytes, std::size
 
 void append_greeting(WireBytes& out, const std::vector<SpeechObjectToken>& voices)
 {
-    Message message(out, 0);
-    Writer writer(out);
-    writer.number(static_cast<std::uint32_t>(voices.size()));
-    for (const SpeechObjectToken& voice : voices)
-        for (const auto text : token_texts)
-            writer.sequence(voice.*text);
-    message.complete();
+    append(out, 0, voices);
 }
 
 std::vector<SpeechObjectToken> read_greeting(std::span<const std::byte> bytes)
 {
     Reader reader(bytes);
     std::vector<SpeechObjectToken> voices;
-    for (auto count = reader.number<std::uint32_t>(); count > 0; --count) {
-        SpeechObjectToken& voice = voices.emplace_back();
-        for (const auto text : token_texts)
-            voice.*text = reader.sequence<std::string>();
-    }
+    reader(voices);
     reader.end();
     return voices;
 }
 
 void append_drop(WireBytes& out, std::uint64_t last_job)
 {
-    Message(out, last_job).complete();
+    append(out, last_job);
 }
 
 std::optional<WireHeader> peek_header(std::span<const std::byte> bytes)
