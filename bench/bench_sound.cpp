@@ -35,7 +35,8 @@ void convert(benchmark::State& state)
     const std::size_t sentence = engine_rate * 5;
     std::vector<std::byte> out;
     for (auto _ : state) {
-        Converter converter(engine_rate, 1, format);
+        Converter converter(format);
+        converter.begin(engine_rate, 1, out);
         for (std::size_t at = 0; at < input.size(); at += sentence) {
             out.clear();
             converter.push(std::span(input).subspan(at, sentence), out);

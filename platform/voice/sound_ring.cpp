@@ -1,30 +1,10 @@
 #include "platform/voice/sound_ring.h"
 
+#include "platform/voice/sound/converter.h"
+
 #include <algorithm>
-#include <cstring>
 
 namespace tessavox::voice {
-
-namespace {
-
-// Eight bit samples are unsigned and rest at 128, those of sixteen bit are signed and rest at 0.
-void scale_frame(std::byte* frame, const PcmFormat& format, float factor)
-{
-    for (int channel = 0; channel < format.channels; ++channel) {
-        if (format.bits == 8) {
-            const float sample = static_cast<float>(std::to_integer<int>(frame[channel])) - 128.0F;
-            frame[channel] = static_cast<std::byte>(static_cast<int>(sample * factor + 128.5F));
-        } else {
-            std::int16_t sample = 0;
-            std::byte* const place = frame + channel * std::ptrdiff_t{ sizeof sample };
-            std::memcpy(&sample, place, sizeof sample);
-            sample = static_cast<std::int16_t>(static_cast<float>(sample) * factor);
-            std::memcpy(place, &sample, sizeof sample);
-        }
-    }
-}
-
-} // namespace
 
 SoundRing::SoundRing(PcmFormat format, std::size_t capacity_frames)
     : m_format(format)
@@ -71,7 +51,7 @@ void SoundRing::truncate(std::uint64_t frame, std::size_t fade_frames)
     const std::size_t fading = std::min(fade_frames, kept);
     for (std::size_t i = 0; i < fading; ++i) {
         const float factor = static_cast<float>(i) / static_cast<float>(fading);
-        scale_frame(m_bytes.data() + m_bytes.size() - (i + 1) * align, m_format, factor);
+        scale(std::span(m_bytes).last((i + 1) * align).first(align), m_format, factor);
     }
 }
 

@@ -24,7 +24,7 @@ TextSource::TextSource(const VoiceCatalog& catalog, const Playback& playback, co
     , m_state(state)
     , m_start{ 0, state }
     , m_ahead(m_voices, playback, job, engines, pace, m_start)
-    , m_composer(job.format)
+    , m_converter(job.format)
     , m_voice(job.voice)
 {
 }
@@ -45,7 +45,7 @@ bool TextSource::next(Piece& piece, const std::function<bool()>& interrupted)
     }
     if (!m_ahead.at_end())
         return true;
-    m_composer.finish(piece.sound);
+    m_converter.finish(piece.sound);
     if (m_job.persist_markup)
         m_state = m_ahead.place().state;
     m_ended = true;
@@ -59,12 +59,12 @@ void TextSource::begin(Spoken spoken, Piece& piece)
     MadeSpeech::Segment segment;
     segment.first_sequence = m_next_sequence;
     segment.voice = segment.voice_before = m_voice;
-    segment.begin = m_composer.frame_of(0);
+    segment.begin = m_converter.frame_of(0);
     if (const auto* utterance = std::get_if<Utterance>(&spoken.item)) {
         begin_utterance(*utterance, spoken, segment, piece);
     } else if (const auto* silence = std::get_if<Silence>(&spoken.item)) {
-        const int rate = m_composer.rate_or(usual_rate);
-        m_composer.begin(rate, 1, piece.sound);
+        const int rate = m_converter.rate_or(usual_rate);
+        m_converter.begin(rate, 1, piece.sound);
         m_samples.assign(static_cast<std::size_t>(rate) * silence->milliseconds / 1000, 0);
     } else {
         piece.events.push_back({ segment.begin, m_next_sequence++,
@@ -86,9 +86,9 @@ void TextSource::begin_utterance(
     if (rendering.sample_rate <= 0)
         return;
     apply_levels(utterance, rendering);
-    m_composer.begin(rendering.sample_rate, 1, piece.sound);
-    segment.begin = m_composer.frame_of(0);
-    const auto frame_of = [this](std::uint64_t sample) { return m_composer.frame_of(sample); };
+    m_converter.begin(rendering.sample_rate, 1, piece.sound);
+    segment.begin = m_converter.frame_of(0);
+    const auto frame_of = [this](std::uint64_t sample) { return m_converter.frame_of(sample); };
     const int changed = spoken.voice != std::exchange(m_voice, spoken.voice) ? spoken.voice : -1;
     piece.events = events_of(utterance, rendering, changed, m_interests, frame_of, m_next_sequence);
     for (const WordMark& mark : rendering.words)
@@ -101,7 +101,7 @@ void TextSource::convert_some(std::vector<std::byte>& sound)
     const std::size_t left = m_samples.size() - m_converted;
     if (left == 0)
         return;
-    const int rate = m_composer.rate_or(usual_rate);
+    const int rate = m_converter.rate_or(usual_rate);
     const auto slice = static_cast<std::size_t>(std::max(rate / slices_a_second, 1));
     const std::size_t count = m_pace == Pace::Fast ? left : std::min(left, slice);
     const std::span<std::int16_t> some(m_samples.data() + m_converted, count);
@@ -110,14 +110,14 @@ void TextSource::convert_some(std::vector<std::byte>& sound)
         const auto factor = static_cast<float>(i) / static_cast<float>(rising);
         some[i] = static_cast<std::int16_t>(static_cast<float>(some[i]) * factor);
     }
-    m_composer.push(some, sound);
+    m_converter.push(some, sound);
     m_converted += count;
 }
 
 // What was converted beyond is void.
 void TextSource::go_on_from(std::uint64_t frame)
 {
-    m_composer.restart(frame);
+    m_converter.restart(frame);
     m_samples.clear();
     m_converted = m_fade_in = 0;
     m_ended = false;

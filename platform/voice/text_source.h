@@ -1,9 +1,9 @@
 // The sound of a text.
 #pragma once
 
-#include "platform/voice/frame_composer.h"
 #include "platform/voice/made_speech.h"
 #include "platform/voice/reading_ahead.h"
+#include "platform/voice/sound/converter.h"
 #include "platform/voice/sound_source.h"
 
 #include <cstdint>
@@ -45,7 +45,7 @@ private:
     const ReadingPlace m_start;
     ReadingAhead m_ahead;
     MadeSpeech m_made;
-    FrameComposer m_composer;
+    Converter m_converter;
 
     std::vector<std::int16_t> m_samples; // of the item that is being converted
     std::size_t m_converted = 0; // of these

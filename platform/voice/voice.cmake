@@ -3,7 +3,6 @@ add_library(tessavox_voice STATIC
   destinations.cpp
   event_queue.cpp
   file_stream.cpp
-  frame_composer.cpp
   made_speech.cpp
   pacer.cpp
   playback.cpp

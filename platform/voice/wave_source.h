@@ -1,8 +1,8 @@
 // A wave file that the voice plays.
 #pragma once
 
-#include "platform/voice/frame_composer.h"
 #include "platform/voice/job.h"
+#include "platform/voice/sound/converter.h"
 #include "platform/voice/sound_source.h"
 
 namespace tessavox::voice {
@@ -16,7 +16,7 @@ public:
 private:
     WaveReader& m_wave;
     const bool m_measures;
-    FrameComposer m_composer;
+    Converter m_converter;
     std::vector<std::int16_t> m_samples;
     std::uint64_t m_next_sequence = 0;
 };

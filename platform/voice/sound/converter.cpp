@@ -17,25 +17,6 @@ namespace {
 constexpr std::size_t block_frames = 4096;
 constexpr std::size_t made_frames = 2 * block_frames;
 
-struct SoxrDeleter {
-    void operator()(soxr* resampler) const { soxr_delete(resampler); }
-};
-using Resampler = std::unique_ptr<soxr, SoxrDeleter>;
-
-Resampler make_resampler(int from, int to, int channels)
-{
-    // No dither: silence has to stay silence, and a 16-bit rounding is far below any voice's noise.
-    soxr_io_spec_t io = soxr_io_spec(SOXR_INT16_I, SOXR_INT16_I);
-    io.flags = SOXR_NO_DITHER;
-    const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_HQ, 0);
-    soxr_error_t error = nullptr;
-    Resampler made(
-        soxr_create(from, to, static_cast<unsigned>(channels), &error, &io, &quality, nullptr));
-    if (!made || error)
-        throw Failure(std::string("no resampler: ") + (error ? error : "out of memory"));
-    return made;
-}
-
 /// Rounded to the nearest of 256 steps; silence is exactly 0x80.
 std::byte to_8_bit(std::int16_t sample)
 {
@@ -70,148 +51,123 @@ void append(
 
 } // namespace
 
-class Converter::Impl {
-public:
-    Impl(int input_rate, int input_channels, PcmFormat output)
-        : m_input_rate(input_rate)
-        , m_input_channels(input_channels)
-        , m_output(output)
-        , m_channels(std::min(input_channels, output.channels))
-    {
-        if (input_rate <= 0 || output.rate <= 0)
-            throw Failure("a sampling rate is above zero");
-        if (input_channels < 1 || input_channels > 2 || output.channels < 1 || output.channels > 2)
-            throw Failure("sound is mono or stereo");
-        if (output.bits != 8 && output.bits != 16)
-            throw Failure("sound has 8 or 16 bit");
-        if (input_rate != output.rate)
-            m_resampler = make_resampler(input_rate, output.rate, m_channels);
-    }
-
-    void push(std::span<const std::int16_t> samples, std::vector<std::byte>& out)
-    {
-        m_frames_in += samples.size() / static_cast<std::size_t>(m_input_channels);
-        reserve(samples.size() / static_cast<std::size_t>(m_input_channels), out);
-        const std::size_t block = block_frames * static_cast<std::size_t>(m_input_channels);
-        while (!samples.empty()) {
-            const auto piece = samples.first(std::min(samples.size(), block));
-            samples = samples.subspan(piece.size());
-            resample(m_input_channels > m_channels ? mixed(piece) : piece, out);
-        }
-    }
-
-    void finish(std::vector<std::byte>& out)
-    {
-        const auto rate = static_cast<std::uint64_t>(m_input_rate);
-        const auto wanted
-            = (m_frames_in * static_cast<std::uint64_t>(m_output.rate) + rate / 2) / rate;
-        while (m_resampler && m_frames_out < wanted && advance(nullptr, 0, wanted, out).made > 0) {
-        }
-        // The resampler may end a frame short of the exact total.
-        while (m_frames_out < wanted)
-            emit(std::vector<std::int16_t>(channels()), out);
-    }
-
-    int input_rate() const { return m_input_rate; }
-    int input_channels() const { return m_input_channels; }
-
-private:
-    void reserve(std::size_t frames, std::vector<std::byte>& out) const
-    {
-        const auto expected = static_cast<double>(frames) * m_output.rate / m_input_rate;
-        const auto needed = out.size()
-            + (static_cast<std::size_t>(expected) + 2 * block_frames)
-                * static_cast<std::size_t>(m_output.block_align());
-        if (out.capacity() < needed)
-            out.reserve(std::max(needed, 2 * out.capacity()));
-    }
-
-    std::span<const std::int16_t> mixed(std::span<const std::int16_t> stereo)
-    {
-        m_mixed.resize(stereo.size() / 2);
-        for (std::size_t i = 0; i < m_mixed.size(); ++i)
-            m_mixed[i] = static_cast<std::int16_t>((stereo[2 * i] + stereo[2 * i + 1]) >> 1);
-        return m_mixed;
-    }
-
-    void resample(std::span<const std::int16_t> samples, std::vector<std::byte>& out)
-    {
-        if (!m_resampler) {
-            emit(samples, out);
-            return;
-        }
-        for (Step step{ 0, made_frames }; !samples.empty() || step.made == made_frames;) {
-            step = advance(samples.data(), samples.size() / channels(), UINT64_MAX, out);
-            samples = samples.subspan(step.taken * channels());
-        }
-    }
-
-    struct Step {
-        std::size_t taken; // frames
-        std::size_t made;
-    };
-
-    /// Hands frames to the resampler (nullptr: the end) and appends what it gives, up to a total.
-    Step advance(const std::int16_t* samples, std::size_t frames, std::uint64_t total,
-        std::vector<std::byte>& out)
-    {
-        Step step{};
-        m_made.resize(made_frames * channels());
-        const soxr_error_t error = soxr_process(m_resampler.get(), samples, frames, &step.taken,
-            m_made.data(), made_frames, &step.made);
-        if (error)
-            throw Failure(std::string("resampling: ") + error);
-        const auto kept = std::min<std::uint64_t>(step.made, total - m_frames_out);
-        emit(std::span(m_made).first(static_cast<std::size_t>(kept) * channels()), out);
-        return step;
-    }
-
-    std::size_t channels() const { return static_cast<std::size_t>(m_channels); }
-
-    void emit(std::span<const std::int16_t> samples, std::vector<std::byte>& out)
-    {
-        append(samples, m_output.channels / m_channels, m_output.bits, out);
-        m_frames_out += samples.size() / channels();
-    }
-
-    int m_input_rate;
-    int m_input_channels;
-    PcmFormat m_output;
-    int m_channels; // while resampling: the fewer of both sides, as that is less work
-    Resampler m_resampler; // none if the rates are equal
-    std::vector<std::int16_t> m_mixed;
-    std::vector<std::int16_t> m_made;
-    std::uint64_t m_frames_in = 0;
-    std::uint64_t m_frames_out = 0;
-};
-
-Converter::Converter(int input_rate, int input_channels, PcmFormat output)
-    : m_impl(std::make_unique<Impl>(input_rate, input_channels, output))
+void Converter::Release::operator()(soxr* resampler) const
 {
+    soxr_delete(resampler);
 }
 
-Converter::~Converter() = default;
-Converter::Converter(Converter&&) noexcept = default;
-Converter& Converter::operator=(Converter&&) noexcept = default;
+Converter::Converter(PcmFormat output)
+    : m_output(output)
+{
+    if (output.rate <= 0 || output.channels < 1 || output.channels > 2
+        || (output.bits != 8 && output.bits != 16))
+        throw Failure("sound has a rate, 8 or 16 bit, and is mono or stereo");
+}
+
+void Converter::restart(std::uint64_t frame)
+{
+    m_resampler.reset();
+    m_rate = 0;
+    m_base = frame;
+    m_pushed = m_made = 0;
+}
+
+void Converter::begin(int rate, int channels, std::vector<std::byte>& out)
+{
+    if (rate <= 0 || channels < 1 || channels > 2)
+        throw Failure("sound has a rate and is mono or stereo");
+    const auto width = static_cast<std::size_t>(channels);
+    if (m_rate == rate && m_input_channels == width)
+        return;
+    finish(out);
+    m_input_channels = width;
+    m_channels = std::min(width, static_cast<std::size_t>(m_output.channels));
+    if (rate != m_output.rate) {
+        // No dither: silence has to stay silence, and a 16-bit rounding is far below any voice's
+        // noise.
+        soxr_io_spec_t io = soxr_io_spec(SOXR_INT16_I, SOXR_INT16_I);
+        io.flags = SOXR_NO_DITHER;
+        const soxr_quality_spec_t quality = soxr_quality_spec(SOXR_HQ, 0);
+        soxr_error_t error = nullptr;
+        m_resampler.reset(soxr_create(rate, m_output.rate, static_cast<unsigned>(m_channels),
+            &error, &io, &quality, nullptr));
+        if (!m_resampler || error)
+            throw Failure(std::string("no resampler: ") + (error ? error : "out of memory"));
+    }
+    m_rate = rate;
+}
+
+std::uint64_t Converter::frame_of(std::uint64_t ahead) const
+{
+    if (m_rate == 0)
+        return m_base;
+    const auto from = static_cast<std::uint64_t>(m_rate);
+    const auto to = static_cast<std::uint64_t>(m_output.rate);
+    return m_base + ((m_pushed + ahead) * to + from / 2) / from;
+}
 
 void Converter::push(std::span<const std::int16_t> samples, std::vector<std::byte>& out)
 {
-    m_impl->push(samples, out);
+    const std::size_t frames = samples.size() / m_input_channels;
+    const auto expected
+        = static_cast<std::size_t>(static_cast<double>(frames) * m_output.rate / m_rate);
+    const std::size_t needed = out.size()
+        + (expected + 2 * block_frames) * static_cast<std::size_t>(m_output.block_align());
+    if (out.capacity() < needed)
+        out.reserve(std::max(needed, 2 * out.capacity()));
+    m_pushed += frames;
+    while (!samples.empty()) {
+        const auto piece = samples.first(std::min(samples.size(), block_frames * m_input_channels));
+        samples = samples.subspan(piece.size());
+        auto rest = m_input_channels > m_channels ? mixed(piece) : piece;
+        if (!m_resampler) {
+            emit(rest, out);
+            continue;
+        }
+        for (Step step{ 0, made_frames }; !rest.empty() || step.made == made_frames;) {
+            step = resample(rest.data(), rest.size() / m_channels, UINT64_MAX, out);
+            rest = rest.subspan(step.taken * m_channels);
+        }
+    }
 }
 
 void Converter::finish(std::vector<std::byte>& out)
 {
-    m_impl->finish(out);
+    const std::uint64_t wanted = frame_of(0) - m_base;
+    while (m_resampler && m_made < wanted && resample(nullptr, 0, wanted, out).made > 0) { }
+    // The resampler may end a frame short of the exact total.
+    while (m_made < wanted)
+        emit(std::vector<std::int16_t>(m_channels), out);
+    restart(m_base + m_made);
 }
 
-int Converter::input_rate() const
+std::span<const std::int16_t> Converter::mixed(std::span<const std::int16_t> stereo)
 {
-    return m_impl->input_rate();
+    m_mixed.resize(stereo.size() / 2);
+    for (std::size_t i = 0; i < m_mixed.size(); ++i)
+        m_mixed[i] = static_cast<std::int16_t>((stereo[2 * i] + stereo[2 * i + 1]) >> 1);
+    return m_mixed;
 }
 
-int Converter::input_channels() const
+/// Hands frames to the resampler (nullptr: the end) and appends what it gives, up to a total.
+Converter::Step Converter::resample(const std::int16_t* samples, std::size_t frames,
+    std::uint64_t total, std::vector<std::byte>& out)
 {
-    return m_impl->input_channels();
+    Step step{};
+    m_resampled.resize(made_frames * m_channels);
+    const soxr_error_t error = soxr_process(m_resampler.get(), samples, frames, &step.taken,
+        m_resampled.data(), made_frames, &step.made);
+    if (error)
+        throw Failure(std::string("resampling: ") + error);
+    const auto kept = std::min<std::uint64_t>(step.made, total - m_made);
+    emit(std::span(m_resampled).first(static_cast<std::size_t>(kept) * m_channels), out);
+    return step;
+}
+
+void Converter::emit(std::span<const std::int16_t> samples, std::vector<std::byte>& out)
+{
+    append(samples, m_output.channels / static_cast<int>(m_channels), m_output.bits, out);
+    m_made += samples.size() / m_channels;
 }
 
 } // namespace tessavox::voice

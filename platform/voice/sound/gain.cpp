@@ -24,9 +24,11 @@ std::byte scaled_8(std::byte sample, float gain)
     return static_cast<std::byte>(static_cast<int>(centred * gain + 128.5F));
 }
 
-void scale(std::span<std::byte> samples, int bits, float gain)
+} // namespace
+
+void scale(std::span<std::byte> samples, PcmFormat format, float gain)
 {
-    if (bits == 8) {
+    if (format.bits == 8) {
         for (std::byte& sample : samples)
             sample = scaled_8(sample, gain);
         return;
@@ -38,8 +40,6 @@ void scale(std::span<std::byte> samples, int bits, float gain)
         std::memcpy(&samples[at], &sample, sizeof sample);
     }
 }
-
-} // namespace
 
 Gain::Gain(PcmFormat format)
     : m_format(format)
@@ -61,11 +61,11 @@ void Gain::apply(std::span<std::byte> frames)
     while (m_current != m_wanted && frames.size() >= align) {
         m_current = m_wanted > m_current ? std::min(m_wanted, m_current + step)
                                          : std::max(m_wanted, m_current - step);
-        scale(frames.first(align), m_format.bits, m_current);
+        scale(frames.first(align), m_format, m_current);
         frames = frames.subspan(align);
     }
     if (m_current != 1.0F)
-        scale(frames, m_format.bits, m_current);
+        scale(frames, m_format, m_current);
 }
 
 } // namespace tessavox::voice

@@ -34,75 +34,6 @@ void require_wave(int file, const std::string& path)
         throw Failure(path + ": no wave file");
 }
 
-struct Chunk {
-    std::array<char, 4> id;
-    std::uint32_t bytes;
-};
-
-bool read_chunk(int file, off_t at, Chunk& chunk)
-{
-    std::array<unsigned char, 8> head{};
-    if (::pread(file, head.data(), head.size(), at) != ssize_t(head.size()))
-        return false;
-    std::copy_n(head.begin(), chunk.id.size(), chunk.id.begin());
-    chunk.bytes = head[4] | head[5] << 8 | head[6] << 16 | std::uint32_t(head[7]) << 24;
-    return true;
-}
-
-bool is_printable(char letter)
-{
-    return letter >= ' ' && letter <= '~';
-}
-
-/// A program that was stopped in its work leaves a data chunk of length 0 and the sound behind it.
-/// Tells where that sound begins, or 0 if the file is really empty.
-off_t sound_behind_an_empty_chunk(int file)
-{
-    constexpr off_t chunk_head = 8;
-    Chunk chunk{};
-    off_t at = 12;
-    while (read_chunk(file, at, chunk) && std::string_view(chunk.id.data(), 4) != "data")
-        at += chunk_head + chunk.bytes + chunk.bytes % 2;
-    const off_t begin = at + chunk_head;
-    if (chunk.bytes != 0 || ::lseek(file, 0, SEEK_END) <= begin)
-        return 0;
-    Chunk next{};
-    const bool is_chunk = read_chunk(file, begin, next)
-        && std::all_of(next.id.begin(), next.id.end(), is_printable)
-        && begin + chunk_head + off_t(next.bytes) <= ::lseek(file, 0, SEEK_END);
-    return is_chunk ? 0 : begin;
-}
-
-/// The part of a file from one place on, shown to the library as a file of its own.
-struct Tail {
-    int file;
-    sf_count_t begin;
-    sf_count_t place = 0;
-
-    static sf_count_t length(void* self)
-    {
-        const auto& tail = *static_cast<Tail*>(self);
-        return std::max<sf_count_t>(::lseek(tail.file, 0, SEEK_END) - tail.begin, 0);
-    }
-    static sf_count_t seek(sf_count_t offset, int from, void* self)
-    {
-        auto& tail = *static_cast<Tail*>(self);
-        const sf_count_t origin
-            = from == SEEK_CUR ? tail.place : (from == SEEK_END ? length(self) : 0);
-        return tail.place = std::max<sf_count_t>(origin + offset, 0);
-    }
-    static sf_count_t read(void* to, sf_count_t count, void* self)
-    {
-        auto& tail = *static_cast<Tail*>(self);
-        const ssize_t got
-            = ::pread(tail.file, to, static_cast<std::size_t>(count), tail.begin + tail.place);
-        tail.place += std::max<ssize_t>(got, 0);
-        return std::max<ssize_t>(got, 0);
-    }
-    static sf_count_t write(const void*, sf_count_t, void*) { return 0; }
-    static sf_count_t tell(void* self) { return static_cast<Tail*>(self)->place; }
-};
-
 bool is_plain_pcm(int subtype)
 {
     constexpr int plain[] = { SF_FORMAT_PCM_U8, SF_FORMAT_PCM_16, SF_FORMAT_PCM_24,
@@ -151,8 +82,6 @@ public:
         if (m_info.channels < 1 || m_info.samplerate < lowest_rate
             || m_info.samplerate > highest_rate || m_info.frames < 0)
             throw Failure(path + ": damaged wave file");
-        if (m_info.frames == 0)
-            look_for_unfinished_sound();
     }
 
     int rate() const override { return m_info.samplerate; }
@@ -177,24 +106,6 @@ private:
     struct Closer {
         void operator()(SNDFILE* file) const { sf_close(file); }
     };
-
-    void look_for_unfinished_sound()
-    {
-        m_tail.file = m_descriptor.get();
-        m_tail.begin = sound_behind_an_empty_chunk(m_tail.file);
-        if (m_tail.begin == 0)
-            return;
-        SF_INFO raw{};
-        raw.format = SF_FORMAT_RAW | SF_ENDIAN_LITTLE | (m_info.format & SF_FORMAT_SUBMASK);
-        raw.channels = m_info.channels;
-        raw.samplerate = m_info.samplerate;
-        SF_VIRTUAL_IO access{ Tail::length, Tail::seek, Tail::read, Tail::write, Tail::tell };
-        std::unique_ptr<SNDFILE, Closer> sound(sf_open_virtual(&access, SFM_READ, &raw, &m_tail));
-        if (!sound)
-            return;
-        m_file = std::move(sound);
-        m_info.frames = raw.frames;
-    }
 
     bool fits_as_it_is() const
     {
@@ -247,8 +158,7 @@ private:
     }
 
     SF_INFO m_info{};
-    Tail m_tail{}; // outlives the library's use, as does the next one
-    FileDescriptor m_descriptor;
+    FileDescriptor m_descriptor; // outlives the library's use
     std::unique_ptr<SNDFILE, Closer> m_file;
     std::vector<float> m_block;
 };

@@ -5,10 +5,10 @@
 #include "platform/voice/sound/wave_file.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cerrno>
 #include <csignal>
-#include <ctime>
-#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -19,39 +19,58 @@ namespace tessavox::voice {
 
 namespace {
 
-constexpr std::uint64_t riff_head = 8; // what the size in a file's head does not count
-constexpr std::uint64_t plain_header = 44;
+// Headers as they stand in the file; numbers are little endian there.
+static_assert(std::endian::native == std::endian::little);
+
+constexpr std::uint32_t tag(const char (&letters)[5])
+{
+    return std::bit_cast<std::uint32_t>(
+        std::array{ letters[0], letters[1], letters[2], letters[3] });
+}
+
+constexpr std::uint32_t see_ds64 = 0xFFFF'FFFF;
+
+struct RiffHead {
+    std::uint32_t id = tag("RIFF");
+    std::uint32_t size = see_ds64; // of all that follows
+    std::uint32_t form = tag("WAVE");
+};
+
+struct [[gnu::packed]] SizesChunk {
+    std::uint32_t id = tag("ds64");
+    std::uint32_t bytes = 28;
+    std::uint64_t riff = 0;
+    std::uint64_t data = 0;
+    std::uint64_t frames = 0;
+    std::uint32_t longer_chunks = 0;
+};
+
+struct FormatAndData {
+    std::uint32_t id = tag("fmt ");
+    std::uint32_t bytes = 16;
+    std::uint16_t uncompressed = 1;
+    std::uint16_t channels = 0;
+    std::uint32_t rate = 0;
+    std::uint32_t bytes_a_second = 0;
+    std::uint16_t block_align = 0;
+    std::uint16_t bits = 0;
+    std::uint32_t data = tag("data");
+    std::uint32_t size = see_ds64;
+};
+
+constexpr std::uint64_t riff_uncounted = 8; // what the size in a file's head does not count
+constexpr std::uint64_t plain_header = sizeof(RiffHead) + sizeof(FormatAndData);
+static_assert(plain_header == 44);
+
 // By so much an RF64 header is longer. Whole pages, so that a file system can put them in front
 // without moving what follows.
 constexpr std::uint64_t inserted = 4096;
-constexpr std::uint32_t see_ds64 = 0xFFFF'FFFF;
-constexpr std::size_t gather_bytes = std::size_t(256) * 1024; // smaller pieces are put together
-constexpr std::size_t move_bytes = std::size_t(4) * 1024 * 1024;
 
-/// Beyond a limit on the size of files the system sends a signal that ends the process. Held back
-/// here, it leaves the error number to tell the story.
-class WithoutFileSizeSignal {
-public:
-    WithoutFileSizeSignal()
-    {
-        sigemptyset(&m_signal);
-        sigaddset(&m_signal, SIGXFSZ);
-        pthread_sigmask(SIG_BLOCK, &m_signal, &m_before);
-    }
-    ~WithoutFileSizeSignal()
-    {
-        if (sigismember(&m_before, SIGXFSZ) == 1)
-            return;
-        const timespec at_once{};
-        sigtimedwait(&m_signal, nullptr, &at_once);
-        pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
-    }
-    WithoutFileSizeSignal(const WithoutFileSizeSignal&) = delete;
-    WithoutFileSizeSignal& operator=(const WithoutFileSizeSignal&) = delete;
-
-private:
-    sigset_t m_signal{};
-    sigset_t m_before{};
+struct LongHead {
+    RiffHead riff;
+    SizesChunk sizes;
+    std::uint32_t junk = tag("JUNK");
+    std::uint32_t junk_bytes = inserted - sizeof(SizesChunk) - riff_uncounted;
 };
 
 [[noreturn]] void fail(const std::string& what)
@@ -59,98 +78,35 @@ private:
     throw Failure(what + ": " + std::generic_category().message(errno));
 }
 
-/// Writes all bytes at `offset`. `done` counts those that went through, on a failure too.
-void write_at(int file, std::span<const std::byte> bytes, std::uint64_t offset, std::uint64_t& done)
+/// Writes all bytes at `offset`. Returns how many the disk took; errno tells why it took no more.
+std::size_t write_some(int file, std::span<const std::byte> bytes, std::uint64_t offset)
 {
-    const WithoutFileSizeSignal guard;
-    while (!bytes.empty()) {
-        const ssize_t count
-            = ::pwrite(file, bytes.data(), bytes.size(), static_cast<off_t>(offset + done));
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t count = ::pwrite(
+            file, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
         if (count < 0 && errno == EINTR)
             continue;
         if (count == 0)
             errno = ENOSPC;
         if (count <= 0)
-            fail("writing a wave file");
-        done += static_cast<std::uint64_t>(count);
-        bytes = bytes.subspan(static_cast<std::size_t>(count));
+            break;
+        done += static_cast<std::size_t>(count);
     }
+    return done;
 }
 
-void write_at(int file, std::span<const std::byte> bytes, std::uint64_t offset)
+void write_all(int file, std::span<const std::byte> bytes, std::uint64_t offset)
 {
-    std::uint64_t done = 0;
-    write_at(file, bytes, offset, done);
-}
-
-/// Bytes of a header in their order; numbers are little endian.
-class Header {
-public:
-    Header& tag(std::string_view four)
-    {
-        for (const char letter : four)
-            m_bytes.push_back(static_cast<std::byte>(letter));
-        return *this;
-    }
-    template <class Number> Header& number(Number value)
-    {
-        for (std::size_t byte = 0; byte < sizeof value; ++byte)
-            m_bytes.push_back(static_cast<std::byte>(value >> (8 * byte) & 0xFF));
-        return *this;
-    }
-    Header& zeros(std::size_t count)
-    {
-        m_bytes.resize(m_bytes.size() + count);
-        return *this;
-    }
-    std::span<const std::byte> bytes() const { return m_bytes; }
-
-private:
-    std::vector<std::byte> m_bytes;
-};
-
-void add_format(Header& header, PcmFormat format)
-{
-    constexpr std::uint16_t uncompressed = 1;
-    header.tag("fmt ").number(std::uint32_t(16)).number(uncompressed);
-    header.number(static_cast<std::uint16_t>(format.channels));
-    header.number(static_cast<std::uint32_t>(format.rate));
-    header.number(static_cast<std::uint32_t>(format.rate * format.block_align()));
-    header.number(static_cast<std::uint16_t>(format.block_align()));
-    header.number(static_cast<std::uint16_t>(format.bits));
-}
-
-Header plain(PcmFormat format, std::uint64_t data)
-{
-    Header header;
-    const std::uint64_t size = plain_header - riff_head + data + data % 2;
-    header.tag("RIFF").number(static_cast<std::uint32_t>(size)).tag("WAVE");
-    add_format(header, format);
-    header.tag("data").number(static_cast<std::uint32_t>(data));
-    return header;
-}
-
-Header rf64(PcmFormat format, std::uint64_t data)
-{
-    constexpr std::uint32_t ds64_bytes = 28;
-    constexpr std::uint32_t junk_bytes = inserted - 2 * riff_head - ds64_bytes;
-    Header header;
-    header.tag("RF64").number(see_ds64).tag("WAVE");
-    header.tag("ds64").number(ds64_bytes);
-    header.number(plain_header + inserted - riff_head + data + data % 2);
-    header.number(data);
-    header.number(data / static_cast<std::uint64_t>(format.block_align()));
-    header.number(std::uint32_t(0)); // no further chunk is that long
-    header.tag("JUNK").number(junk_bytes).zeros(junk_bytes);
-    add_format(header, format);
-    header.tag("data").number(see_ds64);
-    return header;
+    if (write_some(file, bytes, offset) < bytes.size())
+        fail("writing a wave file");
 }
 
 /// Moves everything in the file back by `inserted`, the end first so that nothing is overwritten.
 void move_back(int file, std::uint64_t size)
 {
-    std::vector<std::byte> block(move_bytes);
+    constexpr std::size_t most = std::size_t(4) * 1024 * 1024;
+    std::vector<std::byte> block(most);
     while (size > 0) {
         const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(size, block.size()));
         size -= count;
@@ -161,7 +117,7 @@ void move_back(int file, std::uint64_t size)
                 fail("making room in a wave file");
             got += static_cast<std::size_t>(step);
         }
-        write_at(file, std::span(block).first(count), size + inserted);
+        write_all(file, std::span(block).first(count), size + inserted);
     }
 }
 
@@ -172,10 +128,12 @@ public:
         , m_limit(limit)
         , m_file(open_regular_file(path, O_RDWR | O_CREAT))
     {
+        // Beyond a limit on the size of files this signal would end the program. Ignored, it leaves
+        // the error number to tell the story.
+        std::signal(SIGXFSZ, SIG_IGN);
         if (::ftruncate(m_file.get(), 0) != 0)
             fail(path);
-        write_at(m_file.get(), plain(m_format, 0).bytes(), 0);
-        m_gathered.reserve(gather_bytes);
+        write_header();
     }
 
     ~FileWriter() override
@@ -187,69 +145,64 @@ public:
     {
         if (m_file.get() < 0)
             throw Failure("this wave file is closed");
-        if (m_gathered.size() + frames.size() >= gather_bytes)
-            write_gathered();
-        if (frames.size() >= gather_bytes)
-            append(frames);
-        else
-            m_gathered.insert(m_gathered.end(), frames.begin(), frames.end());
+        const std::uint64_t after = m_data + frames.size();
+        if (!m_is_rf64 && plain_header - riff_uncounted + after + after % 2 > m_limit)
+            become_rf64();
+        const std::size_t done = write_some(m_file.get(), frames, header_bytes() + m_data);
+        const int error = errno;
+        // A frame that a full disk has cut does not count.
+        m_data += done - done % static_cast<std::size_t>(m_format.block_align());
+        write_header(); // a program that is ended from outside leaves a file to play
+        errno = error;
+        if (done < frames.size())
+            fail("writing a wave file");
     }
 
     void close() override
     {
         if (m_file.get() < 0)
             return;
-        // Whatever the disk refuses, the header tells the truth about what is there.
-        std::string trouble;
-        try {
-            write_gathered();
-        } catch (const Failure& failure) {
-            trouble = failure.what();
-        }
-        m_data -= m_data % align();
         FileDescriptor file = std::move(m_file);
-        complete(file.get());
+        const std::uint64_t end = header_bytes() + m_data;
+        if (::ftruncate(file.get(), static_cast<off_t>(end)) != 0)
+            fail("completing a wave file");
+        const std::byte pad{};
+        if (m_data % 2 == 1)
+            write_all(file.get(), std::span(&pad, 1), end);
         if (::close(file.release()) != 0)
             fail("closing a wave file");
-        if (!trouble.empty())
-            throw Failure(trouble);
     }
 
-    std::uint64_t frames() const override { return (m_data + m_gathered.size()) / align(); }
+    std::uint64_t frames() const override
+    {
+        return m_data / static_cast<std::uint64_t>(m_format.block_align());
+    }
 
 private:
-    std::uint64_t align() const { return static_cast<std::uint64_t>(m_format.block_align()); }
     std::uint64_t header_bytes() const { return plain_header + (m_is_rf64 ? inserted : 0); }
 
-    void write_gathered()
+    void write_header() const
     {
-        // What the disk refuses once is dropped and not tried again behind a gap.
-        const std::vector<std::byte> gathered = std::exchange(m_gathered, {});
-        append(gathered);
-        m_gathered.reserve(gather_bytes);
-    }
-
-    void append(std::span<const std::byte> bytes)
-    {
-        const std::uint64_t after = m_data + bytes.size();
-        if (!m_is_rf64 && plain_header - riff_head + after + after % 2 > m_limit)
-            become_rf64();
-        m_data -= m_data % align(); // a frame that was cut by a full disk
-        std::uint64_t done = 0;
-        try {
-            write_at(m_file.get(), bytes, header_bytes() + m_data, done);
-        } catch (const Failure&) {
-            m_data += done;
-            throw;
+        FormatAndData format{ .channels = static_cast<std::uint16_t>(m_format.channels),
+            .rate = static_cast<std::uint32_t>(m_format.rate),
+            .bytes_a_second = static_cast<std::uint32_t>(m_format.rate * m_format.block_align()),
+            .block_align = static_cast<std::uint16_t>(m_format.block_align()),
+            .bits = static_cast<std::uint16_t>(m_format.bits) };
+        const std::uint64_t riff = header_bytes() - riff_uncounted + m_data + m_data % 2;
+        if (m_is_rf64) {
+            put(LongHead{ .riff = { .id = tag("RF64") },
+                    .sizes = { .riff = riff, .data = m_data, .frames = frames() } },
+                0);
+        } else {
+            format.size = static_cast<std::uint32_t>(m_data);
+            put(RiffHead{ .size = static_cast<std::uint32_t>(riff) }, 0);
         }
-        m_data += done;
-        write_header(m_file.get()); // a program that is ended from outside leaves a file to play
+        put(format, header_bytes() - sizeof format);
     }
 
-    void write_header(int file) const
+    template <class Part> void put(const Part& part, std::uint64_t offset) const
     {
-        const Header header = m_is_rf64 ? rf64(m_format, m_data) : plain(m_format, m_data);
-        write_at(file, header.bytes(), 0);
+        write_all(m_file.get(), std::as_bytes(std::span(&part, 1)), offset);
     }
 
     void become_rf64()
@@ -258,24 +211,12 @@ private:
         if (::fallocate(m_file.get(), FALLOC_FL_INSERT_RANGE, 0, inserted) != 0)
             move_back(m_file.get(), plain_header + m_data);
         m_is_rf64 = true;
-        write_header(m_file.get());
-    }
-
-    void complete(int file) const
-    {
-        const std::uint64_t end = header_bytes() + m_data;
-        write_header(file);
-        if (::ftruncate(file, static_cast<off_t>(end)) != 0)
-            fail("completing a wave file");
-        const std::byte pad{};
-        if (m_data % 2 == 1)
-            write_at(file, std::span(&pad, 1), end);
+        write_header();
     }
 
     PcmFormat m_format;
     std::uint64_t m_limit;
     FileDescriptor m_file;
-    std::vector<std::byte> m_gathered;
     std::uint64_t m_data = 0; // bytes of sound in the file
     bool m_is_rf64 = false;
 };

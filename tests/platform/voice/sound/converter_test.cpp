@@ -26,8 +26,9 @@ Samples tone(double hertz, int rate, double seconds, double amplitude = 0.9)
 std::vector<std::byte> convert(
     const Samples& input, int rate, int channels, PcmFormat format, std::size_t chunk = SIZE_MAX)
 {
-    Converter converter(rate, channels, format);
     std::vector<std::byte> out;
+    Converter converter(format);
+    converter.begin(rate, channels, out);
     for (std::span<const std::int16_t> rest(input); !rest.empty();) {
         const auto piece = rest.first(std::min(rest.size(), chunk));
         converter.push(piece, out);
@@ -191,11 +192,11 @@ TEST(Converter, ASquareAtFullScaleIsClippedAndNeverWrapsRound)
 
 TEST(Converter, ImpossibleFormatsAreRefused)
 {
-    EXPECT_THROW(Converter(0, 1, {}), Failure);
-    EXPECT_THROW(Converter(-8000, 1, {}), Failure);
-    EXPECT_THROW(Converter(8000, 3, {}), Failure);
-    EXPECT_THROW(Converter(8000, 1, { .rate = 0 }), Failure);
-    EXPECT_THROW(Converter(8000, 1, { .rate = 8000, .bits = 24, .channels = 1 }), Failure);
+    EXPECT_THROW(convert({}, 0, 1, {}), Failure);
+    EXPECT_THROW(convert({}, -8000, 1, {}), Failure);
+    EXPECT_THROW(convert({}, 8000, 3, {}), Failure);
+    EXPECT_THROW(convert({}, 8000, 1, { .rate = 0 }), Failure);
+    EXPECT_THROW(convert({}, 8000, 1, { .rate = 8000, .bits = 24, .channels = 1 }), Failure);
 }
 
 } // namespace
