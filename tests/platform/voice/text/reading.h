@@ -4,6 +4,7 @@
 #include "platform/text.h"
 #include "platform/voice/text/text_reader.h"
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -41,17 +42,15 @@ inline std::vector<SpeechItem> read_all(
 inline std::string style_of(const SpeechStyle& style)
 {
     std::string told;
-    const auto tell = [&](const std::string& part) { told += (told.empty() ? "" : " ") + part; };
-    if (style.rate)
-        tell("rate=" + std::to_string(style.rate));
-    if (style.pitch)
-        tell("pitch=" + std::to_string(style.pitch));
-    if (style.voice != -1)
-        tell("voice=" + std::to_string(style.voice));
-    if (style.emphasis)
-        tell("emph");
-    if (style.spell)
-        tell("spell");
+    const auto tell = [&](bool differs, const std::string& part) {
+        if (differs)
+            told += (told.empty() ? "" : " ") + part;
+    };
+    tell(style.rate != 0, "rate=" + std::to_string(style.rate));
+    tell(style.pitch != 0, "pitch=" + std::to_string(style.pitch));
+    tell(style.voice != -1, "voice=" + std::to_string(style.voice));
+    tell(style.emphasis, "emph");
+    tell(style.spell, "spell");
     return told;
 }
 
@@ -59,35 +58,26 @@ inline std::string style_of(const SpeechStyle& style)
 /// level is 50, and "date_mdy(1/2)" round a stretch with a context.
 inline std::string marked_text(const Utterance& utterance)
 {
+    std::multimap<std::size_t, std::string> signs; // by their places in the text
+    const auto place_of = [&](std::uint32_t token) {
+        return token < utterance.tokens.size() ? utterance.tokens[token].begin
+                                               : utterance.text.size();
+    };
+    for (const ContextHint& hint : utterance.contexts) {
+        signs.emplace(hint.begin, hint.context + "(");
+        signs.emplace(hint.begin + hint.length, ")");
+    }
+    for (const BookmarkPlace& bookmark : utterance.bookmarks)
+        signs.emplace(place_of(bookmark.token), "{" + bookmark.name + "}");
+    for (const LevelChange& change : utterance.levels)
+        signs.emplace(place_of(change.token), "%" + std::to_string(change.percent) + " ");
     std::string told;
     std::size_t at = 0;
-    const auto text_to = [&](std::size_t end) {
-        told += to_utf8(std::u16string_view(utterance.text).substr(at, end - at));
-        at = end;
-    };
-    auto hint = utterance.contexts.begin();
-    const auto contexts_to = [&](std::size_t end) {
-        for (; hint != utterance.contexts.end() && hint->begin <= end; ++hint) {
-            text_to(hint->begin);
-            told += hint->context + "(";
-            text_to(hint->begin + hint->length);
-            told += ")";
-        }
-    };
-    for (std::uint32_t token = 0; token <= utterance.tokens.size(); ++token) {
-        const bool end = token == utterance.tokens.size();
-        const std::size_t begin = end ? utterance.text.size() : utterance.tokens[token].begin;
-        contexts_to(begin);
-        if (at < begin)
-            text_to(begin);
-        for (const BookmarkPlace& bookmark : utterance.bookmarks)
-            if (bookmark.token == token)
-                told += "{" + bookmark.name + "}";
-        for (const LevelChange& change : utterance.levels)
-            if (change.token == token)
-                told += "%" + std::to_string(change.percent) + " ";
+    for (const auto& [place, sign] : signs) {
+        told += to_utf8(std::u16string_view(utterance.text).substr(at, place - at)) + sign;
+        at = place;
     }
-    return told;
+    return told + to_utf8(std::u16string_view(utterance.text).substr(at));
 }
 
 /// "[rate=3]slow text|(500)|{mark}": style, text and items in their order.
@@ -112,33 +102,30 @@ inline std::string told(const std::vector<SpeechItem>& items)
     return all;
 }
 
-/// The words, as the extents that the text given to Speak has for them.
-inline std::vector<std::string> source_words(
-    const TextSlice& text, const std::vector<SpeechItem>& items)
-{
-    std::vector<std::string> words;
-    for (const SpeechItem& item : items) {
-        if (const auto* utterance = std::get_if<Utterance>(&item)) {
-            for (const Token& token : utterance->tokens)
-                words.push_back(
-                    to_utf8(text.view().substr(token.source_begin, token.source_length)));
-        }
-    }
-    return words;
-}
+enum class Extents { words, sentences };
 
-/// The sentences, as the extents that the text given to Speak has for them.
-inline std::vector<std::string> source_sentences(
-    const TextSlice& text, const std::vector<SpeechItem>& items)
+/// Takes the brackets out of a text, reads it, and puts them round the words or sentences that are
+/// told of it: a text comes back as it was if they stood in the right places.
+inline std::string bracketed(std::u16string text, Extents which, ReaderOptions options = {})
 {
-    std::vector<std::string> sentences;
-    for (const SpeechItem& item : items) {
+    std::erase_if(text, [](char16_t unit) { return unit == u'[' || unit == u']'; });
+    std::string told;
+    std::size_t at = 0;
+    const auto add = [&](std::uint32_t begin, std::uint32_t length) {
+        const std::u16string_view all = text;
+        told
+            += to_utf8(all.substr(at, begin - at)) + "[" + to_utf8(all.substr(begin, length)) + "]";
+        at = begin + length;
+    };
+    for (const SpeechItem& item : read_all(text, options)) {
         const auto* utterance = std::get_if<Utterance>(&item);
-        if (utterance && utterance->sentence)
-            sentences.push_back(to_utf8(text.view().substr(
-                utterance->sentence->source_begin, utterance->sentence->source_length)));
+        if (utterance && which == Extents::words)
+            for (const Token& token : utterance->tokens)
+                add(token.source_begin, token.source_length);
+        if (utterance && which == Extents::sentences && utterance->sentence)
+            add(utterance->sentence->source_begin, utterance->sentence->source_length);
     }
-    return sentences;
+    return told + to_utf8(text.substr(at));
 }
 
 } // namespace tessavox::voice

@@ -5,6 +5,7 @@
 #include "tests/platform/voice/text/reading.h"
 
 #include <algorithm>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -30,42 +31,39 @@ public:
                 break;
             if (const auto* utterance = std::get_if<Utterance>(&*item))
                 check(*utterance);
+            if (const auto* bookmark = std::get_if<Bookmark>(&*item))
+                m_bookmarks.push_back(bookmark->name);
             m_items.push_back(std::move(*item));
         }
-        if (!m_ended)
-            complain("the last sentence does not end");
-        check_bookmarks();
+        complain_if(!m_ended, "the last sentence does not end");
         check_coverage();
         check_places();
         return m_broken;
     }
 
 private:
-    void complain(const std::string& what)
+    void complain_if(bool broken, const std::string& what)
     {
-        if (m_broken.empty())
+        if (broken && m_broken.empty())
             m_broken = what + " in: " + to_utf8(m_text.substr(0, 400));
     }
 
     void check(const Utterance& utterance)
     {
-        if (utterance.text.size() > 800)
-            complain("an utterance is too long");
-        if (utterance.text.empty() && utterance.pronunciation.empty())
-            complain("an utterance is empty");
-        if (to_utf16(to_utf8(utterance.text)) != utterance.text)
-            complain("an engine sees a lone surrogate");
-        for (const char16_t c : utterance.text) {
-            if (c < 0x20 || (c >= 0x7F && c < 0xA0))
-                complain("an engine sees a control character");
-        }
-        if (utterance.sentence.has_value() != m_ended)
-            complain("sentences do not begin where they should");
+        complain_if(utterance.text.size() > 800, "an utterance is too long");
+        complain_if(
+            utterance.text.empty() && utterance.pronunciation.empty(), "an utterance is empty");
+        complain_if(
+            to_utf16(to_utf8(utterance.text)) != utterance.text, "an engine sees a lone surrogate");
+        for (const char16_t c : utterance.text)
+            complain_if(c < 0x20 || (c >= 0x7F && c < 0xA0), "an engine sees a control character");
+        complain_if(
+            utterance.sentence.has_value() != m_ended, "sentences do not begin where they should");
         if (utterance.sentence) {
             const SentenceExtent& extent = *utterance.sentence;
-            if (extent.source_begin < m_sentence_end || extent.source_length == 0
-                || extent.source_begin + extent.source_length > m_text.size())
-                complain("a sentence's extent is wrong");
+            complain_if(extent.source_begin < m_sentence_end || extent.source_length == 0
+                    || extent.source_begin + extent.source_length > m_text.size(),
+                "a sentence's extent is wrong");
             m_sentence_end = extent.source_begin + extent.source_length;
             m_source_end = std::max(m_source_end, extent.source_begin);
         }
@@ -83,36 +81,35 @@ private:
         const std::size_t tokens = utterance.tokens.size();
         std::uint32_t before = 0;
         for (const BookmarkPlace& bookmark : utterance.bookmarks) {
-            if (bookmark.token < before || bookmark.token > tokens)
-                complain("a bookmark is out of place");
+            complain_if(
+                bookmark.token < before || bookmark.token > tokens, "a bookmark is out of place");
             before = bookmark.token;
+            m_bookmarks.push_back(bookmark.name);
         }
         std::int64_t level_before = -1;
         for (const LevelChange& change : utterance.levels) {
-            if (change.token <= level_before || change.token >= std::max<std::size_t>(tokens, 1))
-                complain("a level is out of place");
+            complain_if(
+                change.token <= level_before || change.token >= std::max<std::size_t>(tokens, 1),
+                "a level is out of place");
             level_before = change.token;
         }
         std::size_t end = 0;
         for (const ContextHint& hint : utterance.contexts) {
-            if (hint.begin < end || hint.length == 0)
-                complain("contexts overlap or are empty");
+            complain_if(hint.begin < end || hint.length == 0, "contexts overlap or are empty");
             end = std::size_t{ hint.begin } + hint.length;
         }
-        if (end > utterance.text.size())
-            complain("a context lies outside its text");
+        complain_if(end > utterance.text.size(), "a context lies outside its text");
     }
 
     void check(const Utterance& utterance, const Token& token, std::uint32_t text_end)
     {
         const std::uint32_t source_end = token.source_begin + token.source_length;
-        if (token.begin < text_end || token.begin + token.length > utterance.text.size())
-            complain("a word lies outside its utterance or overlaps another");
-        if (token.length > 100)
-            complain("a word is too long");
-        if (token.source_begin < m_source_end || token.source_length == 0
-            || source_end > m_sentence_end)
-            complain("a word lies outside its sentence or overlaps another");
+        complain_if(token.begin < text_end || token.begin + token.length > utterance.text.size(),
+            "a word lies outside its utterance or overlaps another");
+        complain_if(token.length > 100, "a word is too long");
+        complain_if(token.source_begin < m_source_end || token.source_length == 0
+                || source_end > m_sentence_end,
+            "a word lies outside its sentence or overlaps another");
         m_source_end = source_end;
         m_extents.push_back(token);
         if (token.length == 0)
@@ -120,72 +117,47 @@ private:
         const auto source = m_text.substr(token.source_begin, token.source_length);
         const auto spoken = std::u16string_view(utterance.text).substr(token.begin, token.length);
         const bool decoded = m_options.markup && source.find(u'&') != source.npos;
-        if (!decoded && to_utf8(source) != to_utf8(spoken))
-            complain("a word is not what its source says");
+        complain_if(
+            !decoded && to_utf8(source) != to_utf8(spoken), "a word is not what its source says");
     }
 
-    /// Every letter and digit that is no part of markup lies in a word.
+    /// Every letter and digit that is no part of markup lies in a word, and no bookmark is lost,
+    /// doubled or moved past another.
     void check_coverage()
     {
+        std::vector<std::string> written;
         MarkupScanner scanner(m_text);
         auto token = m_extents.begin();
         std::size_t cdata_end = 0;
-        for (std::size_t at = 0; at < m_text.size();) {
-            while (token != m_extents.end() && token->source_begin < at)
-                ++token;
-            if (token != m_extents.end() && token->source_begin == at) {
-                at += token->source_length;
-                continue;
-            }
+        for (std::size_t at = 0; at < m_text.size(); ++at) {
             const char16_t c = m_text[at];
             if (m_options.markup && at >= cdata_end && (c == u'<' || c == u'&')) {
                 const Markup markup = scanner.scan(at);
                 cdata_end = std::max(cdata_end, markup.content_end);
-                at = markup.kind == Markup::Kind::none ? at + 1 : markup.end;
+                if (lower_ascii(to_utf8(markup.name)) == "bookmark"
+                    && markup.kind != Markup::Kind::end_tag)
+                    add_name(written, scanner.attributes());
+                if (markup.kind != Markup::Kind::none)
+                    at = markup.end - 1;
                 continue;
             }
+            while (token != m_extents.end() && token->source_begin + token->source_length <= at)
+                ++token;
+            const bool in_word = token != m_extents.end() && token->source_begin <= at;
             const bool word = (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'z')
                 || (c >= u'A' && c <= u'Z') || (c >= 0xC0 && c < 0x180 && c != 0xD7 && c != 0xF7)
                 || (c >= 0x4E00 && c < 0x9FFF);
-            if (word)
-                complain("the word at " + std::to_string(at) + " was skipped");
-            ++at;
+            complain_if(word && !in_word, "the word at " + std::to_string(at) + " was skipped");
         }
+        complain_if(m_bookmarks != written, "bookmarks are lost or out of order");
     }
 
-    /// No bookmark is lost, doubled or moved past another.
-    void check_bookmarks()
+    static void add_name(
+        std::vector<std::string>& names, std::span<const MarkupAttribute> attributes)
     {
-        if (!m_options.markup)
-            return;
-        std::vector<std::string> found;
-        for (const SpeechItem& item : m_items) {
-            if (const auto* bookmark = std::get_if<Bookmark>(&item))
-                found.push_back(bookmark->name);
-            if (const auto* utterance = std::get_if<Utterance>(&item))
-                for (const BookmarkPlace& bookmark : utterance->bookmarks)
-                    found.push_back(bookmark.name);
-        }
-        std::vector<std::string> written;
-        MarkupScanner scanner(m_text);
-        std::size_t cdata_end = 0;
-        for (std::size_t at = 0; at < m_text.size();) {
-            const bool may_begin = at >= cdata_end && (m_text[at] == u'<' || m_text[at] == u'&');
-            const Markup markup = may_begin ? scanner.scan(at) : Markup();
-            cdata_end = std::max(cdata_end, markup.content_end);
-            at = markup.kind == Markup::Kind::none ? at + 1 : markup.end;
-            if (lower_ascii(to_utf8(markup.name)) != "bookmark"
-                || markup.kind == Markup::Kind::end_tag)
-                continue;
-            for (const MarkupAttribute& attribute : scanner.attributes()) {
-                if (lower_ascii(to_utf8(attribute.name)) != "mark")
-                    continue;
-                written.push_back(to_utf8(decoded_value(attribute.value)));
-                break;
-            }
-        }
-        if (found != written)
-            complain("bookmarks are lost or out of order");
+        for (const MarkupAttribute& attribute : attributes)
+            if (lower_ascii(to_utf8(attribute.name)) == "mark")
+                return names.push_back(to_utf8(decoded_value(attribute.value)));
     }
 
     void check_places()
@@ -197,14 +169,11 @@ private:
             for (std::size_t at = from; at < end; ++at) {
                 const ReadingPlace place = reader.place();
                 const auto item = reader.next();
-                if (!item || dump(*item) != dump(m_items[at]))
-                    return complain("item " + std::to_string(at) + " differs when read from place "
-                        + std::to_string(from));
-                if (place.offset > m_text.size())
-                    complain("a place lies outside the text");
+                complain_if(!item || dump(*item) != dump(m_items[at]),
+                    "item " + std::to_string(at) + " differs when read from another place");
+                complain_if(place.offset > m_text.size(), "a place lies outside the text");
             }
-            if (end == m_items.size() && reader.next())
-                complain("more items come when reading from place " + std::to_string(from));
+            complain_if(end == m_items.size() && reader.next().has_value(), "more items come");
         }
     }
 
@@ -212,11 +181,10 @@ private:
     {
         std::string all = told({ item });
         if (const auto* utterance = std::get_if<Utterance>(&item)) {
-            for (const Token& token : utterance->tokens) {
+            for (const Token& token : utterance->tokens)
                 for (const std::uint32_t number :
                     { token.begin, token.length, token.source_begin, token.source_length })
                     all += " " + std::to_string(number);
-            }
             if (utterance->sentence)
                 all += " sentence " + std::to_string(utterance->sentence->source_begin) + " "
                     + std::to_string(utterance->sentence->source_length);
@@ -231,6 +199,7 @@ private:
     std::vector<SpeechItem> m_items;
     std::vector<ReadingPlace> m_places;
     std::vector<Token> m_extents;
+    std::vector<std::string> m_bookmarks;
     std::uint32_t m_source_end = 0; // of the last word
     std::uint32_t m_sentence_end = 0;
     bool m_ended = true;

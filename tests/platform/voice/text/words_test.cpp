@@ -5,85 +5,45 @@
 namespace tessavox::voice {
 namespace {
 
-using Words = std::vector<std::string>;
-
-Words words_of(const TextSlice& text, ReaderOptions options = {})
-{
-    return source_words(text, read_all(text, options));
-}
-
 TEST(Words, AreWhatAPersonSees)
 {
-    struct Row {
-        const char16_t* text;
-        Words words;
-    };
-    const Row rows[] = {
-        { u"of the don't, I'm 80's", { "of", "the", "don't", "I'm", "80's" } },
-        { u"don\u2019t \u2018x\u2019", { "don\u2019t", "x" } },
-        { u"well-known, 10-12 - a--b", { "well-known", "10-12", "a", "b" } },
-        { u"3.14 1,000,000 12:30 20% $5.00 v2",
-            { "3.14", "1,000,000", "12:30", "20%", "$5.00", "v2" } },
-        { u"(AT&T) Q & A", { "AT&T", "Q", "&", "A" } },
-        { u"e.g. U.S. at 5 p.m.", { "e.g", "U.S", "at", "5", "p.m" } },
-        { u"end.Next === x=1", { "end", "Next", "===", "x", "=", "1" } },
-        { u"Größe naïve Ängste", { "Größe", "naïve", "Ängste" } },
-        { u"Gro\u0308ße", { "Gro\u0308ße" } },
-        { u"Привет, мир! καλημέρα", { "Привет", "мир", "καλημέρα" } },
-        { u"Жан-Поль 20% €5 x", { "Жан-Поль", "20%", "€5", "x" } },
-        { u"我们去北京。", { "我们", "去", "北京" } },
-        { u"สวัสดีครับ", { "สวัสดี", "ครับ" } },
-        { u"हिन्दी में", { "हिन्दी", "में" } },
-        { u"שלום עולם", { "שלום", "עולם" } },
-        { u"😀 👩‍👩‍👧x 🇩🇪🇫🇷 👍🏽",
-            { "😀", "👩‍👩‍👧", "x", "🇩🇪", "🇫🇷", "👍🏽" } },
-        { u"a\tb\nc\r\nd\u00A0e\u3000f", { "a", "b", "c", "d", "e", "f" } },
-        { u"AT&amp;T &#228;h", { "AT&amp;T", "&#228;h" } },
-        { u"wo<b>r</b>d", { "wo", "r", "d" } },
-        { u"... - \u2014 \u201D", {} },
-        { u"", {} },
-    };
-    for (const Row& row : rows)
-        EXPECT_EQ(words_of(row.text), row.words) << to_utf8(row.text);
-}
-
-TEST(Words, HaveTheOffsetsOfTheTextAsGiven)
-{
-    const TextSlice text(u"<emph>\U0001F600 Grüße</emph>,\t<silence msec='1'/>\r\n&lt;5 中文");
-    std::vector<std::pair<std::uint32_t, std::uint32_t>> extents;
-    for (const SpeechItem& item : read_all(text)) {
-        if (const auto* utterance = std::get_if<Utterance>(&item)) {
-            for (const Token& token : utterance->tokens)
-                extents.emplace_back(token.source_begin, token.source_length);
-        }
-    }
-    EXPECT_EQ(extents,
-        (std::vector<std::pair<std::uint32_t, std::uint32_t>>{
-            { 6, 2 }, { 9, 5 }, { 44, 4 }, { 48, 1 }, { 50, 2 } }));
-}
-
-TEST(Words, PunctuationCountsWhenItIsSpoken)
-{
-    EXPECT_EQ(words_of(u"Oh, \u201Cdon't\u201D... я!", { .speak_punctuation = true }),
-        (Words{ "Oh", ",", "\u201C", "don't", "\u201D", ".", ".", ".", "я", "!" }));
-    EXPECT_EQ(words_of(u"a <spell>b 1, e\u0301&amp;</spell> c"),
-        (Words{ "a", "b", "1", ",", "e\u0301", "&amp;", "c" }));
+    for (const std::u16string text : {
+             u"[of] [the] [don't], [I'm] [80's] [don\u2019t] \u2018[x]\u2019",
+             u"[well-known], [10-12] - [a]--[b]",
+             u"[3.19] [1,000,000] [12:30] [20%] [$5.00] [v2]",
+             u"([AT&T]) [Q] [&] [A]",
+             u"[e.g]. [U.S]. [at] [5] [p.m].",
+             u"[end].[Next] [===] [x][=][1] ... - \u2014 \u201D",
+             u"[Größe] [naïve] [Ängste] [Gro\u0308ße]",
+             u"[Привет], [мир]! [καλημέρα] [Жан-Поль] [20%] [€5] [x]",
+             u"[我们][去][北京]。",
+             u"[สวัสดี][ครับ]",
+             u"[हिन्दी] [में] [שלום] [עולם]",
+             u"[😀] [👩‍👩‍👧][x] [🇩🇪][🇫🇷] [👍🏽]",
+             u"[a]\t[b]\n[c]\r\n[d]\u00A0[e]\u3000[f]",
+             u"[AT&amp;T] [&#228;h] [wo]<b>[r]</b>[d]",
+             u"[a] [<pron sym='h'/>] [b]",
+             u"<emph>[\U0001F600] [Grüße]</emph>,\t<silence msec='1'/>\r\n[&lt;][5] [中文]",
+             u"[a] <spell>[b] [1][,][e\u0301][&amp;]</spell> [c]",
+         })
+        EXPECT_EQ(bracketed(text, Extents::words), to_utf8(text));
+    const std::u16string text = u"[Oh][,] [\u201C][don't][\u201D][.][.][.] [я][!]";
+    EXPECT_EQ(bracketed(text, Extents::words, { .speak_punctuation = true }), to_utf8(text));
 }
 
 TEST(Words, LongOnesAreSplitWithoutLosingACharacter)
 {
-    const TextSlice text(std::u16string(250, u'a') + u" b");
-    const auto items = read_all(text);
-    EXPECT_EQ(source_words(text, items),
-        (Words{ std::string(100, 'a'), std::string(100, 'a'), std::string(50, 'a'), "b" }));
+    const std::u16string hundred = u"[" + std::u16string(100, u'a') + u"]";
+    const std::u16string text = hundred + hundred + u"[aaa] [b]";
+    EXPECT_EQ(bracketed(text, Extents::words), to_utf8(text));
     // The engine must see several words too.
+    const auto items = read_all(std::u16string(250, u'a'));
     EXPECT_EQ(std::get<Utterance>(items[0]).text.find(u' '), 100u);
 
     std::u16string pairs = u"x"; // so that the hundredth unit is a high surrogate
     for (int each = 0; each < 80; ++each)
         pairs += u"\U00020000";
-    for (const std::string& word : words_of(pairs))
-        EXPECT_EQ(word.find("\uFFFD"), word.npos);
+    EXPECT_EQ(bracketed(pairs, Extents::words).find("\uFFFD"), std::string::npos);
 }
 
 TEST(Words, EnginesNeverSeeControlCharactersOrLoneSurrogates)
