@@ -1,6 +1,5 @@
 # The voice itself: jobs, the two threads behind each voice, and the events on their way back.
 add_library(tessavox_voice STATIC
-  destinations.cpp
   event_queue.cpp
   file_stream.cpp
   made_speech.cpp
@@ -8,13 +7,11 @@ add_library(tessavox_voice STATIC
   playback.cpp
   reading_ahead.cpp
   sound_ring.cpp
-  speech_service.cpp
   stream.cpp
   synthesis_worker.cpp
   system_voice.cpp
   text_source.cpp
   utterance_events.cpp
-  wave_source.cpp
 )
 target_link_libraries(tessavox_voice
   PUBLIC tessavox_voice_text tessavox_voice_rendering tessavox_voice_sound tessavox_base
