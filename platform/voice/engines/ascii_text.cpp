@@ -62,7 +62,7 @@ std::string spelled(char32_t character)
     std::string ascii = ascii_of(character);
     std::string words;
     for (const char letter : ascii) {
-        const std::string_view name = name_of_mark(letter);
+        const std::string name = english_name(static_cast<unsigned char>(letter));
         words += ' ';
         if (!name.empty())
             words += name;

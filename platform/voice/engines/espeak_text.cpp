@@ -1,7 +1,6 @@
 #include "platform/voice/engines/espeak_text.h"
 
 #include "platform/text.h"
-#include "platform/voice/engines/espeak_gaps.h"
 #include "platform/voice/engines/espeak_words.h"
 #include "platform/voice/engines/sign_names.h"
 

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdlib>
 #include <map>
+#include <ranges>
 #include <tuple>
 
 namespace tessavox::voice {
@@ -104,12 +105,8 @@ std::vector<std::string> languages_of_user()
             tags.push_back(std::move(tag));
     };
     const char* list = std::getenv("LANGUAGE");
-    std::string_view rest = list ? list : "";
-    while (!rest.empty()) {
-        const std::size_t end = std::min(rest.find(':'), rest.size());
-        add(rest.substr(0, end));
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
+    for (const auto& part : std::views::split(std::string_view(list ? list : ""), ':'))
+        add({ part.begin(), part.end() });
     for (const char* variable : { "LC_ALL", "LC_MESSAGES", "LANG" })
         if (const char* locale = std::getenv(variable); locale && *locale) {
             add(locale);

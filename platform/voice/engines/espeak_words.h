@@ -1,10 +1,17 @@
-// Cuts words up that espeak-ng 1.51 can't bear whole.
+// What espeak-ng 1.51 can't be trusted with.
 #pragma once
 
 #include <string>
 #include <vector>
 
 namespace tessavox::voice {
+
+/// What is spoken in place of `character`. The library reads memory that it has freed already when
+/// a character belongs to a script whose language doesn't know it, such as a number or a sign. The
+/// digits of India become those of ASCII, which sound the same; the others become spaces, because
+/// no voice has a word for them. What else there is can cost the helper that speaks, and with it a
+/// sentence.
+char32_t safe_for_espeak(char32_t character);
 
 /// For each place in `text` whether a blank must stand before it. The library's faults, each found
 /// with the address sanitizer or by a crash:

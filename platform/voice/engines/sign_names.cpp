@@ -11,45 +11,16 @@ namespace tessavox::voice {
 
 namespace {
 
+// What people call some marks otherwise than Unicode does.
 struct MarkRow {
-    char mark;
+    char32_t mark;
     std::string_view name;
 };
-
-constexpr MarkRow marks[] = {
-    { '!', "exclamation mark" },
-    { '"', "quote" },
-    { '#', "number sign" },
-    { '$', "dollar" },
-    { '%', "percent" },
-    { '&', "and" },
-    { '\'', "apostrophe" },
-    { '(', "left parenthesis" },
-    { ')', "right parenthesis" },
-    { '*', "asterisk" },
-    { '+', "plus" },
-    { ',', "comma" },
-    { '-', "dash" },
-    { '.', "period" },
-    { '/', "slash" },
-    { ':', "colon" },
-    { ';', "semicolon" },
-    { '<', "less than" },
-    { '=', "equals" },
-    { '>', "greater than" },
-    { '?', "question mark" },
-    { '@', "at" },
-    { '[', "left bracket" },
-    { '\\', "backslash" },
-    { ']', "right bracket" },
-    { '^', "caret" },
-    { '_', "underscore" },
-    { '`', "backquote" },
-    { '{', "left brace" },
-    { '|', "vertical bar" },
-    { '}', "right brace" },
-    { '~', "tilde" },
-};
+constexpr MarkRow usual_names[] = { { U'"', "quote" }, { U'$', "dollar" }, { U'%', "percent" },
+    { U'&', "and" }, { U'+', "plus" }, { U'-', "dash" }, { U'.', "period" }, { U'/', "slash" },
+    { U'<', "less than" }, { U'=', "equals" }, { U'>', "greater than" }, { U'@', "at" },
+    { U'\\', "backslash" }, { U'^', "caret" }, { U'_', "underscore" }, { U'`', "backquote" },
+    { U'|', "vertical bar" } };
 
 // The letters of flags, from A.
 constexpr char32_t first_flag_letter = 0x1F1E6;
@@ -57,21 +28,17 @@ constexpr char32_t last_flag_letter = 0x1F1FF;
 
 } // namespace
 
-std::string_view name_of_mark(char mark)
-{
-    const auto* row = std::ranges::find(marks, mark, &MarkRow::mark);
-    return row == std::end(marks) ? std::string_view() : row->name;
-}
-
 std::string english_name(char32_t sign)
 {
-    if (sign < 0x80)
-        return std::string(name_of_mark(static_cast<char>(sign)));
+    const auto* usual = std::ranges::find(usual_names, sign, &MarkRow::mark);
+    if (usual != std::end(usual_names))
+        return std::string(usual->name);
     if (sign >= first_flag_letter && sign <= last_flag_letter)
         return std::string(1, static_cast<char>('A' + (sign - first_flag_letter)));
     const auto point = static_cast<UChar32>(sign);
     const uint32_t shapers = U_GC_M_MASK | U_GC_CF_MASK | U_GC_SK_MASK;
-    if ((U_GET_GC_MASK(point) & shapers) != 0)
+    if (((U_GET_GC_MASK(point) & shapers) != 0 && sign >= 0x80) || u_isalnum(point)
+        || !u_isgraph(point))
         return {};
     std::array<char, 128> name{};
     UErrorCode status = U_ZERO_ERROR;

@@ -6,11 +6,9 @@
 
 namespace tessavox::voice {
 
-/// The name of an ASCII punctuation mark, or nothing.
-std::string_view name_of_mark(char mark);
-
 /// The name of a character that is neither letter nor digit, as Unicode has it but in small
-/// letters: "snowman". Empty for what has none or only changes the look of another character.
+/// letters, or as people say it: "snowman", "dash". Empty for what has none or only changes the
+/// look of another character.
 std::string english_name(char32_t sign);
 
 /// The names of a token's signs, one after the other; that of a row of one sign once. The letters

@@ -1,50 +1,119 @@
 #include "platform/voice/engines/voice_catalog.h"
 
 #include "platform/failure.h"
-#include "platform/voice/engines/attribute_match.h"
+#include "platform/text.h"
 
 #include <algorithm>
+#include <charconv>
+#include <ranges>
 
 namespace tessavox::voice {
 
-class VoiceCatalog::Impl {
-public:
-    std::vector<std::unique_ptr<Engine>> engines;
-    std::vector<SpeechObjectToken> tokens;
-    std::vector<Engine*> owners; // of each token
-};
-
-VoiceCatalog::VoiceCatalog(std::vector<std::unique_ptr<Engine>> engines)
-    : m_impl(std::make_unique<Impl>())
-{
-    m_impl->engines = std::move(engines);
-    for (const auto& engine : m_impl->engines)
-        for (SpeechObjectToken& token : engine->voices()) {
-            m_impl->tokens.push_back(std::move(token));
-            m_impl->owners.push_back(engine.get());
-        }
-}
-
-VoiceCatalog::VoiceCatalog(std::vector<SpeechObjectToken> tokens)
-    : m_impl(std::make_unique<Impl>())
-{
-    m_impl->tokens = std::move(tokens);
-}
-
-VoiceCatalog::~VoiceCatalog() = default;
-
-const std::vector<SpeechObjectToken>& VoiceCatalog::tokens() const
-{
-    return m_impl->tokens;
-}
-
-int VoiceCatalog::find(const std::string& id) const
-{
-    const auto token = std::ranges::find(m_impl->tokens, id, &SpeechObjectToken::id);
-    return token == m_impl->tokens.end() ? -1 : static_cast<int>(token - m_impl->tokens.begin());
-}
-
 namespace {
+
+std::string_view trimmed(std::string_view text)
+{
+    constexpr std::string_view blanks = " \t\r\n";
+    const std::size_t begin = text.find_first_not_of(blanks);
+    if (begin == std::string_view::npos)
+        return {};
+    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+}
+
+std::optional<unsigned> hexadecimal(std::string_view text)
+{
+    text = trimmed(text);
+    if (text.starts_with("0x") || text.starts_with("0X"))
+        text.remove_prefix(2);
+    unsigned number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, 16);
+    if (error != std::errc() || end != text.data() + text.size())
+        return std::nullopt;
+    return number;
+}
+
+// The low ten bits of a language id are the language, the rest its region.
+constexpr unsigned primary_language = 0x3FF;
+
+bool language_fits(std::string_view languages, std::string_view wanted_text)
+{
+    const auto wanted = hexadecimal(wanted_text);
+    return wanted && std::ranges::any_of(std::views::split(languages, ';'), [&](const auto& part) {
+        const auto language = hexadecimal({ part.begin(), part.end() });
+        return language
+            && (*language == *wanted
+                || (*wanted <= primary_language && (*language & primary_language) == *wanted));
+    });
+}
+
+const std::string* attribute(const SpeechObjectToken& token, std::string_view name)
+{
+    struct AttributeRow {
+        std::string_view name;
+        std::string SpeechObjectToken::*value;
+    };
+    constexpr AttributeRow rows[] = {
+        { "name", &SpeechObjectToken::name },
+        { "gender", &SpeechObjectToken::gender },
+        { "age", &SpeechObjectToken::age },
+        { "language", &SpeechObjectToken::language },
+        { "vendor", &SpeechObjectToken::vendor },
+    };
+    const auto* row = std::ranges::find(rows, name, &AttributeRow::name);
+    return row == std::end(rows) ? nullptr : &(token.*row->value);
+}
+
+/// One condition of a list such as "Gender=Female;Name!=Anna;Language=409;Vendor".
+class AttributeCondition {
+public:
+    /// The conditions of a list parted by ';'. Empty ones are left out.
+    static std::vector<AttributeCondition> parse(std::string_view list)
+    {
+        std::vector<AttributeCondition> conditions;
+        for (const auto& each : std::views::split(list, ';')) {
+            const std::string_view part = trimmed({ each.begin(), each.end() });
+            AttributeCondition condition;
+            const std::size_t equals = part.find('=');
+            std::string_view name = part.substr(0, equals);
+            if (equals != std::string_view::npos) {
+                condition.m_value = lower_ascii(trimmed(part.substr(equals + 1)));
+                condition.m_relation = Relation::equal;
+                if (name.ends_with('!')) {
+                    name.remove_suffix(1);
+                    condition.m_relation = Relation::unequal;
+                }
+            }
+            condition.m_name = lower_ascii(trimmed(name));
+            if (!condition.m_name.empty())
+                conditions.push_back(std::move(condition));
+        }
+        return conditions;
+    }
+
+    /// Names and values compare without case. A name by itself asks that the attribute be there.
+    /// Name also fits the whole description. A language is compared as a hexadecimal number with
+    /// each of the token's; a number without a region, such as 9, fits every region. An attribute
+    /// that no token has never fits, and always fits with "!=".
+    bool fits(const SpeechObjectToken& token) const
+    {
+        const std::string* value = attribute(token, m_name);
+        if (m_relation == Relation::present)
+            return value && !value->empty();
+        bool equal = false;
+        if (m_name == "language")
+            equal = language_fits(token.language, m_value);
+        else if (value)
+            equal = lower_ascii(*value) == m_value
+                || (m_name == "name" && lower_ascii(token.description) == m_value);
+        return equal == (m_relation == Relation::equal);
+    }
+
+private:
+    enum class Relation { present, equal, unequal };
+    std::string m_name; // lower case
+    std::string m_value;
+    Relation m_relation = Relation::present;
+};
 
 struct Fit {
     int voice;
@@ -69,9 +138,30 @@ std::vector<Fit> fits_of(const std::vector<SpeechObjectToken>& tokens, std::stri
 
 } // namespace
 
+VoiceCatalog::VoiceCatalog(std::vector<std::unique_ptr<Engine>> engines)
+    : m_engines(std::move(engines))
+{
+    for (const auto& engine : m_engines)
+        for (SpeechObjectToken& token : engine->voices()) {
+            m_tokens.push_back(std::move(token));
+            m_owners.push_back(engine.get());
+        }
+}
+
+VoiceCatalog::VoiceCatalog(std::vector<SpeechObjectToken> tokens)
+    : m_tokens(std::move(tokens))
+{
+}
+
+int VoiceCatalog::find(const std::string& id) const
+{
+    const auto token = std::ranges::find(m_tokens, id, &SpeechObjectToken::id);
+    return token == m_tokens.end() ? -1 : static_cast<int>(token - m_tokens.begin());
+}
+
 std::vector<int> VoiceCatalog::matching(std::string_view required, std::string_view optional) const
 {
-    std::vector<Fit> fits = fits_of(m_impl->tokens, required, optional);
+    std::vector<Fit> fits = fits_of(m_tokens, required, optional);
     std::ranges::stable_sort(fits, std::greater(), &Fit::wishes);
     std::vector<int> voices;
     voices.reserve(fits.size());
@@ -83,7 +173,7 @@ std::vector<int> VoiceCatalog::matching(std::string_view required, std::string_v
 std::optional<int> VoiceCatalog::choose(
     std::string_view required, std::string_view optional, int current) const
 {
-    const std::vector<Fit> fits = fits_of(m_impl->tokens, required, optional);
+    const std::vector<Fit> fits = fits_of(m_tokens, required, optional);
     if (fits.empty())
         return std::nullopt;
     const auto best = std::ranges::max_element(fits, {}, &Fit::wishes);
@@ -96,11 +186,11 @@ std::optional<int> VoiceCatalog::choose(
 Rendering VoiceCatalog::render(
     int voice, int rate, const Utterance& utterance, const std::atomic<bool>& cancelled) const
 {
-    if (voice < 0 || static_cast<std::size_t>(voice) >= m_impl->owners.size())
+    if (voice < 0 || static_cast<std::size_t>(voice) >= m_owners.size())
         throw Failure("no voice of this number");
     const auto index = static_cast<std::size_t>(voice);
-    return m_impl->owners[index]->render(
-        { m_impl->tokens[index].id, std::clamp(rate, -10, 10), &utterance }, cancelled);
+    return m_owners[index]->render(
+        { m_tokens[index].id, std::clamp(rate, -10, 10), &utterance }, cancelled);
 }
 
 } // namespace tessavox::voice

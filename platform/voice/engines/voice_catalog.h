@@ -17,9 +17,8 @@ public:
     explicit VoiceCatalog(std::vector<std::unique_ptr<Engine>> engines);
     /// A list of voices whose engines are elsewhere: render() fails.
     explicit VoiceCatalog(std::vector<SpeechObjectToken> tokens);
-    ~VoiceCatalog() override;
 
-    const std::vector<SpeechObjectToken>& tokens() const;
+    const std::vector<SpeechObjectToken>& tokens() const { return m_tokens; }
     /// The index of the token with this id, or -1.
     int find(const std::string& id) const;
     /// All voices that fit, in list order but the better fitting first where `optional` is given.
@@ -34,8 +33,9 @@ public:
         int voice, int rate, const Utterance& utterance, const std::atomic<bool>& cancelled) const;
 
 private:
-    class Impl;
-    std::unique_ptr<Impl> m_impl;
+    std::vector<std::unique_ptr<Engine>> m_engines;
+    std::vector<SpeechObjectToken> m_tokens;
+    std::vector<Engine*> m_owners; // of each token
 };
 
 std::unique_ptr<Engine> make_espeak_engine();

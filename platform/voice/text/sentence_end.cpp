@@ -10,92 +10,16 @@ namespace tessavox::voice {
 
 namespace {
 
-/// What an abbreviation says about the full stop after it.
-enum class Stop {
-    never, // the sentence goes on: "Mr.", "e.g."
-    before_number, // no end if a number follows: "No. 5"
-    before_capital, // an end if a capital letter follows: "etc."
-};
-
-struct AbbreviationRow {
-    std::u16string_view word; // in lower case, without its last full stop
-    Stop stop;
-};
-
-constexpr AbbreviationRow abbreviations[] = {
-    { u"mr", Stop::never },
-    { u"mrs", Stop::never },
-    { u"ms", Stop::never },
-    { u"dr", Stop::never },
-    { u"prof", Stop::never },
-    { u"st", Stop::never },
-    { u"mt", Stop::never },
-    { u"gen", Stop::never },
-    { u"col", Stop::never },
-    { u"capt", Stop::never },
-    { u"lt", Stop::never },
-    { u"sgt", Stop::never },
-    { u"rev", Stop::never },
-    { u"hon", Stop::never },
-    { u"gov", Stop::never },
-    { u"sen", Stop::never },
-    { u"messrs", Stop::never },
-    { u"mme", Stop::never },
-    { u"mlle", Stop::never },
-    { u"hr", Stop::never },
-    { u"fr", Stop::never },
-    { u"e.g", Stop::never },
-    { u"i.e", Stop::never },
-    { u"vs", Stop::never },
-    { u"cf", Stop::never },
-    { u"viz", Stop::never },
-    { u"ca", Stop::never },
-    { u"approx", Stop::never },
-    { u"z.b", Stop::never },
-    { u"d.h", Stop::never },
-    { u"u.a", Stop::never },
-    { u"bzw", Stop::never },
-    { u"bspw", Stop::never },
-    { u"ggf", Stop::never },
-    { u"evtl", Stop::never },
-    { u"inkl", Stop::never },
-    { u"vgl", Stop::never },
-    { u"no", Stop::before_number },
-    { u"nos", Stop::before_number },
-    { u"nr", Stop::before_number },
-    { u"fig", Stop::before_number },
-    { u"figs", Stop::before_number },
-    { u"vol", Stop::before_number },
-    { u"p", Stop::before_number },
-    { u"pp", Stop::before_number },
-    { u"ch", Stop::before_number },
-    { u"sec", Stop::before_number },
-    { u"art", Stop::before_number },
-    { u"abs", Stop::before_number },
-    { u"eq", Stop::before_number },
-    { u"ed", Stop::before_number },
-    { u"jan", Stop::before_number },
-    { u"feb", Stop::before_number },
-    { u"mar", Stop::before_number },
-    { u"apr", Stop::before_number },
-    { u"jun", Stop::before_number },
-    { u"jul", Stop::before_number },
-    { u"aug", Stop::before_number },
-    { u"sep", Stop::before_number },
-    { u"sept", Stop::before_number },
-    { u"oct", Stop::before_number },
-    { u"nov", Stop::before_number },
-    { u"dec", Stop::before_number },
-    { u"etc", Stop::before_capital },
-    { u"inc", Stop::before_capital },
-    { u"ltd", Stop::before_capital },
-    { u"co", Stop::before_capital },
-    { u"corp", Stop::before_capital },
-    { u"jr", Stop::before_capital },
-    { u"sr", Stop::before_capital },
-    { u"al", Stop::before_capital },
-    { u"usw", Stop::before_capital },
-};
+// Abbreviations in lower case, without their last full stop. After these a sentence goes on,
+constexpr std::u16string_view never_last
+    = u" mr mrs ms dr prof st mt gen col capt lt sgt rev hon gov sen messrs mme mlle hr fr"
+      u" e.g i.e vs cf viz ca approx z.b d.h u.a bzw bspw ggf evtl inkl vgl ";
+// after these it does if a number follows ("No. 5"),
+constexpr std::u16string_view not_before_number
+    = u" no nos nr fig figs vol p pp ch sec art abs eq ed jan feb mar apr jun jul aug sep"
+      u" sept oct nov dec ";
+// and after these it ends before a capital letter only.
+constexpr std::u16string_view last_before_capital = u" etc inc ltd co corp jr sr al usw ";
 
 constexpr std::size_t longest_abbreviation = 8;
 
@@ -114,16 +38,9 @@ bool is_letter(char16_t c)
     return c < 0x80 ? (lower_ascii(c) >= u'a' && lower_ascii(c) <= u'z') : u_isalpha(c) != 0;
 }
 
-const AbbreviationRow* find_abbreviation(std::u16string_view word)
+bool is_among(std::u16string_view words, std::u16string_view word)
 {
-    if (word.size() > longest_abbreviation)
-        return nullptr;
-    const auto row = std::find_if(
-        std::begin(abbreviations), std::end(abbreviations), [&](const AbbreviationRow& each) {
-            return std::equal(word.begin(), word.end(), each.word.begin(), each.word.end(),
-                [](char16_t a, char16_t b) { return lower_ascii(a) == b; });
-        });
-    return row == std::end(abbreviations) ? nullptr : row;
+    return words.find(u' ' + std::u16string(word) + u' ') != words.npos;
 }
 
 /// The word that ends `text`: back to white space or an opening sign.
@@ -151,17 +68,13 @@ bool is_dotted(std::u16string_view word)
 bool full_stop_ends(std::u16string_view before, char16_t next)
 {
     const std::u16string_view word = last_word(before);
-    if (const AbbreviationRow* row = find_abbreviation(word)) {
-        switch (row->stop) {
-        case Stop::never:
-            return false;
-        case Stop::before_number:
-            return !is_digit(next);
-        case Stop::before_capital:
-            return !is_lower(next) && !is_digit(next);
-        }
-    }
-    if (is_dotted(word))
+    std::u16string small(word.substr(0, longest_abbreviation + 1));
+    std::ranges::transform(small, small.begin(), lower_ascii<char16_t>);
+    if (is_among(never_last, small) || (is_among(not_before_number, small) && is_digit(next)))
+        return false;
+    if (is_among(not_before_number, small))
+        return true;
+    if (is_dotted(word) || is_among(last_before_capital, small))
         return !is_lower(next) && !is_digit(next);
     // An initial; but "I" ends many a sentence.
     if (word.size() == 1 && is_letter(word[0]) && !is_lower(word[0]) && word[0] != u'I')
