@@ -1,7 +1,6 @@
 #include "tests/platform/voice/core/voice_bed.h"
 
 #include "platform/failure.h"
-#include "tests/platform/voice/core/local_engines.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,8 +9,6 @@
 #include <thread>
 
 namespace tessavox::voice::test {
-
-using std::chrono::milliseconds;
 
 void MessageLoop::post(std::function<void()> call)
 {
@@ -35,13 +32,10 @@ void MessageLoop::run_posted(std::chrono::microseconds wait)
 std::vector<Heard> Listener::of(const std::string& kinds) const
 {
     std::vector<Heard> rows;
-    for (const Heard& row : heard) {
-        const bool wanted = kinds.empty()
-            ? row.kind != "Phoneme" && row.kind != "Viseme"
-            : (' ' + kinds + ' ').find(' ' + row.kind + ' ') != std::string::npos;
-        if (wanted)
-            rows.push_back(row);
-    }
+    std::ranges::copy_if(heard, std::back_inserter(rows), [&](const Heard& row) {
+        return kinds.empty() ? row.kind != "Phoneme" && row.kind != "Viseme"
+                             : (' ' + kinds + ' ').find(' ' + row.kind + ' ') != std::string::npos;
+    });
     return rows;
 }
 
@@ -59,78 +53,11 @@ std::vector<std::string> Listener::told(const std::string& kinds) const
     return texts;
 }
 
-int Listener::count(const std::string& kind) const
-{
-    return static_cast<int>(std::count_if(
-        heard.begin(), heard.end(), [&](const Heard& row) { return row.kind == kind; }));
-}
-
 void Listener::add(Heard row)
 {
     heard.push_back(row);
     if (on_event)
         on_event(row);
-}
-
-void Listener::Voice_StartStream(std::int32_t stream, std::int64_t position)
-{
-    add({ "StartStream", stream, position, 0, 0, "" });
-}
-
-void Listener::Voice_EndStream(std::int32_t stream, std::int64_t position)
-{
-    add({ "EndStream", stream, position, 0, 0, "" });
-}
-
-void Listener::Voice_VoiceChange(
-    std::int32_t stream, std::int64_t position, const SpeechObjectToken& token)
-{
-    add({ "VoiceChange", stream, position, 0, 0, token.description });
-}
-
-void Listener::Voice_Bookmark(
-    std::int32_t stream, std::int64_t position, const std::string& bookmark, std::int32_t id)
-{
-    add({ "Bookmark", stream, position, 0, id, bookmark });
-}
-
-void Listener::Voice_Word(
-    std::int32_t stream, std::int64_t position, std::int32_t character, std::int32_t length)
-{
-    add({ "Word", stream, position, character, length, "" });
-}
-
-void Listener::Voice_Sentence(
-    std::int32_t stream, std::int64_t position, std::int32_t character, std::int32_t length)
-{
-    add({ "Sentence", stream, position, character, length, "" });
-}
-
-void Listener::Voice_Phoneme(std::int32_t stream, std::int64_t position, std::int32_t duration,
-    std::int16_t next, std::int32_t, std::int16_t)
-{
-    add({ "Phoneme", stream, position, duration, next, "" });
-}
-
-void Listener::Voice_Viseme(std::int32_t stream, std::int64_t position, std::int32_t duration,
-    std::int32_t type, std::int32_t, std::int32_t)
-{
-    add({ "Viseme", stream, position, duration, type, "" });
-}
-
-void Listener::Voice_AudioLevel(std::int32_t stream, std::int64_t position, std::int32_t level)
-{
-    add({ "AudioLevel", stream, position, level, 0, "" });
-}
-
-void Listener::Voice_EnginePrivate(std::int32_t stream, std::int32_t position, std::int64_t)
-{
-    add({ "EnginePrivate", stream, position, 0, 0, "" });
-}
-
-void Listener::Voice_AudioOutput(bool reachable)
-{
-    add({ "AudioOutput", 0, 0, reachable, 0, "" });
 }
 
 int ToneEngine::word_samples(int rate, int voice)
@@ -142,15 +69,16 @@ int ToneEngine::word_samples(int rate, int voice)
 
 std::vector<SpeechObjectToken> ToneEngine::voices()
 {
-    SpeechObjectToken anna{ "tone/anna", "Anna", "Anna", "Female", "Adult", "409", "Tone" };
-    SpeechObjectToken bert{ "tone/bert", "Bert", "Bert", "Male", "Adult", "407", "Tone" };
-    return { anna, bert };
+    return { { "tone/anna", "Anna", "Anna", "Female", "Adult", "409", "Tone" },
+        { "tone/bert", "Bert", "Bert", "Male", "Adult", "407", "Tone" } };
 }
 
 Rendering ToneEngine::render(const RenderRequest& request, const std::atomic<bool>& cancelled)
 {
     while ((held || renderings == held_at) && !cancelled)
         std::this_thread::yield();
+    if (cancelled)
+        return {};
     if (broken)
         throw Failure("The engine is broken");
     ++renderings;
@@ -169,13 +97,124 @@ Rendering ToneEngine::render(const RenderRequest& request, const std::atomic<boo
         }
     }
     if (request.utterance->ends_sentence)
-        rendering.samples.resize(rendering.samples.size() + sample_rate / 20);
+        rendering.samples.resize(rendering.samples.size() + pause_samples);
     return rendering;
 }
 
-std::shared_ptr<ManualDevice::Stream> ManualDevice::latest() const
+class ToneQueue : public RenderQueue {
+public:
+    explicit ToneQueue(ToneEngines& engines)
+        : m_engines(engines)
+    {
+    }
+    bool wants_more() const override { return m_orders.size() < 24; }
+    bool pending() const override { return !m_orders.empty(); }
+    void wake() override { m_woken = true; }
+    void drop() override { m_orders.clear(); }
+    void submit(int voice, int rate, Utterance utterance) override
+    {
+        m_orders.push_back({ voice, rate, std::move(utterance) });
+        ++m_engines.orders;
+    }
+    std::optional<Result> take(const std::function<bool()>& interrupted) override
+    {
+        for (;;) {
+            m_woken = false;
+            if (interrupted() || m_orders.empty())
+                return std::nullopt;
+            Result result{ m_orders.front().utterance, {} };
+            attempt([&] {
+                result.rendering = m_engines.voices()->render(
+                    m_orders.front().voice, m_orders.front().rate, result.utterance, m_woken);
+            });
+            if (m_woken && result.rendering.sample_rate == 0)
+                continue;
+            m_orders.pop_front();
+            return result;
+        }
+    }
+
+private:
+    struct Order {
+        int voice;
+        int rate;
+        Utterance utterance;
+    };
+    ToneEngines& m_engines;
+    std::deque<Order> m_orders;
+    std::atomic<bool> m_woken{ false };
+};
+
+ToneEngines::ToneEngines()
 {
-    return m_streams.empty() ? nullptr : m_streams.back();
+    std::vector<std::unique_ptr<Engine>> all;
+    all.push_back(std::make_unique<ToneEngine>());
+    engine = static_cast<ToneEngine*>(all[0].get());
+    m_catalog = std::make_shared<VoiceCatalog>(std::move(all));
+}
+
+std::unique_ptr<RenderQueue> ToneEngines::live_queue()
+{
+    return std::make_unique<ToneQueue>(*this);
+}
+
+class ManualSink : public AudioSink {
+public:
+    ManualSink(ManualDevice& device, std::shared_ptr<ManualDevice::Stream> stream)
+        : m_device(device)
+        , m_stream(std::move(stream))
+    {
+    }
+    ~ManualSink() override { with_lock()->open = false; }
+    PcmFormat format() const override { return m_stream->format; }
+    std::size_t writable() override
+    {
+        const auto stream = with_lock();
+        const auto room = static_cast<std::size_t>(stream->format.rate / 10);
+        return room - std::min(room, stream->waiting.size() / align());
+    }
+    void write(std::span<const std::byte> frames) override
+    {
+        const auto stream = with_lock();
+        stream->waiting.insert(stream->waiting.end(), frames.begin(), frames.end());
+    }
+    void finish() override { }
+    std::uint64_t played() override { return with_lock()->played(); }
+    void pause() override { with_lock()->paused = true; }
+    void resume() override { with_lock()->paused = false; }
+    void flush() override { with_lock()->waiting.clear(); }
+    bool alive() const override { return with_lock()->alive; }
+
+private:
+    struct Locked {
+        std::unique_lock<std::mutex> lock;
+        ManualDevice::Stream* stream;
+        ManualDevice::Stream* operator->() const { return stream; }
+    };
+    Locked with_lock() const { return { std::unique_lock(m_device.m_mutex), m_stream.get() }; }
+    std::size_t align() const { return static_cast<std::size_t>(m_stream->format.block_align()); }
+    ManualDevice& m_device;
+    std::shared_ptr<ManualDevice::Stream> m_stream;
+};
+
+std::uint64_t ManualDevice::Stream::played() const
+{
+    return heard.size() / static_cast<std::size_t>(format.block_align());
+}
+
+std::unique_ptr<AudioSink> ManualDevice::open(
+    PcmFormat format, const std::string& output, std::function<void()> wake)
+{
+    if (absent)
+        throw Failure("There is no device");
+    const std::lock_guard lock(m_mutex);
+    m_streams.push_back(std::make_shared<Stream>(Stream{ format, output, std::move(wake) }));
+    return std::make_unique<ManualSink>(*this, m_streams.back());
+}
+
+std::vector<SoundServer::Output> ManualDevice::outputs()
+{
+    return { { "left", "Loudspeaker" }, { "right", "Loudspeaker" } };
 }
 
 void ManualDevice::advance(milliseconds time)
@@ -183,17 +222,16 @@ void ManualDevice::advance(milliseconds time)
     std::function<void()> wake;
     {
         const std::lock_guard lock(m_mutex);
-        const auto stream = latest();
-        if (!stream || stream->paused || !stream->open)
+        if (m_streams.empty() || m_streams.back()->paused || !m_streams.back()->open)
             return;
-        const auto align = static_cast<std::size_t>(stream->format.block_align());
-        const auto frames = static_cast<std::size_t>(stream->format.rate * time.count() / 1000);
-        const auto bytes
-            = static_cast<std::ptrdiff_t>(std::min(frames * align, stream->waiting.size()));
-        stream->heard.insert(
-            stream->heard.end(), stream->waiting.begin(), stream->waiting.begin() + bytes);
-        stream->waiting.erase(stream->waiting.begin(), stream->waiting.begin() + bytes);
-        wake = stream->wake;
+        Stream& stream = *m_streams.back();
+        const auto align = static_cast<std::size_t>(stream.format.block_align());
+        const auto frames = static_cast<std::size_t>(stream.format.rate * time.count() / 1000);
+        const auto end = stream.waiting.begin()
+            + static_cast<std::ptrdiff_t>(std::min(frames * align, stream.waiting.size()));
+        stream.heard.insert(stream.heard.end(), stream.waiting.begin(), end);
+        stream.waiting.erase(stream.waiting.begin(), end);
+        wake = stream.wake;
     }
     wake();
 }
@@ -204,8 +242,8 @@ void ManualDevice::vanish()
     std::function<void()> wake;
     {
         const std::lock_guard lock(m_mutex);
-        latest()->alive = false;
-        wake = latest()->wake;
+        m_streams.back()->alive = false;
+        wake = m_streams.back()->wake;
     }
     wake();
 }
@@ -216,155 +254,60 @@ int ManualDevice::opened() const
     return static_cast<int>(m_streams.size());
 }
 
-bool ManualDevice::paused() const
+ManualDevice::Stream ManualDevice::last() const
 {
     const std::lock_guard lock(m_mutex);
-    return latest() && latest()->paused;
+    return m_streams.empty() ? Stream() : *m_streams.back();
 }
 
-bool ManualDevice::open() const
+std::vector<std::int16_t> ManualDevice::sound() const
 {
-    const std::lock_guard lock(m_mutex);
-    return latest() && latest()->open;
-}
-
-PcmFormat ManualDevice::format() const
-{
-    const std::lock_guard lock(m_mutex);
-    return latest()->format;
-}
-
-std::string ManualDevice::output() const
-{
-    const std::lock_guard lock(m_mutex);
-    return latest()->output;
-}
-
-std::uint64_t ManualDevice::played() const
-{
-    const std::lock_guard lock(m_mutex);
-    if (!latest())
-        return 0;
-    return latest()->heard.size() / static_cast<std::size_t>(latest()->format.block_align());
-}
-
-std::vector<int> ManualDevice::sound() const
-{
-    const std::lock_guard lock(m_mutex);
-    std::vector<int> samples;
-    const PcmFormat format = latest()->format;
-    const std::vector<std::byte>& bytes = latest()->heard;
-    const auto align = static_cast<std::size_t>(format.block_align());
-    for (std::size_t at = 0; at + align <= bytes.size(); at += align) {
-        std::int16_t sample = 0;
-        if (format.bits == 16)
-            std::memcpy(&sample, &bytes[at], sizeof sample);
-        else
-            sample = static_cast<std::int16_t>((std::to_integer<int>(bytes[at]) - 128) * 256);
-        samples.push_back(sample);
-    }
+    const Stream stream = last();
+    std::vector<std::int16_t> samples(stream.heard.size() / sizeof(std::int16_t));
+    std::memcpy(samples.data(), stream.heard.data(), samples.size() * sizeof(std::int16_t));
     return samples;
-}
-
-class ManualSink : public AudioSink {
-public:
-    ManualSink(std::shared_ptr<ManualDevice> device, std::shared_ptr<ManualDevice::Stream> stream)
-        : m_device(std::move(device))
-        , m_stream(std::move(stream))
-    {
-    }
-    ~ManualSink() override
-    {
-        const std::lock_guard lock(m_device->m_mutex);
-        m_stream->open = false;
-    }
-    PcmFormat format() const override { return m_stream->format; }
-    std::size_t writable() override
-    {
-        const std::lock_guard lock(m_device->m_mutex);
-        const auto room = static_cast<std::size_t>(
-            m_stream->format.rate * ManualDevice::buffer_milliseconds / 1000);
-        return room - std::min(room, m_stream->waiting.size() / align());
-    }
-    void write(std::span<const std::byte> frames) override
-    {
-        const std::lock_guard lock(m_device->m_mutex);
-        m_stream->waiting.insert(m_stream->waiting.end(), frames.begin(), frames.end());
-    }
-    void finish() override { }
-    std::uint64_t played() override
-    {
-        const std::lock_guard lock(m_device->m_mutex);
-        return m_stream->heard.size() / align();
-    }
-    void pause() override
-    {
-        const std::lock_guard lock(m_device->m_mutex);
-        m_stream->paused = true;
-    }
-    void resume() override
-    {
-        const std::lock_guard lock(m_device->m_mutex);
-        m_stream->paused = false;
-    }
-    void flush() override
-    {
-        const std::lock_guard lock(m_device->m_mutex);
-        m_stream->waiting.clear();
-    }
-    bool alive() const override
-    {
-        const std::lock_guard lock(m_device->m_mutex);
-        return m_stream->alive;
-    }
-
-private:
-    std::size_t align() const { return static_cast<std::size_t>(m_stream->format.block_align()); }
-    std::shared_ptr<ManualDevice> m_device;
-    std::shared_ptr<ManualDevice::Stream> m_stream;
-};
-
-std::unique_ptr<AudioSink> ManualServer::open(
-    PcmFormat format, const std::string& output, std::function<void()> wake)
-{
-    if (m_device->absent)
-        throw Failure("There is no device");
-    auto stream = std::make_shared<ManualDevice::Stream>();
-    stream->format = format;
-    stream->output = output;
-    stream->wake = std::move(wake);
-    const std::lock_guard lock(m_device->m_mutex);
-    m_device->m_streams.push_back(stream);
-    return std::make_unique<ManualSink>(m_device, stream);
-}
-
-std::vector<SoundServer::Output> ManualServer::outputs()
-{
-    return { { "left", "Loudspeaker" }, { "right", "Loudspeaker" } };
 }
 
 VoiceBed::VoiceBed()
 {
-    auto tone = std::make_unique<ToneEngine>();
-    engine = tone.get();
-    std::vector<std::unique_ptr<Engine>> engines;
-    engines.push_back(std::move(tone));
-    make_voice(std::make_shared<LocalEngines>(std::make_shared<VoiceCatalog>(std::move(engines))));
+    make_voice(use_tones(), use_device());
 }
 
 VoiceBed::VoiceBed(std::shared_ptr<SpeechEngines> engines)
 {
-    make_voice(std::move(engines));
+    make_voice(std::move(engines), use_device());
 }
 
-void VoiceBed::make_voice(std::shared_ptr<SpeechEngines> engines)
+VoiceBed::VoiceBed(std::unique_ptr<SoundServer> server)
+{
+    make_voice(use_tones(), std::move(server));
+}
+
+std::shared_ptr<ToneEngines> VoiceBed::use_tones()
+{
+    auto tones = std::make_shared<ToneEngines>();
+    engines = tones.get();
+    engine = tones->engine;
+    return tones;
+}
+
+std::unique_ptr<ManualDevice> VoiceBed::use_device()
+{
+    auto manual = std::make_unique<ManualDevice>();
+    device = manual.get();
+    return manual;
+}
+
+void VoiceBed::make_voice(
+    std::shared_ptr<SpeechEngines> of_engines, std::unique_ptr<SoundServer> server)
 {
     SpeechServiceOptions options;
     options.post = [this](std::function<void()> call) { loop.post(std::move(call)); };
     options.default_output_name = "Default output";
-    service = make_speech_service(
-        std::move(options), std::move(engines), std::make_unique<ManualServer>(device));
+    service = make_speech_service(std::move(options), std::move(of_engines), std::move(server));
     voice = service->create_voice(listener);
+    voice->AudioOutputStream()->set_FormatType(mono_22);
+    voice->set_AudioOutputStream(voice->AudioOutputStream());
 }
 
 VoiceBed::~VoiceBed()
@@ -380,7 +323,8 @@ bool VoiceBed::run_until(const std::function<bool()>& done, milliseconds step)
         loop.run_posted(std::chrono::microseconds(200));
         if (done())
             return true;
-        device->advance(step);
+        if (device)
+            device->advance(step);
     }
     return false;
 }
@@ -395,7 +339,19 @@ bool VoiceBed::run_to_end(int streams)
     return run_until([&] { return listener.count("EndStream") >= streams; });
 }
 
-int steepest(const std::vector<int>& samples)
+bool VoiceBed::heard_words(int count)
+{
+    return run_until([&] { return listener.count("Word") >= count; });
+}
+
+bool VoiceBed::speak(const TextSlice& text, int flags)
+{
+    listener.heard.clear();
+    voice->Speak(text, flags);
+    return run_to_end();
+}
+
+int steepest(const std::vector<std::int16_t>& samples)
 {
     int steepest = 0;
     for (std::size_t i = 1; i < samples.size(); ++i)

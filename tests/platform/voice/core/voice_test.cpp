@@ -2,52 +2,42 @@
 #include "tests/platform/voice/core/voice_bed.h"
 
 #include "platform/failure.h"
-#include "platform/voice/sound/wave_file.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <numbers>
 
 namespace tessavox::voice::test {
 namespace {
 
-using std::chrono::milliseconds;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr int asynchronous = SVSFlagsAsync;
 constexpr int markup = SVSFlagsAsync | SVSFIsXML;
-constexpr int cd_mono_22 = 22; // 22.05 kHz, 16 bit, mono: the engine's own
 constexpr std::int64_t word_bytes = 2250 * 2;
+constexpr std::int64_t pause_bytes = ToneEngine::pause_samples * 2;
 // No step within the tone is larger.
 const int steepest_of_tone
     = static_cast<int>(ToneEngine::amplitude * 2 * std::numbers::pi / 50) + 2;
 
 class VoiceTest : public testing::Test {
 protected:
-    void use_format(int type)
-    {
-        bed.voice->AudioOutputStream()->set_FormatType(type);
-        bed.voice->set_AudioOutputStream(bed.voice->AudioOutputStream());
-    }
-    bool heard_words(int count)
-    {
-        return bed.run_until([&, this] { return bed.listener.count("Word") >= count; });
-    }
-
     VoiceBed bed;
+    ManualDevice& device = *bed.device;
     SpeechVoice& voice = *bed.voice;
     Listener& listener = bed.listener;
 };
 
-TEST_F(VoiceTest, EventsComeInTheOrderOfTheSound)
+TEST_F(VoiceTest, EventsComeInTheOrderOfTheSoundAndNoneBeforeIt)
 {
-    use_format(cd_mono_22);
+    listener.on_event = [&](const Heard& row) {
+        const std::uint64_t played = row.kind == "StartStream" ? 0 : device.last().played();
+        EXPECT_LE(row.position, static_cast<std::int64_t>(played) * 2) << row.kind;
+    };
     const int stream = voice.Speak(u"One two. Three.", asynchronous);
-    ASSERT_TRUE(bed.run_to_end());
+    ASSERT_TRUE(bed.run_until([&] { return listener.count("EndStream") == 1; }, milliseconds(1)));
     EXPECT_THAT(listener.told(""),
         ElementsAre("StartStream", "Sentence 0+8", "Word 0+3", "Word 4+3", "Sentence 9+6",
             "Word 9+5", "EndStream"));
@@ -56,24 +46,11 @@ TEST_F(VoiceTest, EventsComeInTheOrderOfTheSound)
         positions.push_back(row.position);
         EXPECT_EQ(row.stream, stream);
     }
-    const std::int64_t pause = 22050 / 20 * 2;
-    EXPECT_THAT(
-        positions, ElementsAre(0, word_bytes, 2 * word_bytes + pause, 3 * word_bytes + 2 * pause));
-    EXPECT_EQ(static_cast<std::int64_t>(bed.device->played()) * 2, positions.back());
-}
-
-TEST_F(VoiceTest, NoEventComesBeforeItsSound)
-{
-    listener.on_event = [&](const Heard& row) {
-        if (row.kind != "StartStream") {
-            EXPECT_LE(row.position, static_cast<std::int64_t>(bed.device->played()) * 4)
-                << row.kind;
-        }
-    };
-    voice.Speak(u"Some words, and some more of them. And another sentence.", asynchronous);
-    ASSERT_TRUE(bed.run_until([&] { return listener.count("EndStream") == 1; }, milliseconds(1)));
-    EXPECT_GE(listener.count("Phoneme"), 10);
-    EXPECT_EQ(listener.count("Phoneme"), listener.count("Viseme"));
+    EXPECT_THAT(positions,
+        ElementsAre(0, word_bytes, 2 * word_bytes + pause_bytes, 3 * word_bytes + 2 * pause_bytes));
+    EXPECT_EQ(static_cast<std::int64_t>(device.last().played()) * 2, positions.back());
+    EXPECT_EQ(listener.count("Phoneme"), 3);
+    EXPECT_EQ(listener.count("Viseme"), 3);
 }
 
 TEST_F(VoiceTest, SpeakAndStopNeverWaitForTheEngine)
@@ -82,63 +59,38 @@ TEST_F(VoiceTest, SpeakAndStopNeverWaitForTheEngine)
     EXPECT_EQ(voice.Speak(u"A text", asynchronous), 1);
     EXPECT_EQ(voice.Speak(u"Another", asynchronous), 2);
     ASSERT_TRUE(bed.wait_until([&] { return listener.count("StartStream") == 1; }));
+    EXPECT_FALSE(voice.WaitUntilDone(0));
     voice.Speak(u"", SVSFPurgeBeforeSpeak);
     EXPECT_TRUE(voice.WaitUntilDone(0));
     bed.engine->held = false;
-    EXPECT_EQ(voice.Speak(u"A third", asynchronous), 3);
-    ASSERT_TRUE(bed.run_to_end());
+    ASSERT_TRUE(bed.speak(u"A third"));
     EXPECT_EQ(listener.heard.back().stream, 3);
-}
-
-TEST_F(VoiceTest, OneStreamEndsBeforeTheNextStarts)
-{
-    voice.Speak(u"One", asynchronous);
-    voice.Speak(u"", asynchronous);
-    voice.Speak(u"Two", asynchronous);
-    EXPECT_FALSE(voice.WaitUntilDone(0));
-    ASSERT_TRUE(bed.run_to_end(3));
-    std::vector<std::string> told;
-    for (const Heard& row : listener.of("StartStream EndStream"))
-        told.push_back(row.kind + std::to_string(row.stream));
-    EXPECT_THAT(told,
-        ElementsAre("StartStream1", "EndStream1", "StartStream2", "EndStream2", "StartStream3",
-            "EndStream3"));
-    EXPECT_EQ(bed.device->opened(), 1) << "the device stays open from one stream to the next";
-    EXPECT_TRUE(voice.WaitUntilDone(-1));
-}
-
-TEST_F(VoiceTest, APurgedStreamIsHeardOfNoMore)
-{
-    voice.Speak(u"One two three four five six", asynchronous);
-    ASSERT_TRUE(heard_words(2));
-    voice.Speak(u"Seven", asynchronous | SVSFPurgeBeforeSpeak);
-    const std::size_t before = listener.heard.size();
-    ASSERT_TRUE(bed.run_to_end());
-    for (std::size_t i = before; i < listener.heard.size(); ++i)
-        EXPECT_EQ(listener.heard[i].stream, 2);
+    ASSERT_TRUE(bed.speak(u""));
+    EXPECT_THAT(listener.told(""), ElementsAre("StartStream", "EndStream"));
+    EXPECT_EQ(device.opened(), 1) << "the device stays open from one stream to the next";
+    EXPECT_TRUE(bed.wait_until([&] { return !device.last().open; })) << "but not for ever";
 }
 
 TEST_F(VoiceTest, APauseHoldsSoundAndEventsAndResumeGoesOnWithTheNextSample)
 {
-    use_format(cd_mono_22);
     voice.Speak(u"One two three four five six", asynchronous);
-    ASSERT_TRUE(heard_words(2));
+    ASSERT_TRUE(bed.heard_words(2));
     voice.Pause();
-    ASSERT_TRUE(bed.wait_until([&] { return bed.device->paused(); }));
+    ASSERT_TRUE(bed.wait_until([&] { return device.last().paused; }));
     bed.loop.run_posted();
     const std::size_t events = listener.heard.size();
-    const std::uint64_t played = bed.device->played();
+    const std::uint64_t played = device.last().played();
     for (int i = 0; i < 20; ++i) {
-        bed.device->advance(milliseconds(50));
+        device.advance(milliseconds(50));
         bed.loop.run_posted(std::chrono::microseconds(500));
     }
-    EXPECT_EQ(bed.device->played(), played);
+    EXPECT_EQ(device.last().played(), played);
     EXPECT_EQ(listener.heard.size(), events);
     voice.Resume();
     ASSERT_TRUE(bed.run_to_end());
     EXPECT_EQ(listener.count("Word"), 6);
-    EXPECT_EQ(bed.device->sound().size(), 6U * 2250 + 22050 / 20);
-    EXPECT_LE(steepest(bed.device->sound()), steepest_of_tone);
+    EXPECT_EQ(device.sound().size(), 6U * 2250 + ToneEngine::pause_samples);
+    EXPECT_LE(steepest(device.sound()), steepest_of_tone);
 }
 
 TEST_F(VoiceTest, APausedVoiceStaysSilentUntilItIsResumed)
@@ -151,8 +103,7 @@ TEST_F(VoiceTest, APausedVoiceStaysSilentUntilItIsResumed)
     voice.Speak(u"", SVSFPurgeBeforeSpeak);
     voice.Resume();
     EXPECT_TRUE(voice.WaitUntilDone(-1));
-    voice.Speak(u"Three", asynchronous);
-    ASSERT_TRUE(bed.run_to_end());
+    ASSERT_TRUE(bed.speak(u"Three"));
     EXPECT_THAT(listener.told("Word"), ElementsAre("Word 0+5"));
 }
 
@@ -160,10 +111,8 @@ TEST_F(VoiceTest, ANewRateActsFromTheNextUnspokenWord)
 {
     for (const int rate : { -10, -4, 5, 10 }) {
         VoiceBed own;
-        own.voice->AudioOutputStream()->set_FormatType(cd_mono_22);
-        own.voice->set_AudioOutputStream(own.voice->AudioOutputStream());
         own.voice->Speak(u"a b c d e f g h i j k l m n o p. q r s t u v.", asynchronous);
-        ASSERT_TRUE(own.run_until([&] { return own.listener.count("Word") >= 3; }));
+        ASSERT_TRUE(own.heard_words(3));
         own.voice->set_Rate(rate);
         ASSERT_TRUE(own.run_to_end());
         const std::vector<Heard> words = own.listener.of("Word");
@@ -181,159 +130,127 @@ TEST_F(VoiceTest, ANewRateActsFromTheNextUnspokenWord)
     }
 }
 
-TEST_F(VoiceTest, TheEngineIsSomeTenSecondsAheadAndNoMore)
+TEST_F(VoiceTest, SomeTenSecondsAreOrderedAheadAndNoMore)
 {
     std::u16string text;
     for (int i = 0; i < 100; ++i)
         text += u"Fifteen letters. "; // a second of ordinary speech
-    use_format(cd_mono_22);
     voice.Speak(TextSlice(text), asynchronous);
-    ASSERT_TRUE(bed.wait_until([&] { return bed.engine->renderings >= 10; }));
-    EXPECT_LE(bed.engine->renderings, 20);
-    // What is ordered but not made yet is spoken at the new rate when a slow engine comes to it.
-    bed.engine->held_at = bed.engine->renderings.load();
+    ASSERT_TRUE(bed.wait_until([&] { return bed.engines->orders >= 10; }));
+    EXPECT_LE(bed.engines->orders, 20);
+    // What is ordered but not made yet is spoken at the new rate.
     voice.set_Rate(10);
-    bed.engine->held_at = -1;
-    ASSERT_TRUE(heard_words(40));
+    ASSERT_TRUE(bed.heard_words(40));
     const std::vector<Heard> words = listener.of("Word");
-    EXPECT_EQ(words[33].position - words[32].position, 2 * ToneEngine::word_samples(10, 0));
+    EXPECT_EQ(words[33].position - words[32].position, 2 * ToneEngine::word_samples(10));
 }
 
 TEST_F(VoiceTest, ANewVolumeIsHeardWithinTheDevicesBufferAndMakesNoStep)
 {
-    use_format(cd_mono_22);
     voice.Speak(u"a b c d e f g h i j k l m n o p q r", asynchronous);
-    ASSERT_TRUE(heard_words(5));
-    const std::size_t at = bed.device->sound().size();
+    ASSERT_TRUE(bed.heard_words(5));
+    const auto at = static_cast<std::ptrdiff_t>(device.last().played());
     voice.set_Volume(50);
     ASSERT_TRUE(bed.run_to_end());
-    const std::vector<int> sound = bed.device->sound();
-    const auto loudest = [&](std::size_t from, std::size_t to) {
-        return *std::max_element(sound.begin() + static_cast<std::ptrdiff_t>(from),
-            sound.begin() + static_cast<std::ptrdiff_t>(to));
-    };
-    EXPECT_NEAR(loudest(0, at), ToneEngine::amplitude, 20);
-    EXPECT_NEAR(loudest(at + 22050 * 15 / 100, sound.size()), ToneEngine::amplitude / 2, 20);
+    const std::vector<std::int16_t> sound = device.sound();
+    const auto changed = sound.begin() + at + 22050 * 15 / 100;
+    EXPECT_NEAR(*std::max_element(sound.begin(), sound.begin() + at), ToneEngine::amplitude, 20);
+    EXPECT_NEAR(*std::max_element(changed, sound.end()), ToneEngine::amplitude / 2, 20);
     EXPECT_LE(steepest(sound), steepest_of_tone);
 }
 
 TEST_F(VoiceTest, SkipMovesBySentencesFromTheOneThatIsHeard)
 {
-    struct Case {
-        int count;
-        std::vector<std::string> sentences; // from the skip on
-    };
-    const Case cases[] = {
-        { 0, { "Sentence 9+4", "Sentence 14+4", "Sentence 19+4" } },
-        { -1, { "Sentence 0+8", "Sentence 9+4", "Sentence 14+4", "Sentence 19+4" } },
-        { -9, { "Sentence 0+8", "Sentence 9+4", "Sentence 14+4", "Sentence 19+4" } },
-        { 1, { "Sentence 14+4", "Sentence 19+4" } },
-        { 2, { "Sentence 19+4" } },
-        { 3, {} },
-        { 99, {} },
-    };
+    const std::vector<std::string> all{ "Sentence 0+8", "Sentence 9+4", "Sentence 14+4",
+        "Sentence 19+4" };
+    const std::pair<int, int> rows[] // how many, and the first sentence that is told after it
+        = { { 0, 1 }, { -1, 0 }, { -9, 0 }, { 1, 2 }, { 2, 3 }, { 3, 4 }, { 99, 4 } };
     for (const bool paused : { false, true }) {
-        for (const Case& c : cases) {
+        for (const auto& [count, first] : rows) {
             VoiceBed own;
             own.voice->Speak(u"A b c d. E f. G h. I j.", asynchronous);
             // At the first word of the second sentence, far from the next one: the device may run
             // on by its buffer before the event is here.
-            ASSERT_TRUE(own.run_until([&] { return own.listener.count("Word") >= 5; }));
+            ASSERT_TRUE(own.heard_words(5));
             if (paused)
                 own.voice->Pause();
-            EXPECT_EQ(own.voice->Skip("Sentence", c.count), c.count);
+            EXPECT_EQ(own.voice->Skip("Sentence", count), count);
             own.listener.heard.clear();
             if (paused) {
-                own.wait_until([&] { return own.device->paused(); });
+                own.wait_until([&] { return own.device->last().paused; });
                 EXPECT_THAT(own.listener.told("Sentence Word"), IsEmpty());
                 own.voice->Resume();
             }
             ASSERT_TRUE(own.run_to_end());
-            EXPECT_EQ(own.listener.told("Sentence"), c.sentences) << c.count;
+            EXPECT_EQ(own.listener.told("Sentence"),
+                std::vector<std::string>(all.begin() + first, all.end()))
+                << count;
         }
     }
 }
 
 TEST_F(VoiceTest, EachSkipCountsFromWhereTheLastOneWent)
 {
-    struct Case {
-        std::vector<int> counts;
-        std::vector<std::string> sentences;
-    };
-    const Case cases[] = {
-        { { 2, 1 }, { "Sentence 12+3", "Sentence 16+3", "Sentence 20+3" } },
-        { { 2, -1 },
-            { "Sentence 4+3", "Sentence 8+3", "Sentence 12+3", "Sentence 16+3", "Sentence 20+3" } },
-        { { 4, -2, 1, 1 }, { "Sentence 16+3", "Sentence 20+3" } },
-        { { 99, -1 }, { "Sentence 20+3" } },
-        { { 99, 1 }, {} },
-    };
+    const std::pair<std::vector<int>, int> rows[] // the counts, and the first sentence that is told
+        = { { { 2, 1 }, 3 }, { { 2, -1 }, 1 }, { { 4, -2, 1, 1 }, 4 }, { { 99, -1 }, 5 },
+              { { 99, 1 }, 6 } };
     for (const int held_at : { -1, 0, 1 }) {
-        for (const Case& c : cases) {
+        for (const auto& [counts, first] : rows) {
             VoiceBed own;
             own.voice->set_Rate(10);
             own.voice->Pause();
             own.engine->held_at = held_at; // from there on nothing is made before the last skip
             own.voice->Speak(u"Aa. Bb. Cc. Dd. Ee. Ff.", asynchronous);
-            for (const int count : c.counts) {
+            for (const int count : counts) {
                 EXPECT_EQ(own.voice->Skip("Sentence", count), count);
-                own.loop.run_posted(std::chrono::milliseconds(2));
+                own.loop.run_posted(milliseconds(2));
             }
             own.engine->held_at = -1;
             own.voice->Resume();
             ASSERT_TRUE(own.run_to_end());
-            EXPECT_EQ(own.listener.told("Sentence"), c.sentences)
-                << c.counts[0] << ' ' << c.counts[1] << ", held at " << held_at;
+            const std::vector<Heard> told = own.listener.of("Sentence");
+            EXPECT_EQ(told.size(), 6U - static_cast<std::size_t>(first));
+            EXPECT_TRUE(told.empty() || told[0].first == 4 * first)
+                << counts[0] << ' ' << counts[1] << ", held at " << held_at;
         }
     }
 }
 
-TEST_F(VoiceTest, OnlySentencesCanBeSkippedAndOnlyInAText)
+TEST_F(VoiceTest, TagsAreToldWhereTheyAct)
 {
-    EXPECT_THROW(voice.Skip("Word", 1), Failure);
-    EXPECT_EQ(voice.Skip("Sentence", 1), 0);
-}
+    ASSERT_TRUE(
+        bed.speak(u"<bookmark mark='1st'/>a<silence msec='500'/><bookmark mark='2'/>b", markup));
+    EXPECT_THAT(listener.told("Bookmark Word"),
+        ElementsAre("Bookmark 1st", "Word 22+1", "Bookmark 2", "Word 64+1"));
+    const std::vector<Heard> words = listener.of("Word");
+    EXPECT_EQ(words[1].position - words[0].position, word_bytes + 22050);
 
-TEST_F(VoiceTest, AVoiceTagIsToldWhereTheVoiceReallyChanges)
-{
-    voice.Speak(u"<voice required='Name=Anna'>a</voice> b <voice required='Name=Bert'>c d</voice>"
-                u" e <voice required='Name=Nobody'>f</voice>",
-        markup);
-    ASSERT_TRUE(bed.run_to_end());
-    std::vector<std::string> told;
-    for (const std::string& row : listener.told("Word VoiceChange"))
-        told.push_back(row.substr(0, row.find('+')));
-    EXPECT_THAT(told,
-        ElementsAre("Word 28", "Word 38", "VoiceChange Bert", "Word 68", "Word 70",
-            "VoiceChange Anna", "Word 80", "Word 112"));
+    ASSERT_TRUE(
+        bed.speak(u"<voice required='Name=Anna'>a</voice> b <voice required='Name=Bert'>c d</voice>"
+                  u" e <voice required='Name=Nobody'>f</voice>",
+            markup));
+    EXPECT_THAT(listener.told("Word VoiceChange"),
+        ElementsAre("Word 28+1", "Word 38+1", "VoiceChange Bert", "Word 68+1", "Word 70+1",
+            "VoiceChange Anna", "Word 80+1", "Word 112+1"));
 }
 
 TEST_F(VoiceTest, AVoiceSetDuringASpeakActsWithTheNextOne)
 {
     const SpeechObjectToken bert = voice.GetVoices("Name=Bert", "").Item(0);
-    use_format(cd_mono_22);
     voice.Speak(u"a b", asynchronous);
     voice.set_Voice(bert);
     EXPECT_EQ(voice.Voice().id, bert.id);
     ASSERT_TRUE(bed.run_to_end());
-    EXPECT_LE(steepest(bed.device->sound()), steepest_of_tone) << "Anna's tone is the lower one";
-    voice.Speak(u"a b", asynchronous);
-    ASSERT_TRUE(bed.run_to_end(2));
-    EXPECT_GT(steepest(bed.device->sound()), steepest_of_tone * 3 / 2);
+    EXPECT_LE(steepest(device.sound()), steepest_of_tone) << "Anna's tone is the lower one";
+    ASSERT_TRUE(bed.speak(u"a b"));
+    EXPECT_GT(steepest(device.sound()), steepest_of_tone * 3 / 2);
     EXPECT_EQ(listener.count("VoiceChange"), 0);
-    EXPECT_THROW(voice.set_Voice(SpeechObjectToken()), Failure);
 }
 
 TEST_F(VoiceTest, PersistentMarkupStaysInForceForLaterCalls)
 {
-    use_format(cd_mono_22);
     const std::u16string fast = u"<rate absspeed='10'/>";
-    struct Case {
-        std::u16string text;
-        int flags;
-        int rate;
-    };
-    const Case cases[] = {
+    const std::tuple<std::u16string, int, int> rows[] = {
         { fast + u"a b", markup, 10 },
         { u"a b", markup, 0 },
         { fast + u"a b", markup | SVSFPersistXML, 10 },
@@ -343,79 +260,51 @@ TEST_F(VoiceTest, PersistentMarkupStaysInForceForLaterCalls)
         { u"a b<rate absspeed='0'/>", markup | SVSFPersistXML, 10 },
         { u"a b", markup, 0 },
     };
-    for (const Case& c : cases) {
-        listener.heard.clear();
-        voice.Speak(c.text, c.flags);
-        ASSERT_TRUE(bed.run_to_end());
+    for (const auto& [spoken, flags, rate] : rows) {
+        ASSERT_TRUE(bed.speak(spoken, flags));
         const std::vector<Heard> words = listener.of("Word");
         ASSERT_EQ(words.size(), 2U);
-        EXPECT_EQ(words[1].position - words[0].position, 2 * ToneEngine::word_samples(c.rate, 0));
+        EXPECT_EQ(words[1].position - words[0].position, 2 * ToneEngine::word_samples(rate));
     }
 }
 
-TEST_F(VoiceTest, BookmarksAndSilenceKeepTheirPlace)
+TEST_F(VoiceTest, ASynchronousSpeakBringsItsEventsWithinItAndTheirHandlersMayEndTheVoice)
 {
-    use_format(cd_mono_22);
-    voice.Speak(u"<bookmark mark='1st'/>a<silence msec='500'/><bookmark mark='2'/>b", markup);
-    ASSERT_TRUE(bed.run_to_end());
-    const std::vector<Heard> rows = listener.of("Bookmark Word");
-    ASSERT_EQ(rows.size(), 4U);
-    EXPECT_EQ(rows[0].name, "1st");
-    EXPECT_EQ(rows[1].kind, "Word");
-    EXPECT_EQ(rows[2].second, 2);
-    EXPECT_EQ(rows[3].position - rows[1].position, word_bytes + 22050);
-}
-
-TEST_F(VoiceTest, ASynchronousSpeakBringsItsEventsWithin)
-{
-    bed.device->absent = true;
+    device.absent = true; // whose clock the test would have to move
     voice.set_Rate(10);
     voice.Speak(u"One two", SVSFDefault);
     EXPECT_THAT(listener.told("StartStream Word EndStream"),
         ElementsAre("StartStream", "Word 0+3", "Word 4+3", "EndStream"));
-}
-
-TEST_F(VoiceTest, AHandlerMaySpeakStopOrEndTheVoice)
-{
-    bed.device->absent = true;
-    bed.voice->set_Rate(10);
+    listener.heard.clear();
     listener.on_event = [&](const Heard& row) {
-        if (row.kind == "Word" && row.stream == 1)
-            bed.voice->Speak(u"More", SVSFDefault | SVSFPurgeBeforeSpeak);
         if (row.kind == "Word" && row.stream == 2)
+            bed.voice->Speak(u"More", SVSFDefault | SVSFPurgeBeforeSpeak);
+        if (row.kind == "Word" && row.stream == 3)
             bed.voice.reset();
     };
-    bed.voice->Speak(u"One two three", SVSFDefault);
+    voice.Speak(u"One two three", SVSFDefault);
     EXPECT_EQ(bed.voice, nullptr);
     EXPECT_EQ(listener.count("Word"), 2);
 }
 
-TEST_F(VoiceTest, WithoutADeviceTheWordsComeInTheirTimeAllTheSame)
+TEST_F(VoiceTest, WithoutADeviceOrWhenItVanishesTheWordsComeAllTheSame)
 {
-    bed.device->absent = true;
-    voice.set_Rate(10);
-    voice.Speak(u"One two three.", asynchronous);
-    ASSERT_TRUE(bed.run_to_end());
-    EXPECT_EQ(listener.count("Word"), 3);
-    bed.device->absent = false;
-    voice.Speak(u"One", asynchronous);
-    ASSERT_TRUE(bed.run_to_end(2));
-    EXPECT_EQ(bed.device->opened(), 1);
-}
-
-TEST_F(VoiceTest, AStreamWhoseDeviceVanishesGoesOnToItsEnd)
-{
+    device.absent = true;
     voice.set_Rate(8);
+    ASSERT_TRUE(bed.speak(u"One two three."));
+    EXPECT_EQ(listener.count("Word"), 3);
+    listener.heard.clear();
+    device.absent = false;
     voice.Speak(u"One two three four five six seven eight.", asynchronous);
-    ASSERT_TRUE(heard_words(3));
-    bed.device->vanish();
+    ASSERT_TRUE(bed.heard_words(3));
+    EXPECT_EQ(device.opened(), 1) << "the next stream tries the device again";
+    device.vanish();
     ASSERT_TRUE(bed.run_to_end());
     EXPECT_EQ(listener.count("Word"), 8);
     EXPECT_EQ(listener.told("Word").front(), "Word 0+3");
-    bed.device->absent = false;
-    voice.Speak(u"One", asynchronous);
-    ASSERT_TRUE(bed.run_to_end(2));
-    EXPECT_EQ(bed.device->opened(), 2) << "the next stream tries the device again";
+    device.absent = false;
+    ASSERT_TRUE(bed.speak(u"One"));
+    EXPECT_EQ(device.opened(), 2);
 }
 
 TEST_F(VoiceTest, WhenTheDeviceHangsTheWordsGoOnAndTheSoundComesBackWhereTheyAre)
@@ -423,39 +312,30 @@ TEST_F(VoiceTest, WhenTheDeviceHangsTheWordsGoOnAndTheSoundComesBackWhereTheyAre
     std::u16string text;
     for (int i = 0; i < 1000; ++i)
         text += u"abc ";
-    use_format(cd_mono_22);
     voice.Speak(TextSlice(text), asynchronous);
-    ASSERT_TRUE(heard_words(3));
-    bed.device->absent = true; // and from here on its clock stands
+    ASSERT_TRUE(bed.heard_words(3));
+    device.absent = true; // and from here on its clock stands
     ASSERT_TRUE(bed.wait_until([&] { return listener.count("AudioOutput") == 1; }));
     EXPECT_GE(listener.count("Word"), 8);
-    bed.device->absent = false;
+    device.absent = false;
     ASSERT_TRUE(bed.wait_until([&] { return listener.count("AudioOutput") == 2; }));
-    EXPECT_EQ(bed.device->opened(), 2);
-    ASSERT_TRUE(heard_words(listener.count("Word") + 5));
+    EXPECT_EQ(device.opened(), 2);
+    ASSERT_TRUE(bed.heard_words(listener.count("Word") + 5));
     EXPECT_EQ(listener.of("AudioOutput")[0].first, 0);
     EXPECT_EQ(listener.of("AudioOutput")[1].first, 1);
     const std::vector<Heard> words = listener.of("Word");
     for (std::size_t i = 0; i < words.size(); ++i)
         ASSERT_EQ(words[i].first, static_cast<int>(i) * 4) << "each word once";
     // The frames that the clock had taken are silent, no more than it takes ahead.
-    const std::vector<int> sound = bed.device->sound();
-    const auto first = std::find_if(sound.begin(), sound.end(), [](int s) { return s != 0; });
+    const std::vector<std::int16_t> sound = device.sound();
+    const auto first = std::ranges::find_if(sound, [](int sample) { return sample != 0; });
     EXPECT_LE(first - sound.begin(), 22050 / 8);
-}
-
-TEST_F(VoiceTest, AnIdleVoiceLetsTheDeviceGo)
-{
-    voice.Speak(u"One", asynchronous);
-    ASSERT_TRUE(bed.run_to_end());
-    EXPECT_TRUE(bed.wait_until([&] { return !bed.device->open(); }));
 }
 
 TEST_F(VoiceTest, AnEngineThatCannotSpeakEndsTheStreamAndNothingElse)
 {
     bed.engine->broken = true;
-    voice.Speak(u"One. Two.", asynchronous);
-    ASSERT_TRUE(bed.run_to_end());
+    ASSERT_TRUE(bed.speak(u"One. Two."));
     EXPECT_THAT(listener.told(""), ElementsAre("StartStream", "EndStream"));
 }
 
@@ -479,32 +359,26 @@ TEST_F(VoiceTest, OutputsAndFormatsFollowTheirRules)
     EXPECT_EQ(outputs.Item(0).description, "Default output");
     EXPECT_EQ(outputs.Item(1).description, "Loudspeaker");
     EXPECT_EQ(outputs.Item(2).description, "Loudspeaker (right)") << "descriptions are unique";
-    EXPECT_EQ(voice.AudioOutputStream()->FormatType(), 39);
 
+    const auto format_spoken_in = [&] {
+        EXPECT_TRUE(bed.speak(u"a"));
+        return device.last().format.type();
+    };
     voice.AudioOutputStream()->set_FormatType(12);
-    voice.Speak(u"a", asynchronous);
-    ASSERT_TRUE(bed.run_to_end());
-    EXPECT_EQ(bed.device->format().type(), 39) << "set on the stream but not given to the voice";
+    EXPECT_EQ(format_spoken_in(), mono_22) << "set on the stream but not given to the voice";
     voice.set_AudioOutputStream(voice.AudioOutputStream());
-    voice.Speak(u"a", asynchronous);
-    ASSERT_TRUE(bed.run_to_end(2));
-    EXPECT_EQ(bed.device->format().type(), 12);
-
+    EXPECT_EQ(format_spoken_in(), 12);
     voice.set_AllowAudioOutputFormatChangesOnNextSet(false);
     voice.set_AudioOutput(outputs.Item(2));
     EXPECT_EQ(voice.AudioOutputStream()->FormatType(), 12);
-    voice.Speak(u"a", asynchronous);
-    ASSERT_TRUE(bed.run_to_end(3));
-    EXPECT_EQ(bed.device->output(), "right");
+    EXPECT_EQ(format_spoken_in(), 12);
+    EXPECT_EQ(device.last().output, "right");
     voice.set_AllowAudioOutputFormatChangesOnNextSet(true);
     voice.set_AudioOutput(std::nullopt);
     EXPECT_EQ(voice.AudioOutputStream()->FormatType(), 39);
-    SpeechObjectToken unknown;
-    unknown.id = "nowhere";
-    EXPECT_THROW(voice.set_AudioOutput(unknown), Failure);
 }
 
-TEST_F(VoiceTest, RangesAreKept)
+TEST_F(VoiceTest, WhatItCannotDoIsRefused)
 {
     for (const int rate : { -11, 11 })
         EXPECT_THROW(voice.set_Rate(rate), Failure);
@@ -512,10 +386,12 @@ TEST_F(VoiceTest, RangesAreKept)
         EXPECT_THROW(voice.set_Volume(volume), Failure);
     for (const int type : { 3, 40 })
         EXPECT_THROW(voice.AudioOutputStream()->set_FormatType(type), Failure);
-    voice.set_Rate(-10);
-    voice.set_Volume(0);
-    EXPECT_EQ(voice.Rate(), -10);
-    EXPECT_EQ(voice.Volume(), 0);
+    SpeechObjectToken unknown;
+    unknown.id = "nowhere";
+    EXPECT_THROW(voice.set_AudioOutput(unknown), Failure);
+    EXPECT_THROW(voice.set_Voice(unknown), Failure);
+    EXPECT_THROW(voice.Skip("Word", 1), Failure);
+    EXPECT_EQ(voice.Skip("Sentence", 1), 0) << "there is no text";
 }
 
 } // namespace
