@@ -32,14 +32,16 @@ Handshake::Handshake(Process& process, MainControls& main, PCCFile& text_file)
     , m_main(main)
     , m_text_file(text_file)
 {
-    main.Timer1.Tick = [this] { Timer1_Timer(); };
-    main.Timer2.Tick = [this] { Timer2_Timer(); };
 }
 
-void Handshake::remember_clipboard()
+void Handshake::start()
 {
-    const TextSlice text = m_process.platform.clipboard.GetText(Patience::none);
+    const TextSlice text = m_process.platform.clipboard.GetText();
     lastClipboardText = text.empty() ? TextSlice() : marked_as_read(text);
+    m_main.Timer1.Tick = [this] { Timer1_Timer(); };
+    m_main.Timer2.Tick = [this] { Timer2_Timer(); };
+    m_process.platform.changes.watch(
+        m_process.ConfigFolder, [this] { m_main.Timer1.Resting = false; });
 }
 
 /// Whether the file has lines; otherwise they are those of the one read before. That one is missing
@@ -47,15 +49,11 @@ void Handshake::remember_clipboard()
 bool Handshake::is_read(const char* file)
 {
     const std::string path = m_process.ConfigFolder + file;
-    if (m_unreadable.contains(file) && !m_text_file.can_read(path))
-        return false;
-    if (!m_text_file.ReadFromFile(path).empty()) {
+    if (m_text_file.can_read(path))
         m_unreadable.erase(file);
-        return true;
-    }
-    if (!m_text_file.can_read(path))
-        m_unreadable.insert(file);
-    return false;
+    else if (!m_unreadable.insert(file).second)
+        return false;
+    return !m_text_file.ReadFromFile(path).empty();
 }
 
 void Handshake::reset()
@@ -64,10 +62,12 @@ void Handshake::reset()
         m_process.ConfigFolder + web_file, Durability::fleeting);
 }
 
-// Without a document nobody can say that automatic reading is off, and the tick goes on: what is
-// new on the clipboard is marked, although nothing reads it.
+// Other ticks would find the same, but for what the user does in the windows, which can wait the
+// moment of a rest. Without a document nobody can say that automatic reading is off, and the tick
+// goes on: what is new on the clipboard is marked, although nothing reads it.
 void Handshake::Timer1_Timer()
 {
+    m_main.Timer1.Resting = true; // until a notice comes, also one of what this tick does
     const bool commanded
         = is_read(web_file) && to_number(m_text_file.FileText(read_clipboard_line)) == 1;
     bool automatic = true;
@@ -81,7 +81,7 @@ void Handshake::Timer1_Timer()
 void Handshake::read_clipboard(bool commanded)
 {
     Clipboard& clipboard = m_process.platform.clipboard;
-    const TextSlice first = clipboard.GetText(Patience::none);
+    const TextSlice first = clipboard.GetText(commanded ? Patience::some : Patience::none);
     const TextSlice second = clipboard.GetText(Patience::none);
     if (!first.empty() && is_new(second)) {
         attempt_each([&] { ActiveForm(m_process.forms).speech.reading.ReadClipbdBtn_Click(); },

@@ -17,11 +17,11 @@ struct MainControls;
 /// and the clearing is lost.
 class Handshake {
 public:
-    /// Runs the two timers of the main window.
     Handshake(Process& process, MainControls& main, PCCFile& text_file);
 
-    /// What lies on the clipboard counts as read.
-    void remember_clipboard();
+    /// From now on the two timers of the main window look. What lies on the clipboard counts as
+    /// read.
+    void start();
 
 private:
     void Timer1_Timer();

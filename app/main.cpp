@@ -11,6 +11,7 @@
 #include "platform/qt/form_windows.h"
 #include "platform/qt/message_boxes.h"
 #include "platform/qt/message_gate.h"
+#include "platform/qt/outside_changes.h"
 #include "platform/qt/rich_text_pane.h"
 #include "platform/qt/screen.h"
 #include "platform/qt/text_conversion.h"
@@ -75,6 +76,7 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
     const Forms::Post post = [&gate](std::function<void()> call) { gate.post(std::move(call)); };
     QtFormWindows windows(gate);
     QtClipboard clipboard;
+    QtOutsideChanges changes(clipboard);
     QtMessageBoxes message_boxes;
     QtFileDialogs dialogs(files, texts);
     QtScreen screen;
@@ -82,8 +84,8 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
     QtBlockingWork blocking_work(gate);
     QtRichTextPanes panes(clipboard);
     const std::unique_ptr<SpeechService> speech = make_speech(post, texts, std::move(engines));
-    Platform platform{ windows, post, quit, files, clipboard, message_boxes, dialogs, screen, tray,
-        blocking_work, panes, *speech, texts,
+    Platform platform{ windows, post, quit, files, clipboard, changes, message_boxes, dialogs,
+        screen, tray, blocking_work, panes, *speech, texts,
         prepare_config_folder(find_config_home(), app_folder + "/conf"), app_folder, command_line };
 
     Tessavox tessavox(platform);

@@ -39,7 +39,7 @@ void frmMain::Form_Load()
     sbStatusBar.Visible = true;
     sbStatusBar.Enabled = true;
     Popmenu.Visible = false;
-    m_handshake.remember_clipboard();
+    m_handshake.start();
 }
 
 void frmMain::Form_Resize()

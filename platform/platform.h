@@ -7,6 +7,7 @@
 #include "platform/file_dialogs.h"
 #include "platform/file_store.h"
 #include "platform/message_boxes.h"
+#include "platform/outside_changes.h"
 #include "platform/rich_text_pane.h"
 #include "platform/screen.h"
 #include "platform/speech_voice.h"
@@ -24,6 +25,7 @@ struct Platform {
     Handler quit; // ends the message loop
     FileStore& files;
     Clipboard& clipboard;
+    OutsideChanges& changes;
     MessageBoxes& message_boxes;
     FileDialogs& dialogs;
     Screen& screen;

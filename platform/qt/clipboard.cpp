@@ -40,7 +40,10 @@ QtClipboard::QtClipboard()
         m_text = {};
         if (m_fetch)
             m_fetch->stop();
+        tell();
     });
+    if (m_fetch)
+        m_fetch->when_done([this] { tell(); });
 }
 
 TextSlice QtClipboard::GetText(Patience patience)
@@ -98,6 +101,12 @@ void QtClipboard::fetch(Patience patience)
         m_fetch->wait(patience_of_a_user);
     if (m_fetch->is_done())
         keep(copied_text(m_fetch->offered()));
+}
+
+void QtClipboard::tell() const
+{
+    if (m_notice)
+        m_notice();
 }
 
 void QtClipboard::keep(const QString& text)

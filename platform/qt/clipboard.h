@@ -6,6 +6,7 @@
 
 #include <QObject>
 
+#include <functional>
 #include <memory>
 
 namespace tessavox {
@@ -19,15 +20,19 @@ public:
     bool has_text() override;
     void SetText(std::u16string_view text) override;
     void Clear() override;
+    /// `notice` runs whenever a read may give another text from now on.
+    void when_changed(std::function<void()> notice) { m_notice = std::move(notice); }
 
 private:
     bool is_ours_to_ask() const;
     void fetch(Patience patience);
     void keep(const QString& text);
+    void tell() const;
 
     std::unique_ptr<ClipboardFetch> m_fetch; // null where it isn't possible
     TextSlice m_text;
     bool m_is_current = false;
+    std::function<void()> m_notice;
 };
 
 } // namespace tessavox

@@ -146,6 +146,7 @@ void ClipboardFetch::wait(milliseconds patience)
 
 void ClipboardFetch::advance()
 {
+    const bool was_done = is_done();
     while (const Owned<xcb_generic_event_t> event{ xcb_poll_for_event(m_connection.get()) }) {
         switch (event->response_type & 0x7f) {
         case XCB_SELECTION_NOTIFY: {
@@ -167,6 +168,8 @@ void ClipboardFetch::advance()
     }
     if (xcb_connection_has_error(m_connection.get()))
         m_state = State::done;
+    if (is_done() && !was_done && m_notice)
+        m_notice();
 }
 
 void ClipboardFetch::ask(std::uint32_t target)

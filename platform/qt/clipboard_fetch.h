@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -24,6 +25,9 @@ public:
 
     /// Whether the clipboard of this session can be asked in this way.
     static bool is_possible();
+
+    /// `notice` runs when all is done.
+    void when_done(std::function<void()> notice) { m_notice = std::move(notice); }
 
     /// Asks anew, and forgets what was asked and offered before.
     void start();
@@ -70,6 +74,7 @@ private:
     const Form* m_asked = nullptr;
     bool m_offers_text = false;
     QMimeData m_offered;
+    std::function<void()> m_notice;
 };
 
 } // namespace tessavox

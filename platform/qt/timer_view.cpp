@@ -3,12 +3,17 @@
 #include "platform/failure.h"
 #include "platform/qt/message_gate.h"
 
-#include <QApplication>
 #include <QPointer>
 
+#include <algorithm>
 #include <utility>
 
 namespace tessavox {
+namespace {
+
+constexpr int resting_interval_ms = 50;
+
+} // namespace
 
 TimerView::TimerView(Timer& control, MessageGate& gate)
     : m_control(&control)
@@ -22,8 +27,11 @@ TimerView::TimerView(Timer& control, MessageGate& gate)
 
 void TimerView::control_changed()
 {
-    if (m_timer.interval() != m_control->Interval)
-        m_timer.setInterval(m_control->Interval);
+    const int interval = m_control->Resting
+        ? std::max(m_control->Interval.get(), resting_interval_ms)
+        : m_control->Interval.get();
+    if (m_timer.interval() != interval)
+        m_timer.setInterval(interval);
     if (m_control->Enabled && !m_timer.isActive())
         m_timer.start();
     if (!m_control->Enabled)
@@ -49,11 +57,14 @@ void TimerView::due()
         });
 }
 
-// A handler that asks the user something does so in a modal window.
 void TimerView::tick()
 {
-    if (m_control && !QApplication::activeModalWidget())
-        attempt([this] { m_control->tick(); });
+    if (!m_control || std::exchange(m_is_ticking, true))
+        return;
+    const QPointer<TimerView> alive(this);
+    attempt([this] { m_control->tick(); });
+    if (alive)
+        m_is_ticking = false;
 }
 
 } // namespace tessavox

@@ -10,9 +10,8 @@ namespace tessavox {
 
 class MessageGate;
 
-/// Ticks between events, and neither while a handler of any timer runs nor while a modal window is
-/// open, so that no tick comes upon half-done work. A tick that finds the gate shut waits for it,
-/// and those after it are dropped until then.
+/// Ticks between events, also those of a window that a handler has opened to ask something. A tick
+/// that finds the gate shut waits for it, and those after it are dropped until then.
 class TimerView : public QObject, public ControlView {
 public:
     TimerView(Timer& control, MessageGate& gate);
@@ -26,6 +25,7 @@ private:
     Timer* m_control;
     MessageGate& m_gate;
     bool m_waits = false;
+    bool m_is_ticking = false;
     QTimer m_timer;
 };
 

@@ -71,6 +71,7 @@ TEST_F(Handshakes, ALookAtTheClipboardReadsMarksAndClearsAsTheFlagAndTheBoxSay)
         document().Check1.Value = row.box;
         if (!row.copied.empty())
             clipboard.text = row.copied;
+        clipboard.fetched = row.box; // nobody has looked before a command comes
         const std::string before = file_of_lines({ row.flag, "0", "7", "0" });
         web() = before;
         main.Timer1.tick();
@@ -82,9 +83,24 @@ TEST_F(Handshakes, ALookAtTheClipboardReadsMarksAndClearsAsTheFlagAndTheBoxSay)
     }
 }
 
+TEST_F(Handshakes, LooksRestUntilANoticeComesAlsoIfItComesDuringALook)
+{
+    start();
+    EXPECT_FALSE(main.Timer1.Resting);
+    main.Timer1.tick();
+    EXPECT_TRUE(main.Timer1.Resting);
+    changes.notice();
+    EXPECT_FALSE(main.Timer1.Resting);
+    boxes.while_shown = changes.notice;
+    files.files.erase("/home/conf//web.txt");
+    main.Timer1.tick();
+    EXPECT_FALSE(main.Timer1.Resting);
+}
+
 TEST_F(Handshakes, WhatLayOnTheClipboardBeforeTheStartIsNotRead)
 {
     clipboard.text = u"before ";
+    clipboard.fetched = false;
     start();
     document().Check1.Value = 1;
     clipboard.text = u"before  ";
@@ -199,6 +215,7 @@ TEST_F(Handshakes, BrokenFilesRaiseNoFlag)
     control() = file_of_lines({ "0", "0", "1", "1" });
     main.Timer2.tick();
     files.files.erase("/home/conf//web.txt");
+    boxes.while_shown = [&] { main.Timer2.tick(); }; // nor is it told by the other timer meanwhile
     const auto expect_one_message = [&] {
         main.Timer1.tick();
         main.Timer2.tick();

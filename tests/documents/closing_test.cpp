@@ -83,7 +83,7 @@ TEST_F(Closing, OfTheMainWindowAsksEachChangedDocumentWhileThatIsActive)
                 other.pane().user_types(u"x");
         }
         std::string asked;
-        other.boxes.while_asking = [&] { asked += other.document().Tag.get(); };
+        other.boxes.while_shown = [&] { asked += other.document().Tag.get(); };
         std::string expected_asked;
         int closed = 0;
         for (; closed < 3; ++closed) {

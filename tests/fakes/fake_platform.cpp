@@ -70,10 +70,10 @@ MessageAnswer FakeMessageBoxes::show(
     const std::string& text, const std::string& title, MessageButtons buttons, MessageIcon icon)
 {
     shown.push_back({ text, title, buttons, icon });
+    if (while_shown)
+        while_shown();
     if (buttons == MessageButtons::ok)
         return MessageAnswer::ok;
-    if (while_asking)
-        while_asking();
     if (answers.empty()) {
         ADD_FAILURE() << "nobody expected the question: " << text;
         return MessageAnswer::cancel;
@@ -147,8 +147,8 @@ bool FakeBlockingWork::wait(const std::string& text, const std::function<bool()>
 
 FakePlatform::FakePlatform()
     : platform{ windows, [this](std::function<void()> call) { posted.push_back(std::move(call)); },
-        [this] { has_quit = true; }, files, clipboard, boxes, dialogs, screen, tray, blocking_work,
-        panes, speech, texts, "/home/conf", "/app", {} }
+        [this] { has_quit = true; }, files, clipboard, changes, boxes, dialogs, screen, tray,
+        blocking_work, panes, speech, texts, "/home/conf", "/app", {} }
 {
 }
 

@@ -40,7 +40,11 @@ private:
 
 class FakeClipboard : public Clipboard {
 public:
-    TextSlice GetText(Patience) override { return owner_answers ? text : std::u16string(); }
+    TextSlice GetText(Patience patience) override
+    {
+        const bool at_hand = std::exchange(fetched, true) || patience == Patience::some;
+        return owner_answers && at_hand ? text : std::u16string();
+    }
     bool has_text() override { return owner_answers && !text.empty(); }
     void SetText(std::u16string_view wanted) override
     {
@@ -51,6 +55,13 @@ public:
 
     std::u16string text;
     bool owner_answers = true;
+    bool fetched = true; // or else who doesn't wait gets nothing at first
+};
+
+class FakeChanges : public OutsideChanges {
+public:
+    void watch(const std::string&, Handler wanted) override { notice = std::move(wanted); }
+    Handler notice;
 };
 
 class FakeMessageBoxes : public MessageBoxes {
@@ -67,7 +78,7 @@ public:
 
     std::vector<Box> shown;
     std::deque<MessageAnswer> answers; // for boxes that ask; a question without one fails the test
-    std::function<void()> while_asking; // what happens while such a box is open
+    std::function<void()> while_shown; // what happens while a box is open
 };
 
 class FakeDialogs : public FileDialogs {
@@ -135,6 +146,7 @@ struct FakePlatform {
     bool has_quit = false;
     FakeFiles files;
     FakeClipboard clipboard;
+    FakeChanges changes;
     FakeMessageBoxes boxes;
     FakeDialogs dialogs;
     FakeScreen screen;
