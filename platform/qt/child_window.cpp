@@ -96,7 +96,7 @@ ChildWindow::ChildWindow(
 {
     m_window.owner = this;
     m_window.canvas.sized = m_window.scroll.sized = [this] { client_sized(); };
-    m_window.canvas.restyled = [this] { views().redraw_all(); };
+    m_window.canvas.restyled = [this] { redraw(); };
     area.add(m_window, m_window.canvas, [this] { user_activates(); });
     m_window.hide(); // until the form is loaded
     const QMargins frame = m_window.contentsMargins();
@@ -174,10 +174,10 @@ void ChildWindow::client_sized()
     if (m_area->resized)
         m_area->resized();
     report_client_size(m_window.scroll.viewport()->size());
-    if (m_extent_is_known || !form())
+    if (m_extent_is_known || !form() || !views())
         return;
     m_extent_is_known = true;
-    m_window.canvas.setMinimumSize(views().fixed_extent());
+    m_window.canvas.setMinimumSize(views()->fixed_extent());
 }
 
 } // namespace tessavox

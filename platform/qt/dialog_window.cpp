@@ -38,7 +38,7 @@ DialogWindow::DialogWindow(Form& form, MessageGate& gate, std::unique_ptr<Dialog
 {
     m_dialog.owner = this;
     m_dialog.canvas.sized = [this] { report_client_size(m_dialog.canvas.size()); };
-    m_dialog.canvas.restyled = [this] { views().redraw_all(); };
+    m_dialog.canvas.restyled = [this] { redraw(); };
     resize_to({ to_pixels(form.Width), to_pixels(form.Height) });
 }
 

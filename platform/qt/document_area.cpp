@@ -1,6 +1,9 @@
 #include "platform/qt/document_area.h"
 
+#include "platform/qt/quiet_assistance.h"
+
 #include <QAction>
+#include <QApplication>
 #include <QEvent>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -9,6 +12,25 @@
 #include <utility>
 
 namespace tessavox {
+
+namespace {
+
+void tell_assistance(QWidget& widget, QAccessible::Event what)
+{
+    QAccessibleEvent event(&widget, what);
+    QAccessible::updateAccessibility(&event);
+}
+
+/// A new window, with all that is in it.
+void tell_assistance_of(QWidget& window)
+{
+    tell_assistance(window, QAccessible::ObjectCreated);
+    tell_assistance(window, QAccessible::ObjectShow);
+    if (QWidget* focused = QApplication::focusWidget(); focused && window.isAncestorOf(focused))
+        tell_assistance(*focused, QAccessible::Focus);
+}
+
+} // namespace
 
 DocumentArea::DocumentArea(QWidget* parent)
     : QMdiArea(parent)
@@ -27,7 +49,11 @@ DocumentArea::~DocumentArea()
 
 void DocumentArea::add(QMdiSubWindow& window, QWidget& content, std::function<void()> activated)
 {
-    m_documents.push_back({ &window, &content, std::move(activated), false });
+    m_documents.push_back({ &window, &content, std::move(activated) });
+    // Before the toolkit's own handler, which shrinks the window in front, and that one's content
+    // need not be laid out for a size at which nobody sees it.
+    connect(
+        &window, &QMdiSubWindow::aboutToActivate, this, [this, &window] { make_way_for(window); });
     addSubWindow(&window);
 }
 
@@ -53,10 +79,17 @@ void DocumentArea::about_to_hide(const QMdiSubWindow& window)
 void DocumentArea::show_first(QMdiSubWindow& window)
 {
     const QMdiSubWindow* before = activeSubWindow();
-    if (!before || before->isMaximized())
-        window.showMaximized();
-    else
-        window.show();
+    const bool fills = !before || before->isMaximized();
+    make_way_for(window);
+    {
+        const QuietAssistance quiet;
+        Document* document = document_of(&window);
+        cover(*document); // until the window has its place
+        fills ? window.showMaximized() : window.show();
+        uncover(*document);
+    }
+    if (isVisible())
+        tell_assistance_of(window);
 }
 
 void DocumentArea::window_changed(QMdiSubWindow& window)
@@ -101,12 +134,44 @@ void DocumentArea::cover_soon()
 void DocumentArea::hide_what_is_covered()
 {
     m_cover_is_due = false;
-    const QMdiSubWindow* front = currentSubWindow();
-    const bool fills = front && !front->isHidden() && front->isMaximized();
-    for (const Document& document : m_documents) {
-        const bool is_covered = fills && document.window != front;
-        document.content->setVisible(!is_covered);
+    QRegion free = viewport()->rect();
+    const QList<QMdiSubWindow*> windows = subWindowList(StackingOrder);
+    for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
+        Document* document = document_of(*window);
+        if (!document || (*window)->isHidden())
+            continue;
+        const QRect place = (*window)->contentsRect().translated((*window)->pos());
+        if (*window == currentSubWindow() || free.intersects(place))
+            uncover(*document);
+        else
+            cover(*document);
+        free -= (*window)->geometry();
     }
+}
+
+void DocumentArea::make_way_for(const QMdiSubWindow& window)
+{
+    const QMdiSubWindow* front = currentSubWindow();
+    Document* document = document_of(front);
+    if (document && front != &window && front->isMaximized())
+        cover(*document);
+}
+
+void DocumentArea::cover(Document& document)
+{
+    if (document.content->isHidden())
+        return;
+    document.focused = document.content->focusWidget();
+    if (document.focused && document.focused->hasFocus())
+        document.focused->clearFocus(); // or hiding it would hand the focus to any other
+    document.content->hide();
+}
+
+bool DocumentArea::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
+        cover_soon();
+    return QMdiArea::eventFilter(watched, event);
 }
 
 DocumentArea::Document* DocumentArea::document_of(const QMdiSubWindow* window)
@@ -148,7 +213,7 @@ bool DocumentArea::viewportEvent(QEvent* event)
 
 void DocumentArea::came_forward(QMdiSubWindow* window)
 {
-    if (const Document* document = document_of(window)) {
+    if (Document* document = document_of(window)) {
         uncover(*document);
         cover_soon();
         const auto activated = document->activated; // it may close the window
@@ -159,14 +224,13 @@ void DocumentArea::came_forward(QMdiSubWindow* window)
 }
 
 // What was hidden could not take the focus back.
-void DocumentArea::uncover(const Document& document)
+void DocumentArea::uncover(Document& document)
 {
-    QWidget& content = *document.content;
-    if (!content.isHidden())
+    if (!document.content->isHidden())
         return;
-    content.show();
-    if (QWidget* focused = content.focusWidget())
-        focused->setFocus(Qt::ActiveWindowFocusReason);
+    document.content->show();
+    if (document.focused && document.window == currentSubWindow())
+        document.focused->setFocus(Qt::ActiveWindowFocusReason);
 }
 
 // Arranging ---------------------------------------------------------------------------------------

@@ -4,6 +4,7 @@
 #include "platform/document_arrangement.h"
 
 #include <QMdiArea>
+#include <QPointer>
 
 #include <functional>
 #include <vector>
@@ -14,8 +15,9 @@ class QMenu;
 namespace tessavox {
 
 /// Knows the windows of the documents in the order of their making, which one is in front, and
-/// which fills the area. What that one covers is hidden, so that assistive technologies don't take
-/// it for shown. The windows belong to it, but each says itself when it comes and goes.
+/// which fills the area. The content of a window that others cover altogether is hidden, so that
+/// assistive technologies take it for shown just when the eye does. The windows belong to it, but
+/// each says itself when it comes and goes.
 class DocumentArea : public QMdiArea, public DocumentArrangement {
 public:
     explicit DocumentArea(QWidget* parent);
@@ -47,6 +49,7 @@ public:
 
 protected:
     bool viewportEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct Document {
@@ -54,10 +57,13 @@ private:
         QWidget* content;
         std::function<void()> activated;
         bool was_normal = false;
+        QPointer<QWidget> focused = {}; // when it was hidden
     };
     Document* document_of(const QMdiSubWindow* window);
     void bring_into_sight(QMdiSubWindow& window);
-    void uncover(const Document& document);
+    void make_way_for(const QMdiSubWindow& window);
+    static void cover(Document& document);
+    void uncover(Document& document);
     void cover_soon();
     void hide_what_is_covered();
     void came_forward(QMdiSubWindow* window);

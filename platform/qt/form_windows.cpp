@@ -4,6 +4,7 @@
 #include "platform/qt/child_window.h"
 #include "platform/qt/dialog_window.h"
 #include "platform/qt/main_window.h"
+#include "platform/qt/quiet_assistance.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/twips.h"
 
@@ -43,7 +44,7 @@ QString as_title(const std::string& caption)
 QtFormWindow::QtFormWindow(Form& form, MessageGate& gate, QWidget& top, QWidget& canvas)
     : m_form(&form)
     , m_top(&top)
-    , m_views(form, canvas)
+    , m_canvas(canvas)
     , m_width(form.Width)
     , m_height(form.Height)
 {
@@ -57,14 +58,16 @@ QtFormWindow::QtFormWindow(Form& form, MessageGate& gate, QWidget& top, QWidget&
 
 QtFormWindow::~QtFormWindow()
 {
-    m_views.detach();
+    if (m_views)
+        m_views->detach();
     delete m_top.data(); // unless its own parent went first
 }
 
 void QtFormWindow::detach()
 {
     m_form = nullptr;
-    m_views.detach();
+    if (m_views)
+        m_views->detach();
     for (const auto& timer : m_timers)
         timer->detach();
     if (m_top)
@@ -73,7 +76,7 @@ void QtFormWindow::detach()
 
 void QtFormWindow::focus(Control& control)
 {
-    WidgetView* view = m_views.view_of(control);
+    WidgetView* view = m_views ? m_views->view_of(control) : nullptr;
     if (!view || !view->focus_widget().isVisible())
         throw Failure(control.name() + " can't take the focus: its window isn't shown");
     view->focus_widget().setFocus(Qt::OtherFocusReason);
@@ -93,19 +96,31 @@ void QtFormWindow::control_changed()
         m_height = m_form->Height;
         resize_to({ to_pixels(m_width), to_pixels(m_height) });
     }
-    const bool first = m_form->Visible && !m_was_shown;
-    if (first) {
-        m_was_shown = true;
-        m_views.redraw_all();
-        m_views.name_all();
-        show_first();
-    }
+    const bool first = m_form->Visible && !m_views;
+    if (first)
+        make_and_show();
     if (m_form && (m_state != m_form->window_state)) {
         m_state = m_form->window_state;
         m_top->setWindowState(with_state(m_top->windowState(), m_state));
     }
     if (m_form && !first)
         m_top->setVisible(m_form->Visible);
+}
+
+void QtFormWindow::make_and_show()
+{
+    {
+        const QuietAssistance quiet;
+        m_views.emplace(*m_form, m_canvas);
+        m_views->name_all();
+    }
+    show_first();
+}
+
+void QtFormWindow::redraw()
+{
+    if (m_views)
+        m_views->redraw_all();
 }
 
 void QtFormWindow::report_client_size(const QSize& pixels)
@@ -126,7 +141,7 @@ bool QtFormWindow::user_closes()
 
 void QtFormWindow::user_changes_state()
 {
-    if (!m_form || !m_was_shown)
+    if (!m_form || !m_views)
         return;
     const Qt::WindowStates states = m_top->windowState();
     m_state = states.testFlag(Qt::WindowMinimized) ? WindowState::minimised

@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace tessavox {
 
@@ -39,7 +40,10 @@ protected:
 
     Form* form() const { return m_form; }
     QWidget& top() const { return *m_top; }
-    FormViews& views() { return m_views; }
+    /// Its controls as drawn, which are made when it is first shown: a form sets hundreds of values
+    /// while it loads. Null before.
+    FormViews* views() { return m_views ? &*m_views : nullptr; }
+    void redraw();
     /// Tells the form how large its client area is, unless it knows.
     void report_client_size(const QSize& pixels);
     /// The user closes it. Returns whether the form has gone.
@@ -47,14 +51,15 @@ protected:
     void user_changes_state();
 
 private:
+    void make_and_show();
     virtual void show_first() = 0;
     virtual void resize_to(const QSize& pixels) = 0;
 
     Form* m_form;
     QPointer<QWidget> m_top;
-    FormViews m_views;
+    QWidget& m_canvas;
+    std::optional<FormViews> m_views;
     std::vector<std::unique_ptr<TimerView>> m_timers;
-    bool m_was_shown = false;
     std::string m_caption; // as shown
     WindowState m_state = WindowState::normal;
     double m_width;

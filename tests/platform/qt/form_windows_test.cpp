@@ -158,6 +158,20 @@ TEST_F(Windows, TheUserActivatesAndMinimisesDocuments)
     EXPECT_FALSE(window("first").isMinimized());
 }
 
+TEST_F(Windows, ADocumentShowsForAssistanceWhileAnyOfItIsInSight)
+{
+    const auto first = desktop.open("first");
+    const auto second = desktop.open("second");
+    const auto& below = *window("first").findChild<QWidget*>("SpeakBtn");
+    window("second").showNormal();
+    for (const int shift : { 0, 100, 0 }) {
+        window("first").setGeometry(shift, 0, 400, 300);
+        window("second").setGeometry(0, 0, 450, 350);
+        desktop.settle();
+        EXPECT_EQ(below.isVisible(), shift > 0);
+    }
+}
+
 TEST_F(Windows, DocumentsAreTiledWithinTheAreaAndMinimisedOnesLinedUpBelow)
 {
     const auto first = desktop.open("first");
