@@ -82,7 +82,7 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
     QtScreen screen;
     QtTray tray;
     QtBlockingWork blocking_work(gate);
-    QtRichTextPanes panes(clipboard);
+    QtRichTextPanes panes(clipboard, files);
     const std::unique_ptr<SpeechService> speech = make_speech(post, texts, std::move(engines));
     Platform platform{ windows, post, quit, files, clipboard, changes, message_boxes, dialogs,
         screen, tray, blocking_work, panes, *speech, texts,

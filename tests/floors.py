@@ -11,7 +11,7 @@ BESIDE_EACH_OTHER = [  # from the ground up; the folders of one floor don't see 
     {"documents", "web", "desktop"},
     {"app"},
 ]
-SEES = {"platform": INTERFACES, "platform/controls": INTERFACES, "platform/qt": INTERFACES | {"platform/files", "platform/rtf"},
+SEES = {"platform": INTERFACES, "platform/controls": INTERFACES, "platform/qt": INTERFACES | {"platform/files", "platform/rtf", "platform/text_files"},
         "platform/voice": INTERFACES | {"platform/confinement"}, "platform/confinement": INTERFACES, "platform/text_files": INTERFACES,
         "platform/files": INTERFACES, "platform/rtf": INTERFACES}
 ADAPTERS = SEES.keys() - INTERFACES  # these may see the system, too

@@ -35,13 +35,6 @@ int shift_state(Qt::KeyboardModifiers keys)
         + (keys.testFlag(Qt::AltModifier) ? 4 : 0);
 }
 
-double checked_size(double points)
-{
-    if (!(points > 0))
-        throw Failure("a font can't have the size " + std::to_string(points));
-    return points;
-}
-
 bool is_laid_out(const QTextBlock& block)
 {
     return block.layout()->lineCount() > 0;
@@ -166,8 +159,9 @@ private:
     bool m_shows_selection_always = true;
 };
 
-QtRichTextPane::QtRichTextPane(Clipboard* clipboard)
+QtRichTextPane::QtRichTextPane(Clipboard* clipboard, FileStore* files)
     : m_clipboard(clipboard)
+    , m_files(files)
     , m_editor(&make_child<Editor>(*this))
 {
     watch(*m_editor->document());
@@ -209,13 +203,13 @@ void QtRichTextPane::text_edited(int position)
 
 void QtRichTextPane::report_change()
 {
-    if (!m_loading && !m_text_stays && Change)
+    if (!m_loading && !m_text_stays && !m_step && Change)
         attempt([this] { Change(); });
 }
 
 void QtRichTextPane::report_selection()
 {
-    if (m_loading)
+    if (m_loading || m_step)
         return;
     const Selection now = selection();
     if (now == m_reported)
@@ -230,10 +224,17 @@ int QtRichTextPane::length() const
     return m_editor->document()->characterCount() - 1; // Qt counts the end of the last paragraph
 }
 
+QTextDocument& QtRichTextPane::document() const
+{
+    return *m_editor->document();
+}
+
 TextSlice QtRichTextPane::Text() const
 {
-    if (!m_text) {
-        std::u16string text = as_utf16(m_editor->document()->toRawText());
+    if (!m_text && m_step && m_step->text) {
+        m_text = std::make_shared<const std::u16string>(m_step->text->text());
+    } else if (!m_text) {
+        std::u16string text = as_utf16(document().toRawText());
         for (char16_t& unit : text) {
             if (unit == QChar::ParagraphSeparator || unit == QChar::LineSeparator)
                 unit = u'\n';
@@ -245,19 +246,43 @@ TextSlice QtRichTextPane::Text() const
 
 void QtRichTextPane::set_Text(std::u16string text)
 {
+    show_plain(fit_for_pane(std::move(text)));
+    m_file_form = {};
+}
+
+void QtRichTextPane::show_plain(const std::u16string& text)
+{
+    // A format that was chosen for what comes into the empty pane is meant for this, too.
+    const QTextCharFormat format = length() == 0 ? cursor().charFormat() : QTextCharFormat();
+    // A document that nobody watches yet takes the text many times faster than the shown one.
+    auto document = std::make_unique<QTextDocument>();
+    document->setUndoRedoEnabled(false);
+    QTextCursor cursor(document.get());
+    cursor.beginEditBlock();
+    cursor.insertText(as_qstring(text), format);
+    cursor.endEditBlock();
+    show_document(std::move(document), format);
+}
+
+void QtRichTextPane::show_document(
+    std::unique_ptr<QTextDocument> document, const QTextCharFormat& typing_format)
+{
+    if (m_step)
+        throw Failure("a new text can't be a part of a step");
     {
         const QScopedValueRollback loading(m_loading, true);
-        // A document that nobody watches yet takes the text many times faster than the shown one.
         QPointer<QTextDocument> before = m_editor->document();
-        auto& document = make_child<QTextDocument>(m_editor.data());
-        document.setDefaultFont(m_editor->font());
-        document.setUndoRedoEnabled(false);
-        document.setPlainText(as_qstring(fit_for_pane(std::move(text))));
-        document.setUndoRedoEnabled(true);
-        document.setModified(false);
-        m_editor->setDocument(&document);
+        document->setDefaultFont(m_editor->font());
+        document->setUndoRedoEnabled(true);
+        document->setModified(false);
+        document->setParent(m_editor);
+        m_editor->setDocument(document.get());
+        QTextCursor cursor(document.get());
+        if (document->isEmpty())
+            cursor.setCharFormat(typing_format);
+        m_editor->setTextCursor(cursor); // the editor's own keeps the format of before
         delete before.data(); // the very first one is gone with this already
-        watch(document);
+        watch(*document.release());
         m_text.reset();
         m_lines.changed();
         m_has_wide_selection = false;
@@ -270,7 +295,7 @@ QtRichTextPane::Selection QtRichTextPane::selection() const
 {
     if (m_has_wide_selection)
         return m_wide_selection;
-    const QTextCursor cursor = m_editor->textCursor();
+    const QTextCursor cursor = m_step ? m_step->cursor : m_editor->textCursor();
     return { cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart() };
 }
 
@@ -296,11 +321,7 @@ void QtRichTextPane::set_SelStart(std::int32_t offset)
 {
     if (offset < 0)
         throw Failure("a selection can't start before the text");
-    m_has_wide_selection = false;
-    QTextCursor cursor = m_editor->textCursor();
-    cursor.setPosition(std::min(offset, length()));
-    m_editor->setTextCursor(cursor);
-    report_selection();
+    select(std::min(offset, length()), 0);
 }
 
 void QtRichTextPane::set_SelLength(std::int32_t length)
@@ -308,30 +329,50 @@ void QtRichTextPane::set_SelLength(std::int32_t length)
     if (length < 0)
         throw Failure("a selection can't be shorter than nothing");
     const int start = SelStart();
-    const int end = start + std::min(length, this->length() - start);
-    QTextCursor cursor = m_editor->textCursor();
-    if (!is_laid_out(m_editor->document()->findBlock(end))) {
+    select(start, std::min(length, this->length() - start));
+}
+
+void QtRichTextPane::select(int start, int length)
+{
+    m_has_wide_selection = false;
+    const int end = start + length;
+    if (length > 0 && !m_step && !is_laid_out(document().findBlock(end))) {
         m_has_wide_selection = true;
-        m_wide_selection = { start, end - start };
+        m_wide_selection = { start, length };
     } else {
-        m_has_wide_selection = false;
         // The caret stands at the start, so that this is the end which is brought into view.
+        QTextCursor cursor = this->cursor();
         cursor.setPosition(end);
         cursor.setPosition(start, QTextCursor::KeepAnchor);
-        m_editor->setTextCursor(cursor);
+        put_cursor(cursor);
     }
     report_selection();
+}
+
+QTextCursor QtRichTextPane::cursor() const
+{
+    QTextCursor cursor = m_step ? m_step->cursor : m_editor->textCursor();
+    if (m_has_wide_selection) {
+        cursor.setPosition(m_wide_selection.start + m_wide_selection.length);
+        cursor.setPosition(m_wide_selection.start, QTextCursor::KeepAnchor);
+    }
+    return cursor;
+}
+
+void QtRichTextPane::put_cursor(const QTextCursor& cursor)
+{
+    m_has_wide_selection = false;
+    if (m_step)
+        m_step->cursor = cursor;
+    else
+        m_editor->setTextCursor(cursor);
 }
 
 void QtRichTextPane::show_wide_selection()
 {
     if (!m_has_wide_selection)
         return;
-    m_has_wide_selection = false;
-    QTextCursor cursor = m_editor->textCursor();
-    cursor.setPosition(m_wide_selection.start + m_wide_selection.length);
-    cursor.setPosition(m_wide_selection.start, QTextCursor::KeepAnchor);
-    m_editor->setTextCursor(cursor);
+    put_cursor(cursor());
 }
 
 void QtRichTextPane::show_wide_selection_when_laid_out()
@@ -343,16 +384,6 @@ void QtRichTextPane::show_wide_selection_when_laid_out()
 std::int32_t QtRichTextPane::GetLineFromChar(std::int32_t offset) const
 {
     return m_lines.line_of(*m_editor->document(), std::clamp(offset, 0, length()));
-}
-
-void QtRichTextPane::set_SelFontSize(double points)
-{
-    checked_size(points);
-    show_wide_selection();
-    const QScopedValueRollback formatting(m_text_stays, true);
-    QTextCharFormat format;
-    format.setFontPointSize(points);
-    m_editor->mergeCurrentCharFormat(format);
 }
 
 void QtRichTextPane::set_font(const QFont& font)
@@ -373,8 +404,10 @@ void QtRichTextPane::set_FontName(const std::string& name)
 
 void QtRichTextPane::set_FontSize(double points)
 {
+    if (!(points > 0))
+        throw Failure("a font can't have the size " + std::to_string(points));
     QFont font = m_editor->font();
-    font.setPointSizeF(checked_size(points));
+    font.setPointSizeF(points);
     set_font(font);
 }
 
@@ -405,7 +438,7 @@ void QtRichTextPane::set_RightMargin(double twips)
 
 std::unique_ptr<RichTextPane> QtRichTextPanes::create()
 {
-    return std::make_unique<QtRichTextPane>(&m_clipboard);
+    return std::make_unique<QtRichTextPane>(&m_clipboard, &m_files);
 }
 
 } // namespace tessavox

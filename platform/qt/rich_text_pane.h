@@ -2,12 +2,17 @@
 #pragma once
 
 #include "platform/clipboard.h"
+#include "platform/file_store.h"
+#include "platform/qt/gap_text.h"
 #include "platform/qt/screen_lines.h"
 #include "platform/rich_text_pane.h"
+#include "platform/text_files/plain_text.h"
 
 #include <QPointer>
+#include <QTextCursor>
 
 #include <memory>
+#include <optional>
 
 class QFont;
 class QTextDocument;
@@ -19,8 +24,9 @@ namespace tessavox {
 /// the formats and pictures of where it was copied.
 class QtRichTextPane : public RichTextPane {
 public:
-    /// Pastes by its keys from `clipboard`, if given, which doesn't wait long for its owner.
-    explicit QtRichTextPane(Clipboard* clipboard = nullptr);
+    /// Pastes by its keys from `clipboard`, which doesn't wait long for its owner. Without `files`
+    /// it can neither load nor save.
+    explicit QtRichTextPane(Clipboard* clipboard = nullptr, FileStore* files = nullptr);
     ~QtRichTextPane() override;
 
     TextSlice Text() const override;
@@ -30,13 +36,42 @@ public:
     std::int32_t SelLength() const override;
     void set_SelLength(std::int32_t length) override;
     TextSlice SelText() const override;
+    void set_SelText(std::u16string text) override;
+    void set_SelRTF(const std::u16string& source) override;
+    std::int32_t Find(const std::u16string& text, std::int32_t start, int options) override;
     std::int32_t GetLineFromChar(std::int32_t offset) const override;
+
+    std::optional<bool> SelBold() const override;
+    void set_SelBold(bool bold) override;
+    std::optional<bool> SelItalic() const override;
+    void set_SelItalic(bool italic) override;
+    std::optional<bool> SelUnderline() const override;
+    void set_SelUnderline(bool underline) override;
+    std::optional<bool> SelStrikeThru() const override;
+    void set_SelStrikeThru(bool strike) override;
+    std::optional<std::string> SelFontName() const override;
+    void set_SelFontName(const std::string& name) override;
+    std::optional<double> SelFontSize() const override;
     void set_SelFontSize(double points) override;
+    std::optional<std::int32_t> SelColor() const override;
+    void set_SelColor(std::int32_t color) override;
+    std::optional<std::int32_t> SelCharOffset() const override;
+    void set_SelCharOffset(std::int32_t twips) override;
+    std::optional<bool> SelBullet() const override;
+    void set_SelBullet(bool bullet) override;
+    std::optional<std::int32_t> SelHangingIndent() const override;
+    void set_SelHangingIndent(std::int32_t twips) override;
+
     void set_FontName(const std::string& name) override;
     void set_FontSize(double points) override;
     void set_FontBold(bool bold) override;
     void set_HideSelection(bool hide) override;
     void set_RightMargin(double twips) override;
+
+    void LoadFile(const std::string& path, TextKind kind) override;
+    void SaveFile(const std::string& path, TextKind kind) override;
+    void begin_step() override;
+    void end_step() override;
 
     /// Belongs to the pane, wherever it is shown.
     QWidget& widget() const;
@@ -49,8 +84,29 @@ private:
         bool operator==(const Selection&) const = default;
     };
 
+    /// What is under way between begin_step and end_step. The toolkit tells of it at its end.
+    struct Step {
+        int depth = 1;
+        QTextCursor cursor;
+        bool has_changed = false;
+        std::optional<GapText> text; // from the first search on
+    };
+
     int length() const;
+    QTextDocument& document() const;
     Selection selection() const;
+    /// The selection with the format of what is typed next.
+    QTextCursor cursor() const;
+    void put_cursor(const QTextCursor& cursor);
+    void select(int start, int length);
+    FileStore& files() const;
+    void show_plain(const std::u16string& text);
+    void show_document(
+        std::unique_ptr<QTextDocument> document, const QTextCharFormat& typing_format);
+    template <class Edit> void edit_selection(Edit&& edit);
+    void merge_format(const QTextCharFormat& format);
+    template <class Alter> void change_paragraphs(Alter&& alter);
+    void report_formatted();
     void watch(QTextDocument& document);
     void text_edited(int position);
     void report_change();
@@ -60,6 +116,7 @@ private:
     void show_wide_selection_when_laid_out();
 
     Clipboard* m_clipboard;
+    FileStore* m_files;
     QPointer<Editor> m_editor;
     mutable std::shared_ptr<const std::u16string> m_text; // null: to be fetched again
     mutable ScreenLines m_lines;
@@ -71,18 +128,23 @@ private:
     Selection m_wide_selection;
     bool m_text_stays = false; // while only formats or the document object change
     bool m_loading = false;
+    std::optional<Step> m_step;
+    TextSearch m_search;
+    TextFileForm m_file_form; // of the file that the text came from
 };
 
 class QtRichTextPanes : public RichTextPanes {
 public:
-    explicit QtRichTextPanes(Clipboard& clipboard)
+    QtRichTextPanes(Clipboard& clipboard, FileStore& files)
         : m_clipboard(clipboard)
+        , m_files(files)
     {
     }
     std::unique_ptr<RichTextPane> create() override;
 
 private:
     Clipboard& m_clipboard;
+    FileStore& m_files;
 };
 
 } // namespace tessavox

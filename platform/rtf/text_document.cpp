@@ -259,7 +259,7 @@ private:
         const auto color_of = [](const QBrush& brush) {
             return static_cast<std::int32_t>(brush.color().rgb() & 0xFFFFFF);
         };
-        if (given.hasProperty(QTextFormat::ForegroundBrush))
+        if (given.foreground().style() != Qt::NoBrush)
             format.color = color_of(given.foreground());
         if (given.hasProperty(QTextFormat::BackgroundBrush))
             format.background = color_of(given.background());

@@ -1,8 +1,9 @@
-// What every text pane has to do. A Bed has pane(), user_types(text) over the selection, and
-// user_selects(start, length).
+// What every text pane has to do. A Bed has pane(), user_types(text) over the selection,
+// user_selects(start, length), and the files() of the pane with a path(name) for them.
 #pragma once
 
 #include "platform/failure.h"
+#include "platform/file_store.h"
 #include "platform/rich_text_pane.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,8 @@
 #include <limits>
 
 namespace tessavox {
+
+using namespace std::string_literals;
 
 template <class Bed> class RichTextPaneContract : public testing::Test {
 protected:
@@ -59,6 +62,16 @@ TYPED_TEST_P(RichTextPaneContract, ANewTextIsOneChangeAndPutsTheCaretAtItsStart)
     EXPECT_EQ(this->selection_changes, 1);
     EXPECT_EQ(this->pane.SelStart(), 0);
     EXPECT_EQ(this->pane.SelLength(), 0);
+}
+
+TYPED_TEST_P(RichTextPaneContract, TheFormatChosenInAnEmptyPaneIsThatOfItsFirstText)
+{
+    this->pane.set_SelFontSize(17);
+    this->pane.set_Text(u"first");
+    this->bed.user_selects(0, 5);
+    EXPECT_EQ(this->pane.SelFontSize(), 17);
+    this->pane.set_Text(u"second");
+    EXPECT_NE(this->pane.SelFontSize(), 17);
 }
 
 TYPED_TEST_P(RichTextPaneContract, TheTextIsCopiedOnceBetweenTwoChanges)
@@ -165,7 +178,6 @@ TYPED_TEST_P(RichTextPaneContract, ShortLinesAreCountedFromZero)
 TYPED_TEST_P(RichTextPaneContract, FormatsLeaveTheTextAloneAndImpossibleOnesAreRefused)
 {
     this->pane.set_Text(u"words");
-    this->pane.set_SelLength(3);
     this->forget_events();
     this->pane.set_FontName("DejaVu Sans");
     this->pane.set_FontSize(14);
@@ -183,13 +195,197 @@ TYPED_TEST_P(RichTextPaneContract, FormatsLeaveTheTextAloneAndImpossibleOnesAreR
     EXPECT_THROW(this->pane.set_RightMargin(-15), Failure);
 }
 
+TYPED_TEST_P(RichTextPaneContract, TextPutInTheSelectionsPlaceIsFormattedAsThatWas)
+{
+    this->pane.set_Text(u"one two three");
+    this->bed.user_selects(4, 2);
+    this->pane.set_SelColor(RGB(149, 32, 19));
+    this->pane.set_SelBold(true);
+    this->bed.user_selects(4, 3);
+    EXPECT_EQ(this->pane.SelBold(), std::nullopt); // of its three letters the last one isn't
+    this->forget_events();
+    this->pane.set_SelText(u"2\r\n2");
+    EXPECT_EQ(this->pane.Text().view(), u"one 2\n2 three");
+    EXPECT_EQ(this->pane.SelStart(), 7);
+    EXPECT_EQ(this->pane.SelLength(), 0);
+    EXPECT_EQ(this->changes, 1);
+    EXPECT_EQ(this->selection_changes, 1);
+    this->bed.user_selects(4, 3);
+    EXPECT_EQ(this->pane.SelBold(), true);
+    EXPECT_EQ(this->pane.SelColor(), RGB(149, 32, 19));
+    this->bed.user_selects(7, 0);
+    this->pane.set_SelColor(automatic_color); // of what comes next
+    this->pane.set_SelText(u"!");
+    this->bed.user_selects(7, 1);
+    EXPECT_EQ(this->pane.SelColor(), automatic_color);
+    this->pane.set_SelText(u"");
+    EXPECT_EQ(this->pane.Text().view(), u"one 2\n2 three");
+}
+
+TYPED_TEST_P(RichTextPaneContract, EveryFormatIsReadAsSetAndAsNothingWhereItIsMixed)
+{
+    RichTextPane& pane = this->pane;
+    const auto check = [&](auto get, auto set, auto value) {
+        pane.set_Text(u"one\ntwo");
+        this->bed.user_selects(1, 1);
+        const auto before = (pane.*get)();
+        EXPECT_NE(before, value);
+        this->forget_events();
+        (pane.*set)(value);
+        EXPECT_EQ(this->changes, 1);
+        EXPECT_EQ((pane.*get)(), value);
+        this->bed.user_selects(0, 7);
+        EXPECT_EQ((pane.*get)(), std::nullopt);
+        this->bed.user_selects(5, 2);
+        EXPECT_EQ((pane.*get)(), before);
+        EXPECT_EQ(pane.Text().view(), u"one\ntwo");
+    };
+    using P = RichTextPane;
+    check(&P::SelBold, &P::set_SelBold, true);
+    check(&P::SelItalic, &P::set_SelItalic, true);
+    check(&P::SelUnderline, &P::set_SelUnderline, true);
+    check(&P::SelStrikeThru, &P::set_SelStrikeThru, true);
+    check(&P::SelFontName, &P::set_SelFontName, std::string("DejaVu Serif"));
+    check(&P::SelFontSize, &P::set_SelFontSize, 17.5);
+    check(&P::SelColor, &P::set_SelColor, RGB(1, 2, 3));
+    check(&P::SelCharOffset, &P::set_SelCharOffset, -55);
+    check(&P::SelBullet, &P::set_SelBullet, true);
+    check(&P::SelHangingIndent, &P::set_SelHangingIndent, 360);
+}
+
+TYPED_TEST_P(RichTextPaneContract, RichTextSourceComesInAsItsTextAndOtherTextAsItIs)
+{
+    this->pane.set_Text(u"one two three");
+    this->bed.user_selects(4, 3);
+    this->pane.set_SelRTF(u"{\\rtf1\\ansi 2 {\\b 2}}");
+    EXPECT_EQ(this->pane.Text().view(), u"one 2 2 three");
+    this->bed.user_selects(6, 1);
+    EXPECT_EQ(this->pane.SelBold(), true);
+    this->pane.set_SelRTF(u"{2}");
+    this->pane.set_SelRTF(u"\u4e2d");
+    EXPECT_EQ(this->pane.Text().view(), u"one 2 {2}\u4e2d three");
+    EXPECT_EQ(this->pane.SelStart(), 10);
+}
+
+TYPED_TEST_P(RichTextPaneContract, ASearchSelectsWhatItFindsAndElseNothing)
+{
+    const struct {
+        const char16_t* text;
+        const char16_t* wanted;
+        std::int32_t start;
+        int options;
+        std::int32_t found;
+    } rows[] = {
+        { u"foo Foo", u"FOO", 0, 0, 0 },
+        { u"foo Foo", u"foo", 1, 0, 4 },
+        { u"foo Foo", u"Foo", 0, find_match_case, 4 },
+        { u"foo Foo", u"foo", 5, 0, -1 },
+        { u"foo", u"foo", 99, 0, -1 },
+        { u"foo", u"", 0, 0, -1 },
+        { u"foobar bar", u"bar", 0, find_whole_word, 7 },
+        { u"it's its", u"it", 0, find_whole_word, -1 },
+        { u"3.14 and 14", u"14", 0, find_whole_word, 9 },
+        { u"(bar), e\u0301", u"BAR", 0, find_whole_word, 1 },
+        { u"e\u0301t\u00e9 et", u"e", 0, find_whole_word, -1 },
+        { u"a b\nfoo", u"b\nfoo", 0, find_whole_word, 2 },
+        { u"\u0416\u0443\u043a", u"\u0436\u0423\u041a", 0, 0, 0 },
+        { u"stra\u00dfe STRASSE", u"strasse", 0, 0, 7 }, // lengths stay
+        { u"\u03c3\u03c2\u03a3", u"\u03c2\u03c2\u03c2", 0, 0, 0 },
+        { u"\U0001F600\U00010428 x", u"\U00010400", 0, 0, 2 },
+        { u"12 Kelvin \u212a", u"k ", 0, 0, -1 },
+        { u"12 \u212aelvin", u"kel", 0, 0, 3 },
+    };
+    for (const auto& row : rows) {
+        this->pane.set_Text(row.text);
+        this->bed.user_selects(1, 1);
+        this->forget_events();
+        EXPECT_EQ(this->pane.Find(row.wanted, row.start, row.options), row.found)
+            << to_utf8(row.text) << " | " << to_utf8(row.wanted);
+        const auto length = static_cast<std::int32_t>(std::u16string(row.wanted).size());
+        EXPECT_EQ(this->pane.SelStart(), row.found < 0 ? 1 : row.found);
+        EXPECT_EQ(this->pane.SelLength(), row.found < 0 ? 1 : length);
+        EXPECT_EQ(this->selection_changes, row.found < 0 ? 0 : 1);
+    }
+    EXPECT_THROW(this->pane.Find(u"x", -1, 0), Failure);
+}
+
+TYPED_TEST_P(RichTextPaneContract, AStepOfManyChangesIsToldOnceAndSearchedAsItStands)
+{
+    std::u16string text, expected;
+    for (int i = 0; i < 500; ++i) {
+        text += u"a cat, concatenated\n";
+        expected += u"a horse, concatenated\n";
+    }
+    this->pane.set_Text(text);
+    this->forget_events();
+    {
+        const OneStep step(this->pane);
+        std::int32_t at = 0;
+        while ((at = this->pane.Find(u"cat", at, find_whole_word)) >= 0) {
+            EXPECT_EQ(this->pane.SelText().view(), u"cat");
+            this->pane.set_SelText(u"horse");
+            at = this->pane.SelStart();
+        }
+        EXPECT_EQ(this->pane.Find(u"horse", 0, 0), 2); // and backwards
+        this->pane.set_SelText(u"cat");
+        EXPECT_EQ(this->pane.Text().view().substr(0, 8), u"a cat, c");
+        this->pane.set_SelColor(7); // of what comes next
+        EXPECT_EQ(this->changes + this->selection_changes, 0);
+    }
+    expected.replace(2, 5, u"cat");
+    EXPECT_EQ(this->pane.Text().view(), expected);
+    EXPECT_EQ(this->pane.SelStart(), 5);
+    EXPECT_EQ(this->pane.SelColor(), 7);
+    EXPECT_EQ(this->changes, 1);
+    EXPECT_EQ(this->selection_changes, 1);
+}
+
+TYPED_TEST_P(RichTextPaneContract, AFileIsWrittenAsItWasReadAndLeavesAllAsItWasIfItCantBeRead)
+{
+    FileStore& files = this->bed.files();
+    const auto path = [&](const char* name) { return this->bed.path(name); };
+    files.write(path("in.txt"), "\xff\xfe\x61\0\xe4\0\r\0\n\0"s, Durability::durable);
+    this->pane.LoadFile(path("in.txt"), TextKind::plain);
+    EXPECT_EQ(this->changes, 1);
+    EXPECT_EQ(this->pane.Text().view(), u"a\u00e4\n");
+    this->pane.set_SelText(u"-");
+    this->pane.SaveFile(path("out.txt"), TextKind::plain);
+    EXPECT_EQ(files.read(path("out.txt")), "\xff\xfe-\0\x61\0\xe4\0\r\0\n\0"s);
+
+    this->bed.user_selects(1, 1);
+    this->pane.set_SelItalic(true);
+    this->pane.SaveFile(path("out.rtf"), TextKind::rich);
+    this->forget_events();
+    for (const auto& [name, kind] : { std::pair("none", TextKind::plain),
+             { "none", TextKind::rich }, { "in.txt", TextKind::rich } }) {
+        EXPECT_THROW(this->pane.LoadFile(path(name), kind), Failure) << name;
+        EXPECT_THROW(this->pane.SaveFile("", kind), Failure);
+    }
+    EXPECT_EQ(this->changes, 0);
+    EXPECT_EQ(this->pane.Text().view(), u"-a\u00e4\n");
+
+    this->pane.LoadFile(path("out.rtf"), TextKind::rich);
+    EXPECT_EQ(this->pane.Text().view(), u"-a\u00e4\n");
+    EXPECT_EQ(this->pane.SelStart(), 0);
+    EXPECT_EQ(this->pane.SelItalic(), false);
+    this->bed.user_selects(1, 1);
+    EXPECT_EQ(this->pane.SelItalic(), true);
+    this->pane.SaveFile(path("new.txt"), TextKind::plain); // what was rich has no old form
+    EXPECT_EQ(files.read(path("new.txt")), "-a\xc3\xa4\n");
+}
+
 REGISTER_TYPED_TEST_SUITE_P(RichTextPaneContract,
     TextComesBackWithSingleLineEndsAndNothingUnholdable,
-    ANewTextIsOneChangeAndPutsTheCaretAtItsStart, TheTextIsCopiedOnceBetweenTwoChanges,
-    OffsetsCountAlikeInTextAndSelectionAtEveryPlace,
+    ANewTextIsOneChangeAndPutsTheCaretAtItsStart, TheFormatChosenInAnEmptyPaneIsThatOfItsFirstText,
+    TheTextIsCopiedOnceBetweenTwoChanges, OffsetsCountAlikeInTextAndSelectionAtEveryPlace,
     ASelectionIsCutAtTheEndAndRefusedBeforeTheStart,
     ASelectionThatDiffersIsReportedOnceWhoeverMakesIt, TypingReplacesTheSelectionAndIsOneChange,
     AnEventFindsThePaneAlreadyChanged, ShortLinesAreCountedFromZero,
-    FormatsLeaveTheTextAloneAndImpossibleOnesAreRefused);
+    FormatsLeaveTheTextAloneAndImpossibleOnesAreRefused,
+    TextPutInTheSelectionsPlaceIsFormattedAsThatWas,
+    EveryFormatIsReadAsSetAndAsNothingWhereItIsMixed,
+    RichTextSourceComesInAsItsTextAndOtherTextAsItIs, ASearchSelectsWhatItFindsAndElseNothing,
+    AStepOfManyChangesIsToldOnceAndSearchedAsItStands,
+    AFileIsWrittenAsItWasReadAndLeavesAllAsItWasIfItCantBeRead);
 
 } // namespace tessavox

@@ -16,7 +16,7 @@ TEST_F(Documents, OpenWithTheSettingsOfTheFilesAndWriteThemBack)
     EXPECT_EQ(pane().font_name, "Serif");
     EXPECT_EQ(pane().font_size, 10);
     EXPECT_TRUE(pane().font_bold);
-    EXPECT_EQ(pane().selection_font_size, 12);
+    EXPECT_EQ(pane().SelFontSize(), 12);
     EXPECT_FALSE(pane().hide_selection);
     ASSERT_EQ(document().Combo1.ListCount(), 10);
     EXPECT_EQ(document().Combo1.List(1), "3");

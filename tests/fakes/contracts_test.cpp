@@ -15,9 +15,12 @@ public:
     {
         m_pane.user_selects(start, length);
     }
+    FileStore& files() { return m_files; }
+    std::string path(const std::string& name) const { return "/folder/" + name; }
 
 private:
-    FakePane m_pane;
+    FakeFiles m_files;
+    FakePane m_pane{ &m_files };
 };
 
 class FakeFilesBed {

@@ -1,6 +1,9 @@
 #include "tests/fakes/fake_pane.h"
 
 #include "platform/failure.h"
+#include "platform/rtf/document_builder.h"
+#include "platform/rtf/reader.h"
+#include "platform/rtf/writer.h"
 
 #include <algorithm>
 
@@ -33,20 +36,147 @@ void require(bool condition, const char* what)
         throw Failure(what);
 }
 
+/// Red and blue change places between the pane's colours and those of rich text.
+std::int32_t other_order(std::int32_t color)
+{
+    return color == automatic_color ? color : RGB(color >> 16, (color >> 8) & 0xFF, color & 0xFF);
+}
+
 } // namespace
 
-std::int32_t FakePane::size() const
+FakePane::Content FakePane::plain(const std::u16string& text, const Format& format)
 {
-    return static_cast<std::int32_t>(m_buffer->size());
+    Content content;
+    content.text = normalised(text);
+    content.formats.assign(content.text.size(), format);
+    const auto line_ends = std::count(content.text.begin(), content.text.end(), u'\n');
+    content.paragraphs.resize(static_cast<std::size_t>(line_ends) + 1);
+    return content;
+}
+
+FakePane::Content FakePane::content_of(const std::string& rich_text, bool is_whole)
+{
+    const rtf::Document document = rtf::read_rich_text(
+        rich_text, is_whole ? rtf::LastParagraph::closed : rtf::LastParagraph::open);
+    Content content = plain(document.text, {});
+    std::size_t at = 0;
+    const rtf::Run* run = document.runs.data();
+    for (std::size_t i = 0; i < document.paragraphs.size(); ++i) {
+        const auto& paragraph = document.paragraph_formats[document.paragraphs[i].format];
+        content.paragraphs[i] = { paragraph.bullet, -paragraph.first_line_indent };
+        for (const rtf::Run* end = run + document.paragraphs[i].runs; run != end; ++run) {
+            const rtf::CharacterFormat& given = document.character_formats[run->format];
+            Format format{ given.bold, given.italic, given.underline, given.strike, Format().font,
+                given.half_points / 2.0, other_order(given.color), given.offset_twips };
+            if (given.font != rtf::no_font)
+                format.font = document.fonts[static_cast<std::size_t>(given.font)];
+            for (std::size_t end_of_run = at + run->length; at < end_of_run; ++at)
+                content.formats[at] = format;
+        }
+        ++at;
+    }
+    return content;
+}
+
+std::string FakePane::rich_text() const
+{
+    rtf::DocumentBuilder builder(m_content.text.size());
+    std::size_t paragraph = 0;
+    const auto end = [&] {
+        rtf::ParagraphFormat format;
+        format.bullet = m_content.paragraphs[paragraph].bullet;
+        format.first_line_indent = -m_content.paragraphs[paragraph].hanging;
+        ++paragraph;
+        return format;
+    };
+    for (std::size_t i = 0; i < m_content.text.size(); ++i) {
+        const Format& format = m_content.formats[i];
+        rtf::CharacterFormat given;
+        given.font = builder.font(format.font);
+        given.half_points = static_cast<std::int32_t>(format.size * 2);
+        given.color = other_order(format.color);
+        given.offset_twips = format.offset;
+        given.bold = format.bold;
+        given.italic = format.italic;
+        given.underline = format.underline;
+        given.strike = format.strike;
+        if (m_content.text[i] == u'\n')
+            builder.end_paragraph(end(), builder.format(given));
+        else
+            builder.add(m_content.text.substr(i, 1), builder.format(given), {});
+    }
+    return rtf::write_rich_text(
+        builder.finish(end(), builder.format({}), rtf::LastParagraph::open));
+}
+
+void FakePane::show(Content content)
+{
+    if (size() > 0 || !content.text.empty())
+        m_typing = content.formats.empty() ? Format() : content.formats.front();
+    m_content = std::move(content);
+    m_start = m_length = 0;
+    m_file_form = {};
+    report_change();
+    report_selection();
 }
 
 void FakePane::set_Text(std::u16string text)
 {
-    m_buffer = std::make_shared<std::u16string>(normalised(text));
-    m_text = TextSlice(m_buffer, 0, m_buffer->size());
-    if (Change)
-        Change();
-    select(0, 0);
+    show(plain(text, format_of_new_text()));
+}
+
+FakePane::Format FakePane::format_of_new_text() const
+{
+    return size() == 0 ? m_typing : Format();
+}
+
+void FakePane::replace_selection(const Content& content)
+{
+    const auto in = [](auto& list, std::size_t place) {
+        return list.begin() + static_cast<std::ptrdiff_t>(place);
+    };
+    const auto from = static_cast<std::size_t>(m_start);
+    const auto to = static_cast<std::size_t>(m_start + m_length);
+    const std::size_t first_paragraph = paragraph_at(m_start);
+    auto& paragraphs = m_content.paragraphs;
+    const Paragraph own = paragraphs[first_paragraph];
+    paragraphs.erase(
+        in(paragraphs, first_paragraph), in(paragraphs, paragraph_at(m_start + m_length)));
+    paragraphs.insert(in(paragraphs, first_paragraph), content.paragraphs.size() - 1, own);
+    m_content.text.replace(from, to - from, content.text);
+    auto& formats = m_content.formats;
+    formats.erase(in(formats, from), in(formats, to));
+    formats.insert(in(formats, from), content.formats.begin(), content.formats.end());
+    m_start += static_cast<std::int32_t>(content.text.size());
+    m_length = 0;
+    report_change();
+    report_selection();
+}
+
+void FakePane::set_SelText(std::u16string text)
+{
+    const Format format = first_format();
+    replace_selection(plain(text, format));
+    m_typing = format;
+}
+
+void FakePane::set_SelRTF(const std::u16string& source)
+{
+    const std::string bytes = to_utf8(source);
+    if (!rtf::is_rich_text(bytes))
+        return set_SelText(source);
+    replace_selection(content_of(bytes, false));
+}
+
+std::int32_t FakePane::Find(const std::u16string& text, std::int32_t start, int options)
+{
+    require(start >= 0, "a search before the text");
+    const auto found
+        = m_search.find(m_content.text, text, static_cast<std::size_t>(start), options);
+    if (!found)
+        return -1;
+    select(static_cast<std::int32_t>(*found), static_cast<std::int32_t>(text.size()));
+    return m_start;
 }
 
 void FakePane::set_SelStart(std::int32_t offset)
@@ -63,29 +193,72 @@ void FakePane::set_SelLength(std::int32_t length)
 
 void FakePane::select(std::int32_t start, std::int32_t length)
 {
-    if (start == m_start && length == m_length)
-        return;
     m_start = start;
     m_length = length;
+    if (size() > 0)
+        m_typing = m_content.formats[static_cast<std::size_t>(std::max(start - 1, 0))];
+    report_selection();
+}
+
+void FakePane::report_selection()
+{
+    const std::pair now(m_start, m_length);
+    if (m_step_depth > 0 || m_reported == now)
+        return;
+    m_reported = now;
     if (SelChange)
         SelChange();
 }
 
+void FakePane::report_change()
+{
+    if (*m_shared != m_content.text)
+        m_shared = std::make_shared<const std::u16string>(m_content.text);
+    m_changed_in_step = m_step_depth > 0;
+    if (m_step_depth == 0 && Change)
+        Change();
+}
+
+void FakePane::end_step()
+{
+    if (--m_step_depth > 0)
+        return;
+    if (m_changed_in_step)
+        report_change();
+    report_selection();
+}
+
 TextSlice FakePane::SelText() const
 {
-    return { m_buffer, static_cast<std::size_t>(m_start), static_cast<std::size_t>(m_length) };
+    return { m_shared, static_cast<std::size_t>(m_start), static_cast<std::size_t>(m_length) };
 }
 
 std::int32_t FakePane::GetLineFromChar(std::int32_t offset) const
 {
-    return static_cast<std::int32_t>(
-        std::count(m_buffer->begin(), m_buffer->begin() + std::min(offset, size()), u'\n'));
+    return static_cast<std::int32_t>(paragraph_at(std::min(offset, size())));
+}
+
+std::size_t FakePane::paragraph_at(std::int32_t offset) const
+{
+    const auto begin = m_content.text.begin();
+    return static_cast<std::size_t>(std::count(begin, begin + offset, u'\n'));
+}
+
+const FakePane::Format& FakePane::first_format() const
+{
+    return m_length > 0 ? m_content.formats[static_cast<std::size_t>(m_start)] : m_typing;
+}
+
+void FakePane::set_SelFontName(const std::string& name)
+{
+    require(!name.empty(), "no font has that name");
+    give(&Format::font, name);
 }
 
 void FakePane::set_SelFontSize(double points)
 {
     require(points > 0, "no font has that size");
-    selection_font_size = points;
+    give(&Format::size, points);
 }
 
 void FakePane::set_FontName(const std::string& name)
@@ -106,21 +279,25 @@ void FakePane::set_RightMargin(double twips)
     right_margin = twips;
 }
 
-void FakePane::user_types(const std::u16string& text)
+void FakePane::LoadFile(const std::string& path, TextKind kind)
 {
-    std::u16string buffer = *m_buffer;
-    buffer.replace(static_cast<std::size_t>(m_start), static_cast<std::size_t>(m_length), text);
-    m_buffer = std::make_shared<std::u16string>(std::move(buffer));
-    m_text = TextSlice(m_buffer, 0, m_buffer->size());
-    const auto caret = m_start + static_cast<std::int32_t>(text.size());
-    if (Change)
-        Change();
-    select(caret, 0);
+    require(m_files, "no files");
+    const std::string bytes = m_files->read(path);
+    if (kind == TextKind::rich)
+        return show(content_of(bytes, true));
+    const PlainText plain_text = decode_plain_text(bytes);
+    show(plain(plain_text.text, format_of_new_text()));
+    m_file_form = plain_text.form;
 }
 
-void FakePane::user_selects(std::int32_t start, std::int32_t length)
+void FakePane::SaveFile(const std::string& path, TextKind kind)
 {
-    select(start, length);
+    require(m_files, "no files");
+    if (kind == TextKind::rich)
+        return m_files->write(path, rich_text(), Durability::durable);
+    const EncodedText encoded = encode_plain_text(m_content.text, m_file_form);
+    m_files->write(path, encoded.bytes, Durability::durable);
+    m_file_form = encoded.form;
 }
 
 } // namespace tessavox

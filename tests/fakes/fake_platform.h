@@ -117,7 +117,14 @@ public:
 
 class FakePanes : public RichTextPanes {
 public:
-    std::unique_ptr<RichTextPane> create() override { return std::make_unique<FakePane>(); }
+    explicit FakePanes(FileStore& files)
+        : m_files(files)
+    {
+    }
+    std::unique_ptr<RichTextPane> create() override { return std::make_unique<FakePane>(&m_files); }
+
+private:
+    FileStore& m_files;
 };
 
 /// Windows without a screen: each has a client area, and one control of all has the focus.
@@ -152,7 +159,7 @@ struct FakePlatform {
     FakeScreen screen;
     FakeTray tray;
     FakeBlockingWork blocking_work;
-    FakePanes panes;
+    FakePanes panes{ files };
     RecordingSpeech speech;
     StringTable texts;
     Platform platform;

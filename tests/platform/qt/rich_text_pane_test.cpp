@@ -1,5 +1,6 @@
 #include "platform/qt/rich_text_pane.h"
 
+#include "platform/files/disk_file_store.h"
 #include "tests/contract/rich_text_pane_contract.h"
 
 #include <QApplication>
@@ -7,6 +8,7 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QScrollBar>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextEdit>
@@ -46,8 +48,16 @@ public:
         editor.setTextCursor(cursor);
     }
 
+    FileStore& files() { return m_files; }
+    std::string path(const std::string& name)
+    {
+        return m_folder.filePath(name.c_str()).toStdString();
+    }
+
 private:
-    QtRichTextPane m_pane;
+    QTemporaryDir m_folder;
+    DiskFileStore m_files;
+    QtRichTextPane m_pane{ nullptr, &m_files };
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Qt, RichTextPaneContract, QtPaneBed);
