@@ -1,10 +1,10 @@
 #include "platform/voice/event_queue.h"
 
+#include "platform/voice/engines/voice_catalog.h"
 #include "platform/voice/file_stream.h"
-#include "tests/platform/voice/core/voice_bed.h"
+#include "tests/platform/voice/core/listener.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace tessavox::voice::test {
 namespace {

@@ -7,7 +7,6 @@
 #include "platform/voice/sound/wave_file.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace tessavox::voice::test {
 namespace {
@@ -165,7 +164,7 @@ TEST_F(FileTest, AWaveFileIsPlayedAtItsOwnLevelWhateverTheVolume)
     voice.Speak(wave_of(wave), SVSFlagsAsync | SVSFIsFilename);
     EXPECT_EQ(voice.Skip("Sentence", 1), 0);
     voice.set_Rate(5);
-    ASSERT_TRUE(bed.run_to_end());
+    ASSERT_TRUE(bed.has_heard("EndStream"));
     EXPECT_EQ(bed.device->sound(), wave);
     EXPECT_EQ(listener.heard.back().position, 44100);
     EXPECT_NEAR(listener.count("AudioLevel"), 20, 1);
@@ -185,7 +184,7 @@ TEST_F(FileTest, WhatIsNoWaveFileFailsAndLeavesTheQueueAlone)
     voice.Speak(u"One", SVSFlagsAsync);
     const auto text = TextSlice(to_utf16(path("missing.wav")));
     EXPECT_THROW(voice.Speak(text, SVSFlagsAsync | SVSFPurgeBeforeSpeak | SVSFIsFilename), Failure);
-    ASSERT_TRUE(bed.run_to_end());
+    ASSERT_TRUE(bed.has_heard("EndStream"));
     EXPECT_EQ(listener.count("Word"), 1);
 }
 

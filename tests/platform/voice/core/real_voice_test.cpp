@@ -39,8 +39,7 @@ protected:
     {
         bed.listener.heard.clear();
         voice->Speak(text, markup);
-        EXPECT_TRUE(
-            bed.run_until([&] { return bed.listener.count("EndStream") == 1; }, milliseconds(100)));
+        EXPECT_TRUE(bed.has_heard("EndStream", 1, milliseconds(100)));
         const std::vector<std::int16_t> sound = bed.device->sound();
         return { sound.end() - bed.listener.heard.back().position / 2, sound.end() };
     }
@@ -157,7 +156,7 @@ TEST_F(RealVoice, ATextWithoutALineEndStartsAndStopsAtOnce)
     while (text.size() < 5'000'000)
         text += u"words and more words and still no end of it ";
     voice->Speak(TextSlice(std::move(text)), markup);
-    ASSERT_TRUE(bed.run_until([&] { return bed.listener.count("Word") >= 3; }, milliseconds(20)));
+    ASSERT_TRUE(bed.has_heard("Word", 3, milliseconds(20)));
     voice->Speak(u"", SVSFPurgeBeforeSpeak);
     EXPECT_TRUE(voice->WaitUntilDone(0));
     speak(u"Next.");

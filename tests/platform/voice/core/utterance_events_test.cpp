@@ -1,6 +1,5 @@
 #include "platform/voice/utterance_events.h"
 
-#include "platform/voice/engines/voice_catalog.h"
 #include "platform/voice/text/utterance_parts.h"
 #include "tests/platform/voice/text/reading.h"
 
@@ -98,47 +97,6 @@ TEST(UtteranceEvents, ALevelHoldsFromItsWordOnWithoutAClick)
     rendering = rendering_of({ 0, 3, 3 });
     apply_levels(utterance, rendering);
     EXPECT_EQ(rendering.samples[3], 10'000) << "words closer than a ramp";
-}
-
-/// The words' times in seconds, and the whole length after them.
-std::vector<double> heard_times(Engine& engine, const std::string& voice, const char16_t* text)
-{
-    const std::atomic<bool> not_cancelled{ false };
-    std::vector<double> times;
-    double passed = 0;
-    for (const SpeechItem& item : read_all(text)) {
-        const auto& utterance = std::get<Utterance>(item);
-        const Rendering rendering = engine.render({ voice, 0, &utterance }, not_cancelled);
-        const double rate = rendering.sample_rate;
-        for (const WordMark& word : rendering.words)
-            times.push_back(passed + static_cast<double>(word.frame) / rate);
-        passed += static_cast<double>(rendering.samples.size()) / rate;
-    }
-    times.push_back(passed);
-    return times;
-}
-
-TEST(Markup, ThatMakesNoSoundCostsNothingThatIsHeard)
-{
-    const auto check = [&](Engine& engine, const std::string& voice) {
-        const std::vector<double> expected
-            = heard_times(engine, voice, u"She put the old record on, and went to bed early.");
-        for (const char16_t* text : {
-                 u"She put the old<bookmark mark='x'/> record on<bookmark mark='y'/>, and went to "
-                 u"bed early.",
-                 u"She put the <volume level='99'>old</volume> <partofsp part='noun'>record"
-                 u"</partofsp> on, and went to bed early.",
-                 u"She put <context id='address'>the old record</context> on, and went to bed "
-                 u"early.",
-             }) {
-            const std::vector<double> times = heard_times(engine, voice, text);
-            ASSERT_EQ(times.size(), expected.size()) << to_utf8(text);
-            for (std::size_t at = 0; at < times.size(); ++at)
-                EXPECT_NEAR(times[at], expected[at], 0.01 * expected.back()) << to_utf8(text);
-        }
-    };
-    check(*make_espeak_engine(), "espeak:gmw/en-US");
-    check(*make_flite_engine(), "flite:kal16");
 }
 
 } // namespace

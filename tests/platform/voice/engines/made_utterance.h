@@ -3,6 +3,7 @@
 
 #include "platform/voice/utterance.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace tessavox::voice::tests {
@@ -26,6 +27,23 @@ inline Utterance utterance_of(std::u16string_view text, SpeechStyle style = {})
         utterance.tokens.push_back({ begin, at - begin, begin, at - begin });
     }
     return utterance;
+}
+
+/// The same for a text of which "|" parts words too, but is left out: "東京|へ".
+inline Utterance parted(std::u16string_view text)
+{
+    Utterance whole;
+    whole.ends_sentence = true;
+    while (!text.empty()) {
+        const std::u16string_view piece = text.substr(0, text.find(u'|'));
+        for (Token token : utterance_of(piece).tokens) {
+            token.begin += static_cast<std::uint32_t>(whole.text.size());
+            whole.tokens.push_back(token);
+        }
+        whole.text += piece;
+        text.remove_prefix(std::min(piece.size() + 1, text.size()));
+    }
+    return whole;
 }
 
 } // namespace tessavox::voice::tests

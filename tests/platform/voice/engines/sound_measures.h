@@ -18,7 +18,7 @@ inline double fundamental(
     const auto shortest = static_cast<std::size_t>(sample_rate / highest);
     const auto longest = static_cast<std::size_t>(sample_rate / lowest);
     std::vector<double> found;
-    for (std::size_t at = 0; at + window + longest < samples.size(); at += 2 * window) {
+    for (std::size_t at = 0; at + window + longest < samples.size(); at += 4 * window) {
         const auto energy = [&](std::size_t shift) {
             double sum = 1;
             for (std::size_t n = 0; n < window; ++n)

@@ -46,42 +46,36 @@ std::vector<std::uint64_t> frames_of(const std::vector<WordMark>& marks)
 
 } // namespace
 
-TEST(SpokenText, KeepsWhatTheLibraryCouldTakeForACommandFromIt)
+TEST(SpokenText, IsWhatTheLibraryReadsAsItIsMeant)
 {
-    struct Case {
-        std::u16string text;
-        const char* pieces;
-    };
-    const Case cases[] = {
-        { u"plain [[text]] <b>", "[plain [[text]] <b>]" },
-        { std::u16string(u"a\u0001b\0c\x7F"
-                         u"d",
-              7),
-            "[a b c d]" },
-        { u"a\xD800"
-          u"b\xDC00",
-            "[a b ]" },
-        { u"\uE001x\uFDD0", "[ x ]" },
-        { u"a \uE001 b", "[a   b] -1" },
-        { u"\t \n", "" },
-        // Tamil digits are read as digits; a letter that Tamil doesn't have isn't.
-        { u"\u0BE7\u0BE8 \u0B80", "[12  ] -1" },
-        // Words that change their script are two words, but not those with an apostrophe.
-        { u"aλ п'ять don't", "[a λ п'ять don't]" },
-        { u"λ'λ 漢字かな 3λ", "[λ ' λ 漢字かな 3λ]" },
-    };
-    for (const Case& each : cases)
-        EXPECT_EQ(described(text_of(utterance_of(each.text), true)), each.pieces);
-}
-
-TEST(SpokenText, NamesTheSignsThatTheLibraryPassesOver)
-{
-    struct Case {
+    struct Row {
         std::u16string text;
         const char* english;
         const char* german;
     };
-    const Case cases[] = {
+    const Row rows[] = {
+        // What it could take for a command, and what it can't bear.
+        { u"plain [[text]] <b>", "[plain [[text]] <b>]", "[plain [[text]] <b>]" },
+        { std::u16string(u"a\u0001b\0c\x7F"
+                         u"d",
+              7),
+            "[a b c d]", "[a b c d]" },
+        { u"a\xD800"
+          u"b\xDC00",
+            "[a b ]", "[a b ]" },
+        { u"\uE001x\uFDD0 \uE001 b", "[ x    b] -1", "[ x    b] -1" },
+        { u"\t \n", "", "" },
+        // Tamil digits are read as digits; a letter that Tamil doesn't have isn't.
+        { u"\u0BE7\u0BE8 \u0B80", "[12  ] -1", "[12  ] -1" },
+        // Words that change their script are two words, but not those with an apostrophe.
+        { u"aλ п'ять don't", "[a λ п'ять don't]", "[a λ п'ять don't]" },
+        { u"λ'λ 漢字かな 3λ", "[λ ' λ 漢字かな 3λ]", "[λ ' λ 漢字かな 3λ]" },
+        // It would take these for one word.
+        { u"東京|へ", "[東京 へ]", "[東京 へ]" },
+        { u"วัน|นี้", "[วัน นี้]", "[วัน นี้]" },
+        { u"x|=|1", "[x equals 1]", "[x 1] -1" },
+        { u"a|b", "[ab]", "[ab]" },
+        // Signs that it passes over are named.
         { u"a # b", "[a # b]", "[a # b]" }, // has its name in the library
         { u"a < b", "[a  less than  b]", "[a ]<1>[ b]" },
         { u"a <<< b", "[a  less than  b]", "[a ]<1>[ b]" },
@@ -90,9 +84,9 @@ TEST(SpokenText, NamesTheSignsThatTheLibraryPassesOver)
         { u"☐️ ☐☐", "[ ballot box   ballot box ]", " -0 -1" },
         { u"½ x", "[ vulgar fraction one half  x]", "[  x] -0" },
     };
-    for (const Case& each : cases) {
-        EXPECT_EQ(described(text_of(utterance_of(each.text), true)), each.english);
-        EXPECT_EQ(described(text_of(utterance_of(each.text), false)), each.german);
+    for (const Row& row : rows) {
+        EXPECT_EQ(described(text_of(parted(row.text), true)), row.english);
+        EXPECT_EQ(described(text_of(parted(row.text), false)), row.german);
     }
 }
 
@@ -104,23 +98,6 @@ TEST(SpokenText, AsksTheLibraryOnlyAboutWhatItCanBear)
         return false;
     });
     EXPECT_EQ(safe_utf8(u"\u09F2λ'λ"), " λ ' λ");
-}
-
-TEST(SpokenText, PartsTokensThatTheLibraryWouldTakeForOneWord)
-{
-    const auto parted = [](std::u16string text, std::initializer_list<std::uint32_t> begins) {
-        Utterance utterance;
-        utterance.text = std::move(text);
-        const auto size = static_cast<std::uint32_t>(utterance.text.size());
-        for (const auto* begin = begins.begin(); begin != begins.end(); ++begin)
-            utterance.tokens.push_back(
-                { *begin, (begin + 1 == begins.end() ? size : begin[1]) - *begin, 0, 0 });
-        return described(text_of(utterance, false));
-    };
-    EXPECT_EQ(parted(u"東京へ", { 0, 2 }), "[東京 へ]");
-    EXPECT_EQ(parted(u"วันนี้", { 0, 3 }), "[วัน นี้]");
-    EXPECT_EQ(parted(u"x=1", { 0, 1, 2 }), "[x 1] -1");
-    EXPECT_EQ(parted(u"ab", { 0, 1 }), "[ab]");
 }
 
 TEST(SpokenText, SpellsAndNamesMarks)

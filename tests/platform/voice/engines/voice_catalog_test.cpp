@@ -110,12 +110,20 @@ TEST(VoiceCatalog, SpeaksWithTheEngineOfTheVoice)
     EXPECT_EQ(catalog.find("four"), -1);
 }
 
-TEST(VoiceCatalog, HoldsEveryInstalledVoiceOnce)
+TEST(VoiceCatalog, HoldsEveryInstalledVoiceOnceAndReadsWell)
 {
     const auto catalog = make_installed_catalog();
+    const auto again = make_installed_catalog();
+    std::set<std::string> ids;
     std::set<std::string> descriptions;
-    for (const SpeechObjectToken& token : catalog->tokens())
-        EXPECT_TRUE(descriptions.insert(token.description).second) << token.description;
+    for (const SpeechObjectToken& voice : catalog->tokens()) {
+        EXPECT_EQ(again->find(voice.id), catalog->find(voice.id));
+        EXPECT_TRUE(ids.insert(voice.id).second) << voice.id;
+        EXPECT_TRUE(descriptions.insert(voice.description).second) << voice.description;
+        EXPECT_EQ(voice.description.find_first_of("_/-"), std::string::npos) << voice.description;
+        EXPECT_FALSE(voice.description[0] >= 'a' && voice.description[0] <= 'z');
+        EXPECT_TRUE(voice.gender == "Male" || voice.gender == "Female");
+    }
     EXPECT_GT(descriptions.size(), 100U);
     const int american = catalog->find("espeak:gmw/en-US");
     ASSERT_GE(american, 0);

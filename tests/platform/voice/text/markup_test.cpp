@@ -32,7 +32,9 @@ constexpr Row rows[] = {
     { u"<lang langid='0407'>a</lang>b<lang langid='hx'/>c<lang langid='407'/>d",
         "[voice=2]a|b c|[voice=2]d" },
     { u"<sapi>a <partofsp part='noun'>record</partofsp> b</sapi>c", "a record b c" },
+    // What makes no sound parts no utterance, so that it costs nothing that is heard.
     { u"On <context id='date_mdy'>1/2/03</context> x", "On date_mdy(1/2/03) x" },
+    { u"Old<bookmark mark='x'/> <volume level='9'>re</volume>cord", "Old {x}%9 re %100 cord" },
     { u"a <bookmark mark='x &amp; y'/>b<bookmark/> c.", "a {x & y}b c." },
     { u"a <bookmark mark='x'/><bookmark mark='y'/><emph>b", "a|[emph]{x}{y}b" },
     { u"<silence msec='70000'/>a<silence msec='-1'/>b", "(65535)|a|(0)|b" },

@@ -1,0 +1,139 @@
+// The interface thread's message loop, and a listener that keeps what it hears.
+#pragma once
+
+#include "platform/speech_voice.h"
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace tessavox::voice::test {
+
+/// The test's own thread runs it.
+class MessageLoop {
+public:
+    void post(std::function<void()> call)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_calls.push_back(std::move(call));
+        m_called.notify_one();
+    }
+    /// Runs what is posted; waits up to `wait` if there is nothing.
+    void run_posted(std::chrono::microseconds wait = std::chrono::microseconds(0))
+    {
+        std::deque<std::function<void()>> calls;
+        {
+            std::unique_lock lock(m_mutex);
+            m_called.wait_for(lock, wait, [this] { return !m_calls.empty(); });
+            calls.swap(m_calls);
+        }
+        for (const auto& call : calls)
+            call();
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_called;
+    std::deque<std::function<void()>> m_calls;
+};
+
+/// What the listener heard, one row an event.
+struct Heard {
+    std::string kind; // "Word", "EndStream" ...
+    std::int32_t stream = 0;
+    std::int64_t position = 0; // bytes
+    std::int32_t first = 0; // CharacterPosition, duration, level
+    std::int32_t second = 0; // Length, BookmarkId, next one's number
+    std::string name = {}; // bookmark or voice
+};
+
+class Listener : public SpeechVoiceEvents {
+public:
+    std::vector<Heard> heard;
+    std::function<void(const Heard&)> on_event;
+
+    int count(const std::string& kind) const
+    {
+        return static_cast<int>(std::ranges::count(heard, kind, &Heard::kind));
+    }
+    /// The rows of these kinds, "Word" or "Word Sentence"; no kind: all but phonemes, visemes.
+    std::vector<Heard> of(const std::string& kinds) const
+    {
+        std::vector<Heard> rows;
+        for (const Heard& row : heard)
+            if (kinds.empty() ? row.kind != "Phoneme" && row.kind != "Viseme"
+                              : (' ' + kinds + ' ').find(' ' + row.kind + ' ') != kinds.npos)
+                rows.push_back(row);
+        return rows;
+    }
+    /// "Word 0+3" and so on, for comparing.
+    std::vector<std::string> told(const std::string& kinds) const
+    {
+        std::vector<std::string> texts;
+        for (const Heard& row : of(kinds)) {
+            const bool has_extent = row.kind == "Word" || row.kind == "Sentence";
+            texts.push_back(row.kind + (has_extent || !row.name.empty() ? " " : "") + row.name
+                + (has_extent ? std::to_string(row.first) + '+' + std::to_string(row.second) : ""));
+        }
+        return texts;
+    }
+
+    void Voice_StartStream(std::int32_t stream, std::int64_t position) override
+    {
+        add({ "StartStream", stream, position });
+    }
+    void Voice_EndStream(std::int32_t stream, std::int64_t position) override
+    {
+        add({ "EndStream", stream, position });
+    }
+    void Voice_VoiceChange(
+        std::int32_t stream, std::int64_t position, const SpeechObjectToken& token) override
+    {
+        add({ "VoiceChange", stream, position, 0, 0, token.description });
+    }
+    void Voice_Bookmark(std::int32_t stream, std::int64_t position, const std::string& bookmark,
+        std::int32_t id) override
+    {
+        add({ "Bookmark", stream, position, 0, id, bookmark });
+    }
+    void Voice_Word(std::int32_t stream, std::int64_t position, std::int32_t character,
+        std::int32_t length) override
+    {
+        add({ "Word", stream, position, character, length });
+    }
+    void Voice_Sentence(std::int32_t stream, std::int64_t position, std::int32_t character,
+        std::int32_t length) override
+    {
+        add({ "Sentence", stream, position, character, length });
+    }
+    void Voice_Phoneme(std::int32_t stream, std::int64_t position, std::int32_t duration,
+        std::int16_t next, std::int32_t, std::int16_t) override
+    {
+        add({ "Phoneme", stream, position, duration, next });
+    }
+    void Voice_Viseme(std::int32_t stream, std::int64_t position, std::int32_t duration,
+        std::int32_t type, std::int32_t, std::int32_t) override
+    {
+        add({ "Viseme", stream, position, duration, type });
+    }
+    void Voice_AudioLevel(std::int32_t stream, std::int64_t position, std::int32_t level) override
+    {
+        add({ "AudioLevel", stream, position, level });
+    }
+    void Voice_AudioOutput(bool reachable) override { add({ "AudioOutput", 0, 0, reachable }); }
+
+private:
+    void add(Heard row)
+    {
+        heard.push_back(row);
+        if (on_event)
+            on_event(row);
+    }
+};
+
+} // namespace tessavox::voice::test
