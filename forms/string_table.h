@@ -1,19 +1,12 @@
 // The table of all texts that users see, a set of rows for each language.
 #pragma once
 
+#include "forms/language_strings.h"
 #include "platform/texts.h"
 
 #include <span>
 
 namespace tessavox {
-
-struct StringRow {
-    int id;
-    const char* text;
-};
-
-/// The English set, the one of last resort. By rising number.
-std::span<const StringRow> neutral_strings();
 
 /// The texts of one language. Numbers come in blocks of 16: where the language has a block, only
 /// that block counts, holes included; where it has none, the neutral one does.

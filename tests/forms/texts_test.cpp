@@ -5,9 +5,12 @@
 #include "platform/controls/label.h"
 #include "platform/controls/menu_item.h"
 #include "platform/failure.h"
-#include "tests/fakes/fake_platform.h"
+#include "platform/number_text.h"
+#include "tests/fakes/running_program.h"
 
 #include <gtest/gtest.h>
+
+#include <set>
 
 namespace tessavox {
 namespace {
@@ -95,6 +98,69 @@ TEST(StringTables, HoldTheNeutralTextsOfTheDesign)
         EXPECT_STREQ(rows[i].text, by_design[i].text);
     }
     EXPECT_EQ(rows[std::size(by_design)].id, 2300); // from here on they are ours
+}
+
+/// The ids of a set without those of other blocks and holes.
+std::set<int> ids_of(std::span<const StringRow> rows)
+{
+    std::set<int> ids;
+    for (const StringRow& row : rows)
+        ids.insert(row.id);
+    EXPECT_EQ(ids.size(), rows.size());
+    EXPECT_TRUE(std::is_sorted(rows.begin(), rows.end(),
+        [](const StringRow& left, const StringRow& right) { return left.id < right.id; }));
+    return ids;
+}
+
+TEST(Languages, HaveAllTextsButTheGermanHoles)
+{
+    std::set<int> expected = ids_of(neutral_strings());
+    expected.insert(2087); // of the translated sets only
+    EXPECT_EQ(ids_of(strings_1066()), expected);
+    std::erase_if(expected, [](int id) {
+        const int block = id / 16 * 16;
+        return block == 1792 || block == 2048 || block == 2128 || (id >= 2064 && id <= 2067);
+    });
+    EXPECT_EQ(ids_of(german_strings()), expected);
+    const StringTable german(strings_of_language(1031));
+    EXPECT_EQ(german.LoadResString(1206), "&Suchen oder Ersetzen");
+    EXPECT_EQ(german.LoadResString(2060), "&Find"); // no such block
+    EXPECT_THROW(german.LoadResString(2064), Failure); // a hole
+    EXPECT_EQ(StringTable(strings_of_language(1066)).LoadResString(2060), "查找");
+}
+
+TEST(Languages, AreChosenByTheUsersLanguageWhateverTheCountry)
+{
+    for (const int german : { 1031, 3079 })
+        EXPECT_EQ(strings_of_language(german).data(), german_strings().data());
+    EXPECT_EQ(strings_of_language(1066).data(), strings_1066().data());
+    for (const int other : { 0, 1033, 2052, 1028, 1041 }) // Chinese ones too
+        EXPECT_TRUE(strings_of_language(other).empty()) << other;
+}
+
+/// No two entries of a menu, nor two menus of the bar, answer to the same letter.
+TEST(Languages, GiveEachMenuItsLetters)
+{
+    RunningProgram program;
+    for (const int language : { 0, 1031, 1066 }) {
+        const StringTable texts(strings_of_language(language));
+        std::map<std::pair<const Control*, char>, std::string> letters;
+        for (const Control* control : program.main.controls()) {
+            const int id = leading_number(control->Caption.get());
+            const bool pops_up = control->container() == &program.main.mnuPopUp
+                || control->container() == &program.main.Popmenu;
+            if (control->TypeName() != "Menu" || id == 0 || pops_up)
+                continue;
+            const std::string text = texts.LoadResString(id);
+            const auto at = text.find('&');
+            if (at == std::string::npos)
+                continue;
+            const char letter = static_cast<char>(std::tolower(text[at + 1]));
+            const auto [other, is_first]
+                = letters.emplace(std::pair(control->container(), letter), text);
+            EXPECT_TRUE(is_first || language == 0) << text << " and " << other->second;
+        }
+    }
 }
 
 struct Window : Form {
