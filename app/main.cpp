@@ -9,13 +9,17 @@
 #include "platform/qt/end_signals.h"
 #include "platform/qt/file_dialogs.h"
 #include "platform/qt/form_windows.h"
+#include "platform/qt/hot_keys.h"
 #include "platform/qt/message_boxes.h"
 #include "platform/qt/message_gate.h"
 #include "platform/qt/outside_changes.h"
 #include "platform/qt/rich_text_pane.h"
 #include "platform/qt/screen.h"
+#include "platform/qt/shell.h"
+#include "platform/qt/skin.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/tray.h"
+#include "platform/qt/user_language.h"
 #include "platform/voice/rendering/helper_engines.h"
 #include "platform/voice/speech_service.h"
 
@@ -71,7 +75,7 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
         TESSAVOX_BUILD_FOLDER, TESSAVOX_SOURCE_SHARE);
     QApplication::setWindowIcon(QIcon(to_qt(app_folder + "/tessavox.png")));
 
-    const StringTable texts;
+    const StringTable texts(strings_of_language(user_language_id()));
     MessageGate gate;
     const Forms::Post post = [&gate](std::function<void()> call) { gate.post(std::move(call)); };
     QtFormWindows windows(gate);
@@ -80,12 +84,16 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
     QtMessageBoxes message_boxes;
     QtFileDialogs dialogs(files, texts);
     QtScreen screen;
-    QtTray tray;
+    QtTray tray(windows);
+    const std::unique_ptr<HotKeys> hot_keys = make_hot_keys(post);
+    QtShell shell(app_folder);
+    QtSkin skin(files);
     QtBlockingWork blocking_work(gate);
     QtRichTextPanes panes(clipboard, files);
     const std::unique_ptr<SpeechService> speech = make_speech(post, texts, std::move(engines));
-    Platform platform{ windows, post, quit, files, clipboard, changes, message_boxes, dialogs,
-        screen, tray, blocking_work, panes, *speech, texts,
+    Platform platform{ windows, post, quit, [] { QCoreApplication::processEvents(); }, files,
+        clipboard, changes, message_boxes, dialogs, screen, tray, *hot_keys, shell, skin,
+        blocking_work, panes, *speech, texts,
         prepare_config_folder(find_config_home(), app_folder + "/conf"), app_folder, command_line };
 
     Tessavox tessavox(platform);

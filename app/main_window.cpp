@@ -1,6 +1,8 @@
 #include "app/main_window.h"
 
+#include "app/do_functions.h"
 #include "forms/localise_form.h"
+#include "forms/skin.h"
 #include "persist/settings_files.h"
 #include "platform/failure.h"
 #include "speech/control_commands.h"
@@ -17,8 +19,17 @@ constexpr double start_width_twips = 25600; // wider than most screens: the plat
 frmMain::frmMain(Process& process)
     : MainControls(process.forms)
     , m_process(process)
-    , m_dock(std::make_shared<DockControls>(process.forms))
+    , m_dock(std::make_shared<frmDockDemo>(process.forms, process.platform, *this,
+          [this]() -> DocumentSpeech& { return ActiveForm().speech; }))
     , m_text_file(process.platform.files, process.platform.message_boxes, process.platform.texts)
+    , m_tray_icon(*this, process.platform)
+    , m_keys(process.platform.hot_keys,
+          [this](std::uint8_t command) {
+              DoFunctions(
+                  { *this, m_process.platform, [this]() -> frmDocument& { return ActiveForm(); } },
+                  command);
+          })
+    , m_help(process.forms, process.platform, *this)
     , file_commands(process, *this, *m_dock)
     , m_handshake(process, *this, m_text_file)
 {
@@ -36,10 +47,18 @@ void frmMain::Form_Load()
     file_commands.LoadDocumentFile(m_process.AppFolder + "/first.txt");
     m_process.find_ConfigFolder();
     attempt([&] { file_commands.startDocumentIndex = file_commands.ActiveDocumentIndex(); });
+    apply_skin(*this, m_process.platform.skin, m_process.AppFolder);
     sbStatusBar.Visible = true;
     sbStatusBar.Enabled = true;
     Popmenu.Visible = false;
+    m_tray_icon.InstallTrayIcon();
     m_handshake.start();
+    m_keys.register_all();
+}
+
+void frmMain::Hotkey()
+{
+    attempt([&] { ActiveForm().speech.reading.ReadClipbdBtn_Click(); });
 }
 
 void frmMain::Form_Resize()
@@ -54,7 +73,10 @@ void frmMain::Form_Unload(bool&)
 {
     m_text_file.WriteToFile(
         opened_text(false), m_process.ConfigFolder + opened_file, Durability::fleeting);
-    m_dock->Unload();
+    m_tray_icon.RemoveTrayIcon();
+    m_keys.unregister_all();
+    m_help.unload();
+    m_dock->UnloadWithMain();
 }
 
 } // namespace tessavox

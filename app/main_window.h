@@ -2,10 +2,13 @@
 #pragma once
 
 #include "app/handshake.h"
+#include "app/help_commands.h"
+#include "desktop/dock_bar.h"
+#include "desktop/global_keys.h"
+#include "desktop/tray_icon.h"
 #include "documents/document_window.h"
 #include "documents/file_commands.h"
 #include "documents/process.h"
-#include "forms/dock_controls.h"
 #include "forms/main_controls.h"
 #include "persist/text_file.h"
 
@@ -20,6 +23,8 @@ public:
 
     /// The active document. @throws Failure if there is none.
     frmDocument& ActiveForm() const { return tessavox::ActiveForm(m_process.forms); }
+    /// Reads the clipboard by the active document. For other components; nothing here calls it.
+    void Hotkey();
 
 protected:
     void Form_Load() override;
@@ -28,8 +33,11 @@ protected:
 
 private:
     Process& m_process;
-    std::shared_ptr<DockControls> m_dock;
+    std::shared_ptr<frmDockDemo> m_dock;
     PCCFile m_text_file;
+    TrayIcon m_tray_icon;
+    GlobalKeys m_keys;
+    HelpCommands m_help;
 
 public:
     FileCommands file_commands;

@@ -2,9 +2,11 @@
 
 #include "documents/file_commands.h"
 #include "documents/menu_enablement.h"
+#include "forms/dock_controls.h"
 #include "forms/layout.h"
 #include "forms/localise_form.h"
 #include "forms/main_controls.h"
+#include "forms/skin.h"
 #include "platform/controls/pick.h"
 #include "platform/number_text.h"
 
@@ -31,8 +33,10 @@ frmDocument::frmDocument(
     , speech({ *this, dock, main }, process.platform, settingsFile, process.ConfigFolder)
     , m_process(process)
     , m_main(main)
+    , m_dock(dock)
     , m_files(files)
 {
+    Command4.Click = [this] { Command4_Click(); };
     TabStrip1.Click = [this] { TabStrip1_Click(); };
     rtfText->Change = [this] { rtfText_Change(); };
     rtfText->SelChange = [this] { rtfText_SelChange(); };
@@ -65,6 +69,7 @@ void frmDocument::Form_Load()
     attempt_each([&] { rtfText->set_HideSelection(false); }, [&] { rtfText->set_SelStart(0); });
     speech.session.UpdateSpeechControls(false, false);
     attempt([&] { cpvSlider1.Value = to_integer16(settingsFile.FileText(speed_line)); });
+    apply_skin(*this, m_process.platform.skin, m_process.AppFolder);
     speech.place.view_status = 1;
     for (const auto control : hidden_at_load)
         control(*this).Visible = false;
@@ -234,6 +239,11 @@ void frmDocument::rtfText_SelChange()
 {
     UpdateLineNumberPanel();
     setmenu(m_process, m_main);
+}
+
+void frmDocument::Command4_Click()
+{
+    attempt_each([&] { m_dock.Show(); }, [&] { m_main.Hide(); });
 }
 
 void frmDocument::TabStrip1_Click()

@@ -48,11 +48,13 @@ private:
     void leave_tables();
     void rtfText_Change();
     void rtfText_SelChange();
+    void Command4_Click();
     void TabStrip1_Click();
     void UpdateLineNumberPanel();
 
     Process& m_process;
     MainControls& m_main;
+    DockControls& m_dock;
     FileCommands& m_files;
     UrlHistory m_sUrlHistory;
     std::string m_sLastUrl; // the web address as the settings had it at the load

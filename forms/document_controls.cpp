@@ -62,7 +62,6 @@ constexpr DesignRow<D> design_rows[] = {
 };
 
 constexpr Pick<DocumentControls> hidden_by_design[] = {
-    pick<&D::Command4>, // until the dock bar that it brings up can take over
     pick<&D::ReadClipboardBtn>,
     pick<&D::CoolBar1>,
     pick<&D::Picbox2>,

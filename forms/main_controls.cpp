@@ -1,6 +1,6 @@
 #include "forms/main_controls.h"
 
-#include <iterator>
+#include <span>
 
 namespace tessavox {
 
@@ -27,36 +27,62 @@ constexpr MenuRow menus[] = {
     { &M::mnuInsert, 1501, with_document | while_idle },
     { &M::mnuWebsite, 1800, with_document | while_idle },
     { &M::mnuWindow, 1601, with_document | while_idle },
+    { &M::mnuHelp, 1701, always },
 };
 
-/// An item that does what another one does.
+/// An item that does what another one does. Without a number it is a separator, without a command
+/// it has one of its own.
 struct SharedRow {
     MenuItem M::*item;
-    MenuItem M::*menu;
-    int text_id;
-    MenuItem M::*command;
+    int text_id = 0;
+    MenuItem M::*command = nullptr;
+    unsigned when = always;
 };
 
-constexpr SharedRow shared_rows[] = {
-    { &M::mnuPopSpeak, &M::mnuPopUp, 1102, &M::mnuCtlSpeak },
-    { &M::mnuPopPause, &M::mnuPopUp, 1104, &M::mnuCtlPause },
-    { &M::mnuPopStop, &M::mnuPopUp, 1103, &M::mnuCtlStop },
-    { &M::mnuTrayReadClipboard, &M::Popmenu, 1132, &M::mnuCtlclipboard },
-    { &M::mnuTrayStop, &M::Popmenu, 1130, &M::mnuCtlStop },
-    { &M::mnuTrayPause, &M::Popmenu, 1131, &M::mnuCtlPause },
-    { &M::mnuTrayClipboardtoWav, &M::Popmenu, 1135, &M::mnuCtlSaveClipboardTexttoWav },
-    { &M::mnuTrayPlayFile, &M::Popmenu, 1134, &M::mnuCtlPlay },
+constexpr SharedRow pop_up_rows[] = {
+    { &M::mnuPopCut, 1202, &M::mnuEditCut, with_selection },
+    { &M::mnuPopCopy, 1203, &M::mnuEditCopy, with_selection },
+    { &M::mnuPopPaste, 1204, &M::mnuEditPaste, with_clipboard_text },
+    { &M::mnuPopSep1 },
+    { &M::mnuPopFont, 1402, &M::mnuFormatFont },
+    { &M::mnuPopSep2 },
+    { &M::mnuPopSpeak, 1102, &M::mnuCtlSpeak },
+    { &M::mnuPopPause, 1104, &M::mnuCtlPause },
+    { &M::mnuPopStop, 1103, &M::mnuCtlStop },
+};
+
+constexpr SharedRow tray_rows[] = {
+    { &M::mnuTrayShowSoftware, 1901 },
+    { &M::mnuTraymenu9 },
+    { &M::mnuTrayReadClipboard, 1132, &M::mnuCtlclipboard },
+    { &M::mnuTrayStop, 1130, &M::mnuCtlStop },
+    { &M::mnuTrayPause, 1131, &M::mnuCtlPause },
+    { &M::mnuTraySp1 },
+    { &M::mnuTrayClipboardtoWav, 1135, &M::mnuCtlSaveClipboardTexttoWav },
+    { &M::mnuTrayPlayFile, 1134, &M::mnuCtlPlay },
+    { &M::mnuTraySp2 },
+    { &M::mnuTrayHelp, 1710, &M::mnuHelphelp },
+    { &M::mnuTrayAbout, 1707, &M::mnuHelpAbout },
+    { &M::mnuTraysp3 },
+    { &M::mnuTrayExit, 1023, &M::mnuFileExit },
 };
 
 struct ToolRow {
-    BarMemberDesign button;
-    MenuItem M::*command;
-    unsigned when;
+    BarMemberDesign button = {}; // without a key: a separator
+    MenuItem M::*command = nullptr;
+    unsigned when = always;
 };
 
 const ToolRow tool_rows[] = {
-    { { "New", {}, "1018" }, &M::mnuFileNew, always },
+    { { "New", {}, "1018" }, &M::mnuFileNew },
+    { { "Open", {}, "1019" }, &M::mnuFileOpen },
     { { "Save", {}, "1020" }, &M::mnuFileSave, with_document },
+    {},
+    { { "Print", {}, "1022" }, &M::mnuFilePrint, with_document },
+    {},
+    { { "Cut", {}, "1207" }, &M::mnuEditCut, with_document | with_selection },
+    { { "Copy", {}, "1208" }, &M::mnuEditCopy, with_document | with_selection },
+    { { "Paste", {}, "1209" }, &M::mnuEditPaste, with_document | with_clipboard_text },
 };
 
 std::vector<BarMemberDesign> tool_buttons()
@@ -74,6 +100,18 @@ std::vector<StatusBar::Panel> status_panels()
         { "", 1499, Kind::time } };
 }
 
+void add_shared_menu(MainControls& main, MenuItem& menu, std::span<const SharedRow> rows)
+{
+    for (const SharedRow& row : rows) {
+        MenuItem& item = main.*row.item;
+        item.Caption = row.text_id ? std::to_string(row.text_id) : "-";
+        item.set_container(&menu);
+        if (row.command)
+            item.Click = [&command = main.*row.command] { command.run(); };
+        main.add_rule(item.Enabled, row.when);
+    }
+}
+
 } // namespace
 
 MainControls::MainControls(Forms& forms)
@@ -89,7 +127,11 @@ MainControls::MainControls(Forms& forms)
     add_rule(tbToolBar.Enabled, while_idle);
     add_rule(Toolbar2.Enabled, while_idle);
     add_menus();
-    add_shared_menus();
+    mnuPopUp.Caption = "PopUp";
+    mnuPopUp.Visible = false;
+    add_shared_menu(*this, mnuPopUp, pop_up_rows);
+    Popmenu.Caption = "Traymenu";
+    add_shared_menu(*this, Popmenu, tray_rows);
     add_tool_buttons();
 }
 
@@ -98,20 +140,6 @@ void MainControls::add_menus()
     for (const MenuRow& row : menus) {
         (this->*row.menu).Caption = std::to_string(row.text_id);
         add_rule((this->*row.menu).Enabled, row.when);
-    }
-}
-
-void MainControls::add_shared_menus()
-{
-    mnuPopUp.Caption = "PopUp";
-    mnuPopUp.Visible = false;
-    Popmenu.Caption = "Traymenu";
-    for (const SharedRow& row : shared_rows) {
-        MenuItem& item = this->*row.item;
-        MenuItem& command = this->*row.command;
-        item.Caption = std::to_string(row.text_id);
-        item.set_container(&(this->*row.menu));
-        item.Click = [&command] { command.run(); };
     }
 }
 

@@ -27,13 +27,16 @@ struct MainControls : Form {
     // In the order in which they stand in the menus.
     MenuItem mnuFile{ *this, "mnuFile" };
     MenuItem mnuFileNew{ *this, "mnuFileNew" };
+    MenuItem mnuFileOpen{ *this, "mnuFileOpen" };
     MenuItem mnuFileBar0{ *this, "mnuFileBar0" };
     MenuItem mnuFileSave{ *this, "mnuFileSave" };
     MenuItem mnuFileSaveAs{ *this, "mnuFileSaveAs" };
+    MenuItem mnuFileBar1{ *this, "mnuFileBar1" };
     MenuItem mnuFilePrint{ *this, "mnuFilePrint" };
     MenuItem mnuFileBar3{ *this, "mnuFileBar3" };
     MenuItem mnuFileClose{ *this, "mnuFileClose" };
     MenuItem mnuFileExit{ *this, "mnuFileExit" };
+    MenuItem mnuFileExit2{ *this, "mnuFileExit2" };
 
     MenuItem mnuCtl{ *this, "mnuCtl" };
     MenuItem mnuCtlSpeak{ *this, "mnuCtlSpeak" };
@@ -45,24 +48,79 @@ struct MainControls : Form {
     MenuItem mnuCtlsep1{ *this, "mnuCtlsep1" };
     MenuItem mnuCtlSpeaktofile{ *this, "mnuCtlSpeaktofile" };
     MenuItem mnuCtlPlay{ *this, "mnuCtlPlay" };
+    MenuItem mnuCtlFile2{ *this, "mnuCtlFile2" };
 
     MenuItem mnuEdit{ *this, "mnuEdit" };
+    MenuItem mnuEditCut{ *this, "mnuEditCut" };
+    MenuItem mnuEditCopy{ *this, "mnuEditCopy" };
+    MenuItem mnuEditPaste{ *this, "mnuEditPaste" };
+    MenuItem mnuEditSelectAll{ *this, "mnuEditSelectAll" };
+    MenuItem mnuEditBar2{ *this, "mnuEditBar2" };
+    MenuItem mnuEditFind{ *this, "mnuEditFind" };
+
     MenuItem mnuFormat{ *this, "mnuFormat" };
+    MenuItem mnuFormatFont{ *this, "mnuFormatFont" };
+    MenuItem mnuFormatSep1{ *this, "mnuFormatSep1" };
+    MenuItem mnuFormatBullets{ *this, "mnuFormatBullets" };
+    MenuItem mnuFormatChangeCase{ *this, "mnuFormatChangeCase" };
+    MenuItem mnuFormatCSLower{ *this, "mnuFormatCSLower" };
+    MenuItem mnuFormatCSUpper{ *this, "mnuFormatCSUpper" };
+    MenuItem mnuFormatCSSC{ *this, "mnuFormatCSSC" };
+    MenuItem mnuFormatScript{ *this, "mnuFormatScript" };
+    MenuItem mnuFormatSubScript{ *this, "mnuFormatSubScript" };
+    MenuItem mnuFormatSuperScript{ *this, "mnuFormatSuperScript" };
+    MenuItem mnuFormatNoScript{ *this, "mnuFormatNoScript" };
+
     MenuItem mnuInsert{ *this, "mnuInsert" };
+    MenuItem mnuInsertMaleReader{ *this, "mnuInsertMaleReader" };
+    MenuItem mnuInsertSpeed{ *this, "mnuInsertSpeed" };
+    MenuItem mnuInsertSpell{ *this, "mnuInsertSpell" };
+    MenuItem menuInsertSep{ *this, "menuInsertSep" };
+    MenuItem menuInsertSlience{ *this, "menuInsertSlience" };
+
     MenuItem mnuWebsite{ *this, "mnuWebsite" };
+
     MenuItem mnuWindow{ *this, "mnuWindow" };
+    MenuItem mnuWindowNewWindow{ *this, "mnuWindowNewWindow" };
+    MenuItem mnuWindowBar0{ *this, "mnuWindowBar0" };
+    MenuItem mnuWindowCascade{ *this, "mnuWindowCascade" };
+    MenuItem mnuWindowTileHorizontal{ *this, "mnuWindowTileHorizontal" };
+    MenuItem mnuWindowTileVertical{ *this, "mnuWindowTileVertical" };
+    MenuItem mnuWindowArrangeIcons{ *this, "mnuWindowArrangeIcons" };
+
+    MenuItem mnuHelp{ *this, "mnuHelp" };
+    MenuItem mnuHelphelp{ *this, "mnuHelphelp" };
+    MenuItem mnuHelpsep1{ *this, "mnuHelpsep1" };
+    MenuItem mnuHelpEmail{ *this, "mnuHelpEmail" };
+    MenuItem mnuHelpWebsite{ *this, "mnuHelpWebsite" };
+    MenuItem mnuHelpsep2{ *this, "mnuHelpsep2" };
+    MenuItem mnuHelpAbout{ *this, "mnuHelpAbout" };
 
     MenuItem mnuPopUp{ *this, "mnuPopUp" };
+    MenuItem mnuPopCut{ *this, "mnuPopCut" };
+    MenuItem mnuPopCopy{ *this, "mnuPopCopy" };
+    MenuItem mnuPopPaste{ *this, "mnuPopPaste" };
+    MenuItem mnuPopSep1{ *this, "mnuPopSep1" };
+    MenuItem mnuPopFont{ *this, "mnuPopFont" };
+    MenuItem mnuPopSep2{ *this, "mnuPopSep2" };
     MenuItem mnuPopSpeak{ *this, "mnuPopSpeak" };
     MenuItem mnuPopPause{ *this, "mnuPopPause" };
     MenuItem mnuPopStop{ *this, "mnuPopStop" };
 
     MenuItem Popmenu{ *this, "Popmenu" };
+    MenuItem mnuTrayShowSoftware{ *this, "mnuTrayShowSoftware" };
+    MenuItem mnuTraymenu9{ *this, "mnuTraymenu9" };
     MenuItem mnuTrayReadClipboard{ *this, "mnuTrayReadClipboard" };
     MenuItem mnuTrayStop{ *this, "mnuTrayStop" };
     MenuItem mnuTrayPause{ *this, "mnuTrayPause" };
+    MenuItem mnuTraySp1{ *this, "mnuTraySp1" };
     MenuItem mnuTrayClipboardtoWav{ *this, "mnuTrayClipboardtoWav" };
     MenuItem mnuTrayPlayFile{ *this, "mnuTrayPlayFile" };
+    MenuItem mnuTraySp2{ *this, "mnuTraySp2" };
+    MenuItem mnuTrayHelp{ *this, "mnuTrayHelp" };
+    MenuItem mnuTrayAbout{ *this, "mnuTrayAbout" };
+    MenuItem mnuTraysp3{ *this, "mnuTraysp3" };
+    MenuItem mnuTrayExit{ *this, "mnuTrayExit" };
 
     ToolBar tbToolBar;
     ToolBar Toolbar2{ *this, "Toolbar2", {} };
@@ -83,7 +141,6 @@ private:
         unsigned when;
     };
     void add_menus();
-    void add_shared_menus();
     void add_tool_buttons();
 
     std::vector<Rule> m_rules;

@@ -1,12 +1,25 @@
 // The window that the platform gives a form.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 
 namespace tessavox {
 
 class Control;
 class Form;
+class MenuItem;
+
+/// Pixels.
+struct PixelBox {
+    std::int32_t left = 0;
+    std::int32_t top = 0;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    friend bool operator==(const PixelBox&, const PixelBox&) = default;
+};
+
+enum class Stacking { topmost = -1, not_topmost = -2 };
 
 /// Lives from the load of its form to its unload. It draws the form and its controls, watches them
 /// for changes (Form::set_view, Control::set_view) and reports what the user does to them.
@@ -17,6 +30,10 @@ public:
     virtual void focus(Control& control) = 0;
     /// Makes it the front window, or the active child.
     virtual void bring_forward() = 0;
+    /// Moves, sizes and stacks the window at once.
+    virtual void SetWindowPos(Stacking stacking, const PixelBox& box) = 0;
+    /// Shows a menu of the form at the pointer. @throws Failure if it has no such menu.
+    virtual void PopupMenu(const MenuItem& menu) = 0;
 };
 
 class FormWindows {

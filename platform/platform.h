@@ -6,10 +6,13 @@
 #include "platform/controls/form.h"
 #include "platform/file_dialogs.h"
 #include "platform/file_store.h"
+#include "platform/hot_keys.h"
 #include "platform/message_boxes.h"
 #include "platform/outside_changes.h"
 #include "platform/rich_text_pane.h"
 #include "platform/screen.h"
+#include "platform/shell.h"
+#include "platform/skin.h"
 #include "platform/speech_voice.h"
 #include "platform/texts.h"
 #include "platform/tray.h"
@@ -23,6 +26,7 @@ struct Platform {
     FormWindows& windows;
     Forms::Post post; // runs a call on the interface thread after the present handler
     Handler quit; // ends the message loop
+    Handler DoEvents; // lets waiting messages run
     FileStore& files;
     Clipboard& clipboard;
     OutsideChanges& changes;
@@ -30,6 +34,9 @@ struct Platform {
     FileDialogs& dialogs;
     Screen& screen;
     Tray& tray;
+    HotKeys& hot_keys;
+    Shell& shell;
+    Skin& skin;
     BlockingWork& blocking_work;
     RichTextPanes& panes;
     SpeechService& speech;

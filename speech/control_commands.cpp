@@ -31,6 +31,7 @@ constexpr CommandRow<Speech> commands[] = {
     { &M::mnuCtlSpeaktofile, 1106, "",
         [](Speech& speech) { speech.wave_file.SpeaktofileBtn_Click(); } },
     { &M::mnuCtlPlay, 1107, "Ctrl+F11", [](Speech& speech) { speech.wave_file.Play_Click(); } },
+    { &M::mnuCtlFile2 },
 };
 
 } // namespace

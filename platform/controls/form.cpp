@@ -21,6 +21,8 @@ Form::Form(Forms& forms, std::string name, FormKind kind, double width, double h
               announce();
               Form_Resize();
           })
+    , Left(0, [this] { announce(); })
+    , Top(0, [this] { announce(); })
     , Width(width, [this] { announce(); })
     , Height(height, [this] { announce(); })
     , m_forms(forms)
@@ -50,6 +52,8 @@ void Form::Load()
 {
     if (m_window)
         return;
+    Left = 0; // until something else is asked for, the platform chooses the place
+    Top = 0;
     m_window = m_forms.m_windows.open(*this);
     m_forms.loaded(*this);
     Form_Load();
@@ -94,6 +98,16 @@ void Form::client_resized(double width, double height)
     m_scale_width = width;
     m_scale_height = height;
     Form_Resize();
+}
+
+void Form::placed(double left, double top, double width, double height)
+{
+    ControlView* const view = std::exchange(m_view, nullptr); // it knows
+    Left = left;
+    Top = top;
+    Width = width;
+    Height = height;
+    m_view = view;
 }
 
 void Form::user_activated()

@@ -16,6 +16,7 @@ class Forms;
 
 enum class FormKind {
     dialog, // a window of fixed size by itself
+    tool_window, // the same, which can be minimised
     mdi_parent, // holds the documents
     mdi_child, // lies in the mdi_parent
 };
@@ -39,7 +40,9 @@ public:
     Property<std::string> Tag;
     Property<bool> Visible;
     Property<WindowState> window_state;
-    /// Outer size in twips; the platform may fit it to the screen.
+    /// Outer place and size in twips; the platform may fit them to the screen.
+    Property<double> Left;
+    Property<double> Top;
     Property<double> Width;
     Property<double> Height;
     /// The client area in twips, as it is now. Of the parent of documents: the area they lie in.
@@ -67,6 +70,12 @@ public:
     /// The user made this child the active one, or the window system did. Doesn't count while the
     /// parent is being unloaded.
     void user_activated();
+    /// The window stands there now, whoever moved it. Twips, its frame included.
+    void placed(double left, double top, double width, double height);
+    /// The left button is 1, the right one 2. Twips, relative to the client area.
+    void user_pressed_mouse(int button, float x, float y) { Form_MouseDown(button, x, y); }
+    /// `buttons` are those held, added up.
+    void user_moved_mouse(int buttons, float x, float y) { Form_MouseMove(buttons, x, y); }
     /// The user, or the window manager, changed the window's state.
     void user_changed_state(WindowState state);
     /// The user wants it closed. The FormWindow may be destroyed inside. Returns whether it is
@@ -80,6 +89,9 @@ protected:
     virtual void Form_Load() { }
     virtual void Form_Activate() { }
     virtual void Form_Resize() { }
+    /// On no control of the form, which take the mouse for themselves.
+    virtual void Form_MouseDown(int, float, float) { }
+    virtual void Form_MouseMove(int, float, float) { }
     /// Setting `Cancel` keeps the window.
     virtual void Form_Unload(bool& Cancel) { static_cast<void>(Cancel); }
 

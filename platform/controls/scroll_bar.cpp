@@ -12,22 +12,28 @@ ScrollBar::ScrollBar(Form& form, std::string name, ScrollBarRange range)
           [this](int wanted) {
               if (wanted < m_range.Min || wanted > m_range.Max)
                   throw Failure(this->name() + " can't take the value " + std::to_string(wanted));
-              Value.store(wanted);
+              keep(wanted);
           })
     , m_range(range)
 {
 }
 
+void ScrollBar::keep(int value)
+{
+    if (Value.store(std::clamp(value, m_range.Min, m_range.Max)) && Change)
+        Change();
+}
+
 void ScrollBar::user_drag(int value)
 {
-    Value.store(std::clamp(value, m_range.Min, m_range.Max));
+    keep(value);
     if (Scroll)
         Scroll();
 }
 
 void ScrollBar::user_step(int value)
 {
-    Value.store(std::clamp(value, m_range.Min, m_range.Max));
+    keep(value);
 }
 
 } // namespace tessavox

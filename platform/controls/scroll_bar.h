@@ -17,8 +17,10 @@ public:
     ScrollBar(Form& form, std::string name, ScrollBarRange range);
 
     const ScrollBarRange& range() const { return m_range; }
-    /// @throws Failure out of range; nothing is clamped. No handler runs.
+    /// @throws Failure out of range; nothing is clamped.
     Property<int> Value;
+    /// Runs at each change of the value, whoever makes it.
+    Handler Change;
     /// Runs while the thumb is dragged and at no other time: neither a value set by code nor a
     /// click on an arrow or in the shaft gets here.
     Handler Scroll;
@@ -29,6 +31,7 @@ public:
     void user_step(int value);
 
 private:
+    void keep(int value);
     ScrollBarRange m_range;
 };
 

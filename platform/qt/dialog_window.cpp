@@ -5,14 +5,19 @@
 
 #include <QCloseEvent>
 #include <QDialog>
+#include <QGuiApplication>
+#include <QMouseEvent>
 
 namespace tessavox {
 
 class DialogWindow::Dialog : public QDialog {
 public:
-    Dialog()
+    explicit Dialog(FormKind kind)
         : canvas(make_child<ClientArea>(this))
     {
+        if (kind == FormKind::tool_window)
+            setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint
+                | Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
     }
 
     void reject() override { close(); } // the Escape key
@@ -25,10 +30,25 @@ protected:
     {
         event->setAccepted(!owner || owner->user_closes());
     }
+
+    void moveEvent(QMoveEvent* event) override
+    {
+        QDialog::moveEvent(event);
+        // What the window system reports during a drag is behind what was asked for.
+        if (owner && isVisible() && QGuiApplication::mouseButtons() == Qt::NoButton)
+            owner->report_place(frameGeometry());
+    }
+
+    void changeEvent(QEvent* event) override
+    {
+        QDialog::changeEvent(event);
+        if (owner && event->type() == QEvent::WindowStateChange)
+            owner->user_changes_state();
+    }
 };
 
 DialogWindow::DialogWindow(Form& form, MessageGate& gate)
-    : DialogWindow(form, gate, std::make_unique<Dialog>())
+    : DialogWindow(form, gate, std::make_unique<Dialog>(form.kind()))
 {
 }
 
@@ -39,7 +59,8 @@ DialogWindow::DialogWindow(Form& form, MessageGate& gate, std::unique_ptr<Dialog
     m_dialog.owner = this;
     m_dialog.canvas.sized = [this] { report_client_size(m_dialog.canvas.size()); };
     m_dialog.canvas.restyled = [this] { redraw(); };
-    resize_to({ to_pixels(form.Width), to_pixels(form.Height) });
+    m_dialog.canvas.mouse = [this](const QMouseEvent& event) { report_mouse(event); };
+    resize_to({ to_pixels(form.ScaleWidth()), to_pixels(form.ScaleHeight()) });
 }
 
 DialogWindow::~DialogWindow() = default;
@@ -49,6 +70,7 @@ void DialogWindow::detach()
     m_dialog.owner = nullptr;
     m_dialog.canvas.sized = nullptr;
     m_dialog.canvas.restyled = nullptr;
+    m_dialog.canvas.mouse = nullptr;
     QtFormWindow::detach();
 }
 
@@ -67,6 +89,24 @@ void DialogWindow::resize_to(const QSize& pixels)
 void DialogWindow::show_first()
 {
     m_dialog.show();
+    report_place(m_dialog.frameGeometry());
+}
+
+// Relative to where the window was put last: the window system is behind with its moves, and its
+// own positions would count some of them twice.
+void DialogWindow::report_mouse(const QMouseEvent& event)
+{
+    if (!form())
+        return;
+    const QPointF place = event.globalPosition()
+        - QPointF(form()->Left / twips_per_pixel, form()->Top / twips_per_pixel);
+    const auto x = static_cast<float>(place.x() * twips_per_pixel);
+    const auto y = static_cast<float>(place.y() * twips_per_pixel);
+    // The toolkit numbers the buttons alike: 1 left, 2 right.
+    if (event.type() == QEvent::MouseButtonPress)
+        form()->user_pressed_mouse(static_cast<int>(event.button()), x, y);
+    else
+        form()->user_moved_mouse(static_cast<int>(event.buttons()), x, y);
 }
 
 } // namespace tessavox

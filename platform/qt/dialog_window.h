@@ -18,6 +18,7 @@ private:
     DialogWindow(Form& form, MessageGate& gate, std::unique_ptr<Dialog> dialog);
     void show_first() override;
     void resize_to(const QSize& pixels) override;
+    void report_mouse(const QMouseEvent& event);
 
     Dialog& m_dialog;
 };

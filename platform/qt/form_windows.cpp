@@ -8,7 +8,10 @@
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/twips.h"
 
-#include <QEvent>
+#include <QCursor>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QScreen>
 
 namespace tessavox {
 namespace {
@@ -45,6 +48,8 @@ QtFormWindow::QtFormWindow(Form& form, MessageGate& gate, QWidget& top, QWidget&
     : m_form(&form)
     , m_top(&top)
     , m_canvas(canvas)
+    , m_left(form.Left)
+    , m_top_edge(form.Top)
     , m_width(form.Width)
     , m_height(form.Height)
 {
@@ -96,6 +101,8 @@ void QtFormWindow::control_changed()
         m_height = m_form->Height;
         resize_to({ to_pixels(m_width), to_pixels(m_height) });
     }
+    if (m_left != m_form->Left || m_top_edge != m_form->Top)
+        move_to_place();
     const bool first = m_form->Visible && !m_views;
     if (first)
         make_and_show();
@@ -121,6 +128,63 @@ void QtFormWindow::redraw()
 {
     if (m_views)
         m_views->redraw_all();
+}
+
+// Where only the height is asked for, the window stands in the middle.
+void QtFormWindow::move_to_place()
+{
+    const bool any_left = m_left == m_form->Left && !m_views;
+    m_left = m_form->Left;
+    m_top_edge = m_form->Top;
+    const int middle = m_top->screen()->availableGeometry().center().x() - m_top->width() / 2;
+    m_top->move(any_left ? middle : to_pixels(m_left), to_pixels(m_top_edge));
+}
+
+void QtFormWindow::report_place(const QRect& frame)
+{
+    if (!m_form)
+        return;
+    m_left = to_twips(frame.left());
+    m_top_edge = to_twips(frame.top());
+    m_width = to_twips(frame.width());
+    m_height = to_twips(frame.height());
+    m_form->placed(m_left, m_top_edge, m_width, m_height);
+}
+
+// The windows that are moved so are of fixed size, so that only their place changes.
+void QtFormWindow::SetWindowPos(Stacking stacking, const PixelBox& box)
+{
+    const bool on_top = stacking == Stacking::topmost;
+    if (m_top->windowFlags().testFlag(Qt::WindowStaysOnTopHint) != on_top) {
+        const bool is_visible = m_top->isVisible();
+        m_top->setWindowFlag(Qt::WindowStaysOnTopHint, on_top);
+        m_top->setVisible(is_visible); // the toolkit hides a window whose flags change
+    }
+    if (!m_views)
+        return;
+    m_top->move(box.left, box.top);
+    report_place({ QPoint(box.left, box.top), m_top->frameSize() });
+}
+
+void QtFormWindow::PopupMenu(const MenuItem& item)
+{
+    QMenu* const menu = menu_of(item);
+    if (!menu)
+        throw Failure(item.name() + " is no menu of this window");
+    menu->popup(QCursor::pos());
+}
+
+QMenu* QtFormWindow::menu_of(const MenuItem&) const
+{
+    return nullptr;
+}
+
+// A document has the look of the window that it lies in.
+void QtFormWindow::set_style_sheet(const QString& sheet)
+{
+    const QWidget* const around = m_top->parentWidget();
+    if (m_top->styleSheet() != sheet && !(around && around->window()->styleSheet() == sheet))
+        m_top->setStyleSheet(sheet);
 }
 
 void QtFormWindow::report_client_size(const QSize& pixels)
@@ -163,6 +227,7 @@ std::unique_ptr<FormWindow> QtFormWindows::open(Form& form)
             throw Failure(form.name() + " has no window to lie in");
         return std::make_unique<ChildWindow>(form, m_gate, m_main->documents());
     case FormKind::dialog:
+    case FormKind::tool_window:
         return std::make_unique<DialogWindow>(form, m_gate);
     }
     throw Failure(form.name() + " is of no known kind");
@@ -175,6 +240,11 @@ void QtFormWindows::close(std::unique_ptr<FormWindow> window)
     if (auto* ours = dynamic_cast<QtFormWindow*>(window.get()))
         ours->detach();
     std::make_unique<ClosedWindow>(std::move(window), &m_closed).release(); // deletes itself
+}
+
+QMenu* QtFormWindows::menu_of(const MenuItem& item) const
+{
+    return m_main ? m_main->menu_of(item) : nullptr;
 }
 
 void ClientArea::changeEvent(QEvent* event)
@@ -198,6 +268,18 @@ void ClientArea::resizeEvent(QResizeEvent* event)
     QWidget::resizeEvent(event);
     if (isVisible() && sized)
         sized();
+}
+
+void ClientArea::mousePressEvent(QMouseEvent* event)
+{
+    if (mouse)
+        mouse(*event);
+}
+
+void ClientArea::mouseMoveEvent(QMouseEvent* event)
+{
+    if (mouse)
+        mouse(*event);
 }
 
 } // namespace tessavox

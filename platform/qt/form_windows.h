@@ -14,6 +14,8 @@
 #include <memory>
 #include <optional>
 
+class QMenu;
+
 namespace tessavox {
 
 class MainWindow;
@@ -30,6 +32,11 @@ public:
 
     void focus(Control& control) override;
     void control_changed() override;
+    void SetWindowPos(Stacking stacking, const PixelBox& box) override;
+    void PopupMenu(const MenuItem& menu) override;
+    void set_style_sheet(const QString& sheet);
+    /// The menu of an item of the form, or null.
+    virtual QMenu* menu_of(const MenuItem& item) const;
     /// Forgets the form and everything of it, and hides; the widgets go later.
     virtual void detach();
 
@@ -46,6 +53,8 @@ protected:
     void redraw();
     /// Tells the form how large its client area is, unless it knows.
     void report_client_size(const QSize& pixels);
+    /// Tells the form where its window is; pixels, the frame included.
+    void report_place(const QRect& frame);
     /// The user closes it. Returns whether the form has gone.
     bool user_closes();
     void user_changes_state();
@@ -54,6 +63,7 @@ private:
     void make_and_show();
     virtual void show_first() = 0;
     virtual void resize_to(const QSize& pixels) = 0;
+    void move_to_place();
 
     Form* m_form;
     QPointer<QWidget> m_top;
@@ -62,6 +72,8 @@ private:
     std::vector<std::unique_ptr<TimerView>> m_timers;
     std::string m_caption; // as shown
     WindowState m_state = WindowState::normal;
+    double m_left;
+    double m_top_edge;
     double m_width;
     double m_height;
     QSize m_reported;
@@ -77,6 +89,8 @@ public:
     }
     std::unique_ptr<FormWindow> open(Form& form) override;
     void close(std::unique_ptr<FormWindow> window) override;
+    /// The menu of an item of the main window, or null.
+    QMenu* menu_of(const MenuItem& item) const;
 
 private:
     MessageGate& m_gate;
@@ -90,11 +104,15 @@ public:
     using QWidget::QWidget;
     std::function<void()> sized;
     std::function<void()> restyled;
+    /// A mouse button was pressed; or the pointer moved while buttons are held.
+    std::function<void(const QMouseEvent&)> mouse;
 
 protected:
     void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
 };
 
 } // namespace tessavox

@@ -111,6 +111,11 @@ void MainWindow::detach()
     QtFormWindow::detach();
 }
 
+QMenu* MainWindow::menu_of(const MenuItem& item) const
+{
+    return m_menus->menu_of(item.name());
+}
+
 void MainWindow::bring_forward()
 {
     m_frame.raise();

@@ -15,6 +15,7 @@ public:
 
     void bring_forward() override;
     void detach() override;
+    QMenu* menu_of(const MenuItem& item) const override;
 
     /// What lies in it.
     DocumentArea& documents() const { return m_documents; }

@@ -14,6 +14,11 @@ class QtScreen : public Screen {
 public:
     ~QtScreen() override;
     void set_MousePointer(MousePointer pointer) override;
+    double Width() const override;
+    double Height() const override;
+    double TwipsPerPixelX() const override;
+    double TwipsPerPixelY() const override;
+    PixelEdges work_area() const override;
 
 private:
     QPointer<QObject> m_hourglass;

@@ -70,7 +70,7 @@ TEST_F(MainWindow, CarriesOutTheFileCommands)
         const char* then; // after two times: open windows, file dialogs, caption in front
     };
     const Case cases[] = { { "mnuFileNew tbToolBar.1", "4 0 Document 3" },
-        { "mnuFileSave tbToolBar.2", "3 1 /a.txt" }, { "mnuFileSaveAs", "3 2 /a.txt" },
+        { "mnuFileSave tbToolBar.3", "3 1 /a.txt" }, { "mnuFileSaveAs", "3 2 /a.txt" },
         { "mnuFileClose", "2 0 /app/first.txt" }, { "mnuFileExit", "0 0 " } };
     for (const Case& row : cases) {
         std::istringstream controls(row.controls);
@@ -80,7 +80,7 @@ TEST_F(MainWindow, CarriesOutTheFileCommands)
             other.open_another();
             other.dialogs.answers = { "/a.txt", "/a.txt" };
             press(other, name);
-            if (name.starts_with("mnuFileSave") || name == "tbToolBar.2")
+            if (name.starts_with("mnuFileSave") || name == "tbToolBar.3")
                 press(other, name);
             std::ostringstream then;
             then << other.windows.open_forms.size() << ' ' << other.dialogs.requests.size() << ' ';
@@ -119,7 +119,7 @@ TEST_F(MainWindow, HidesWhenMinimisedOnlyIfTheTrayLeadsBack)
     EXPECT_FALSE(main.Popmenu.Visible);
     for (const bool icon : { false, true }) {
         main.user_changed_state(WindowState::normal);
-        tray.icon = icon;
+        tray.exists = icon;
         main.user_changed_state(WindowState::minimised);
         EXPECT_EQ(main.Visible, !icon);
     }

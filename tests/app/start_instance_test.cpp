@@ -8,7 +8,7 @@ struct StartedProcess : UserFiles {
     void start(const std::string& command_line, bool another_runs)
     {
         platform.command_line = command_line;
-        tray.icon = true;
+        tray.exists = true;
         file("opened.txt") = file_of_lines({ another_runs ? "1" : "0" });
         program.Main();
     }
@@ -78,11 +78,16 @@ TEST_F(Start, CountsAFlagFileThatSaysNothingAsNoCopy)
 
 TEST_F(Start, WithoutATrayIconAHiddenStartStaysInReach)
 {
+    tray.exists = false;
     platform.command_line = "300";
     file("opened.txt") = file_of_lines({ "0" });
     program.Main();
     EXPECT_TRUE(main().Visible);
     EXPECT_TRUE(main().window_state == WindowState::minimised);
+    tray.appears(true); // late
+    EXPECT_FALSE(main().Visible);
+    tray.appears(false);
+    EXPECT_TRUE(main().Visible);
 }
 
 TEST_F(Start, OpensTheStartDocumentUnchangedAlsoWhereNobodySeesIt)

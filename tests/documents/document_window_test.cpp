@@ -26,7 +26,7 @@ TEST_F(Documents, OpenWithTheSettingsOfTheFilesAndWriteThemBack)
         with(shown,
             "Command1:Visible Command2:Visible SkipBtn:Visible SkipTxtBox:Visible UpDown1:Visible "
             "SkinLabel2:Visible AudioOutputCB:Visible Frame1:Visible ResumeBtn:Visible "
-            "Command4:Visible CoolBar1:Visible",
+            "CoolBar1:Visible",
             "off"));
 
     document().Unload();

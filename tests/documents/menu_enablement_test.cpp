@@ -6,18 +6,17 @@ namespace tessavox::tests {
 namespace {
 
 const std::string menus = "mnuInsert mnuWebsite mnuFormat mnuWindow mnuEdit";
-const std::string with_document_only = "mnuCtl mnuFileSave mnuFileSaveAs mnuFileClose mnuFilePrint";
+const std::string with_document_only = "mnuCtl mnuFileSave mnuFileSaveAs mnuFileClose mnuFilePrint "
+                                       "tbToolBar.3 tbToolBar.5";
+const std::string on_selection = "tbToolBar.7 tbToolBar.8";
+const std::string on_clipboard = "tbToolBar.9";
 
 struct Menus : StartedProgramTest {
     /// What setmenu makes of the main window where all was `before`.
     States after_setmenu(bool before)
     {
         enable_all(main, before);
-        main.tbToolBar.button(1).Enabled = before;
-        main.tbToolBar.button(2).Enabled = before;
         setmenu(process, main);
-        EXPECT_EQ(main.tbToolBar.button(1).Enabled, before);
-        EXPECT_EQ(main.tbToolBar.button(2).Enabled, process.tables.openDocumentCount > 0); // Save
         return states_of(main);
     }
     States all(bool before)
@@ -27,49 +26,43 @@ struct Menus : StartedProgramTest {
     }
 };
 
-TEST_F(Menus, FollowTheDocumentsAndTheReading)
+TEST_F(Menus, FollowTheDocumentsTheReadingTheSelectionAndTheClipboard)
 {
-    for (const bool before : { false, true }) {
-        for (const bool speaking : { false, true }) {
-            document().speech.session.UpdateSpeechControls(speaking, false);
-            const States expected = with(with(all(before), with_document_only, "on"),
-                menus + " mnuFile tbToolBar Toolbar2", word(!speaking));
-            EXPECT_EQ(after_setmenu(before), expected);
-        }
+    for (int bits = 0; bits < 16; ++bits) {
+        const bool before = bits & 1, speaking = bits & 2, selected = bits & 4, copied = bits & 8;
+        document().speech.session.UpdateSpeechControls(speaking, false);
+        pane().user_selects(0, selected ? 2 : 0);
+        clipboard.text = copied ? u"a" : u"";
+        States expected = with(all(before), with_document_only, "on");
+        expected = with(expected, menus + " mnuFile tbToolBar Toolbar2", word(!speaking));
+        expected = with(expected, on_selection + " mnuPopCopy mnuPopCut", word(selected));
+        expected = with(expected, on_clipboard + " mnuPopPaste", word(copied));
+        EXPECT_EQ(after_setmenu(before), expected) << bits;
     }
+    const std::string needs_document
+        = menus + " " + with_document_only + " " + on_selection + " " + on_clipboard;
     document().Unload();
     for (const bool before : { false, true }) // a File menu and tool bars that are off stay so
-        EXPECT_EQ(
-            after_setmenu(before), with(all(before), menus + " " + with_document_only, "off"));
-    // A count without an active document: the reading isn't known, so its menus stay.
+        EXPECT_EQ(after_setmenu(before), with(all(before), needs_document, "off"));
+    // A count without an active document: neither the reading nor the selection is known.
     process.tables.openDocumentCount = 1;
     for (const bool before : { false, true })
-        EXPECT_EQ(after_setmenu(before), with(all(before), menus + " " + with_document_only, "on"));
+        EXPECT_EQ(after_setmenu(before),
+            with(with(all(before), needs_document, "on"), "mnuPopPaste", "on"));
 }
 
-TEST_F(Menus, FollowTheSelectionAndTheClipboard)
+TEST_F(Menus, AreAskedAtASelectionAndAnActivationAndNotAtACopy)
 {
-    Property<bool> copy(false, nullptr), paste(false, nullptr);
-    main.add_rule(copy, with_selection);
-    main.add_rule(paste, with_clipboard_text);
-    for (const bool selected : { true, false }) {
-        for (const bool copied : { true, false }) {
-            clipboard.text = copied ? u"a" : u"";
-            pane().user_selects(0, 0);
-            pane().user_selects(1, selected ? 2 : 0); // runs setmenu
-            EXPECT_EQ(copy, selected);
-            EXPECT_EQ(paste, copied);
-        }
-    }
-    // Another window's copy doesn't count before the next change of a selection; an activation
-    // does.
     clipboard.text = u"a";
-    EXPECT_FALSE(paste);
+    EXPECT_FALSE(main.mnuPopPaste.Enabled);
+    pane().user_selects(1, 2);
+    EXPECT_TRUE(main.mnuPopPaste.Enabled);
     frmDocument& first = document();
     open_another();
-    paste = false;
+    clipboard.text.clear();
+    EXPECT_TRUE(main.mnuPopPaste.Enabled);
     first.user_activated();
-    EXPECT_TRUE(paste);
+    EXPECT_FALSE(main.mnuPopPaste.Enabled);
 }
 
 } // namespace

@@ -27,6 +27,13 @@ public:
         m_windows.focused = &control;
     }
     void bring_forward() override { m_windows.in_front = &m_form; }
+    void SetWindowPos(Stacking stacking, const PixelBox& box) override
+    {
+        m_windows.stacking = stacking;
+        m_windows.placed = box;
+        m_form.placed(15.0 * box.left, 15.0 * box.top, 15.0 * box.width, 15.0 * box.height);
+    }
+    void PopupMenu(const MenuItem& menu) override { m_windows.popped_up = menu.name(); }
     void control_changed() override
     {
         const auto forms = m_windows.open_forms;
@@ -147,8 +154,9 @@ bool FakeBlockingWork::wait(const std::string& text, const std::function<bool()>
 
 FakePlatform::FakePlatform()
     : platform{ windows, [this](std::function<void()> call) { posted.push_back(std::move(call)); },
-        [this] { has_quit = true; }, files, clipboard, changes, boxes, dialogs, screen, tray,
-        blocking_work, panes, speech, texts, "/home/conf", "/app", {} }
+        [this] { has_quit = true; }, [this] { during_events(); }, files, clipboard, changes, boxes,
+        dialogs, screen, tray, hot_keys, shell, skin, blocking_work, panes, speech, texts,
+        "/home/conf", "/app", {} }
 {
 }
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include "forms/string_table.h"
+#include "platform/controls/menu_item.h"
+#include "platform/failure.h"
 #include "platform/platform.h"
 #include "tests/fakes/fake_pane.h"
 #include "tests/fakes/recording_voice.h"
@@ -92,16 +94,75 @@ private:
     std::optional<std::string> answer(const FileDialogRequest& request);
 };
 
-class FakeScreen : public Screen {
-public:
+struct FakeScreen : Screen {
     void set_MousePointer(MousePointer wanted) override { pointer = wanted; }
+    double Width() const override { return 19200; }
+    double Height() const override { return 15360; }
+    double TwipsPerPixelX() const override { return 15; }
+    double TwipsPerPixelY() const override { return 15; }
+    PixelEdges work_area() const override { return free_area; }
+
     MousePointer pointer = MousePointer::normal;
+    PixelEdges free_area{ 0, 0, 1280, 984 };
 };
 
-class FakeTray : public Tray {
-public:
-    bool has_icon() const override { return icon; }
-    bool icon = false;
+struct FakeTray : Tray {
+    void add(const std::string& tip, const MenuItem& menu) override
+    {
+        shown = tip + " " + menu.name();
+    }
+    void remove() override { shown.clear(); }
+    bool has_icon() const override { return exists && !shown.empty(); }
+
+    /// The desktop's tray comes or goes.
+    void appears(bool is_there)
+    {
+        exists = is_there;
+        if (changed)
+            changed();
+    }
+
+    bool exists = true;
+    std::string shown; // tip and menu
+};
+
+struct FakeHotKeys : HotKeys {
+    bool RegisterHotKey(int id, unsigned modifiers, unsigned key_code) override
+    {
+        calls += " +" + std::to_string(id) + ":" + std::to_string(modifiers) + ":"
+            + std::to_string(key_code);
+        return !taken_elsewhere.contains(id);
+    }
+    void UnregisterHotKey(int id) override { calls += " -" + std::to_string(id); }
+
+    std::set<int> taken_elsewhere;
+    std::string calls;
+};
+
+struct FakeShell : Shell {
+    int open(const std::string& path) override
+    {
+        asked.push_back(path);
+        return result;
+    }
+    void navigate(const std::string& address) override { asked.push_back(address); }
+
+    int result = opened;
+    std::vector<std::string> asked;
+};
+
+struct FakeSkin : Skin {
+    void LoadSkin(const std::string& path) override
+    {
+        if (is_missing)
+            throw Failure("no skin");
+        loaded = path;
+    }
+    void ApplySkin(Form& form) override { skinned.push_back(form.name()); }
+
+    bool is_missing = false;
+    std::string loaded;
+    std::vector<std::string> skinned;
 };
 
 /// Lets the work run to its end, or be ended by the user after a number of looks.
@@ -140,6 +201,9 @@ public:
     std::vector<Form*> open_forms;
     /// Whether it and, of a child, its parent are visible.
     bool is_on_screen(const Form& form) const;
+    std::string popped_up; // the menu that was shown last
+    PixelBox placed; // where a window was put last
+    Stacking stacking = Stacking::not_topmost;
     std::set<Form*> sized; // those that have been told their client size
 };
 
@@ -158,6 +222,10 @@ struct FakePlatform {
     FakeDialogs dialogs;
     FakeScreen screen;
     FakeTray tray;
+    FakeHotKeys hot_keys;
+    FakeShell shell;
+    FakeSkin skin;
+    std::function<void()> during_events = [] {}; // what DoEvents lets happen
     FakeBlockingWork blocking_work;
     FakePanes panes{ files };
     RecordingSpeech speech;

@@ -81,7 +81,8 @@ struct StartedProgramTest : ProgramTest {
     StartedProgramTest() { start(); }
 };
 
-/// What a window's controls say: "name" whether it is enabled, "name:Visible", "name:Caption".
+/// What a window's controls say: "name" whether it is enabled, "name:Visible", "name:Caption"; of a
+/// tool bar also its buttons, "name.1" on.
 using States = std::map<std::string, std::string>;
 
 inline const char* word(bool value)
@@ -89,11 +90,25 @@ inline const char* word(bool value)
     return value ? "on" : "off";
 }
 
+/// Goes over what can be enabled in a window, by name.
+inline void each_enabled(
+    const Form& form, const std::function<void(const std::string&, Property<bool>&)>& look)
+{
+    for (Control* control : form.controls()) {
+        look(control->name(), control->Enabled);
+        if (auto* const bar = dynamic_cast<ToolBar*>(control)) {
+            for (int i = 1; i <= static_cast<int>(bar->Buttons().size()); ++i)
+                look(bar->name() + "." + std::to_string(i), bar->button(i).Enabled);
+        }
+    }
+}
+
 inline States states_of(const Form& form)
 {
     States states;
+    each_enabled(form,
+        [&](const std::string& name, Property<bool>& enabled) { states[name] = word(enabled); });
     for (const Control* control : form.controls()) {
-        states[control->name()] = word(control->Enabled);
         states[control->name() + ":Visible"] = word(control->Visible);
         states[control->name() + ":Caption"] = control->Caption;
     }
@@ -113,8 +128,7 @@ inline States with(States states, const std::string& names, const std::string& v
 
 inline void enable_all(const Form& form, bool value)
 {
-    for (Control* control : form.controls())
-        control->Enabled = value;
+    each_enabled(form, [&](const std::string&, Property<bool>& enabled) { enabled = value; });
 }
 
 } // namespace tessavox

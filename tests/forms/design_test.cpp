@@ -1,3 +1,5 @@
+#include "forms/about_controls.h"
+#include "forms/dock_controls.h"
 #include "forms/openmsg_controls.h"
 #include "tests/fakes/running_program.h"
 
@@ -43,7 +45,7 @@ std::string menus_of(const MainControls& main)
     std::ostringstream lines;
     for (const Control* control : main.controls()) {
         const auto* const item = dynamic_cast<const MenuItem*>(control);
-        if (item)
+        if (item && !item->Caption.get().empty())
             lines << '\n'
                   << item->name() << ' ' << (item->container() ? item->container()->name() : "-")
                   << ' ' << or_dash(item->Caption) << (item->Shortcut.empty() ? "" : " ")
@@ -58,6 +60,8 @@ struct Design : testing::Test {
     DocumentControls document{ forms, outside.panes.create() };
     MainControls main{ forms };
     OpenmsgControls openmsg{ forms };
+    DockControls dock{ forms };
+    AboutControls about{ forms };
 };
 
 TEST_F(Design, OfTheDocumentWindowIsKept)
@@ -71,7 +75,7 @@ ResumeBtn Picture1 0 1520 2775 780 2107 2121 hidden; Picture3 - 2900 0 8055 420 
 SpeaktofileBtn Picture3 0 0 1815 420 1133 2126; Play Picture3 1800 0 1455 420 1134 2127;
 ReadClipbdBtn Picture3 3240 0 1695 420 1132 2128;
 ReadClipboardtoFile Picture3 4920 0 1935 420 1135 2311;
-Command4 Picture3 6840 0 1215 420 2118 2129 hidden; Picboxsetting - 0 2600 2775 3375 - -;
+Command4 Picture3 6840 0 1215 420 2118 2129; Picboxsetting - 0 2600 2775 3375 - -;
 Frame2 Picboxsetting 0 120 2775 3255 - -; SpeakerLabel Frame2 0 240 720 255 2109 -;
 VoiceCB Frame2 720 240 2055 315 - 2122; FormatLabel Frame2 0 720 720 255 2110 -;
 FormatCB Frame2 720 720 2055 315 - 2123; SpeedLabel Frame2 0 1200 720 255 2111 -;
@@ -107,11 +111,21 @@ ReadClipboardBtn - 0 0 0 0 - - hidden;
 
 TEST_F(Design, OfTheOtherWindowsIsKept)
 {
-    EXPECT_EQ(main.Tag.get() + openmsg.Tag.get(), "22052205");
+    for (const Form* form : std::initializer_list<const Form*>{ &main, &openmsg, &dock, &about })
+        EXPECT_EQ(form->Tag, "2205");
     EXPECT_EQ(entries(design_of(openmsg)), entries(R"(
 Label1 - 240 240 4220 300 2070 -; Command1 - 240 840 1400 420 2071 -;
 Command2 - 1800 840 2660 420 2072 -;
 )"));
+    EXPECT_EQ(entries(design_of(dock)), entries(R"(
+ReadClipbdBtn - 0 0 1215 350 1132 -; StopBtn - 1320 0 645 350 1130 -;
+PauseBtn - 2040 0 645 350 1131 -; SpeaktofileBtn - 2760 0 2085 350 1133 -;
+Play - 4920 0 765 350 1134 -; Command4 - 5880 0 1215 375 1901 -;
+PauseBtn1 - 2040 0 645 350 - - hidden; hscrollSnapDistance - 1200 1440 1095 255 - -;
+lblSnapDistance - 2400 1440 1095 255 - -;
+)"));
+    EXPECT_EQ(dock.ScaleWidth(), 7305);
+    EXPECT_EQ(dock.ScaleHeight(), 315);
 }
 
 TEST_F(Design, OfTheMenusIsKept)
@@ -124,11 +138,18 @@ mnuFileBar3 mnuFile -; mnuFileClose mnuFile 1006; mnuFileExit mnuFile 1007 Ctrl+
 mnuCtlSpeak mnuCtl 1102 Ctrl+F5; mnuCtlPause mnuCtl 1104 Ctrl+F6; mnuCtlStop mnuCtl 1103 Ctrl+F7;
 mnuCtlsep4 mnuCtl -; mnuCtlclipboard mnuCtl 1105 Ctrl+F8;
 mnuCtlSaveClipboardTexttoWav mnuCtl 1108 Ctrl+F12; mnuCtlsep1 mnuCtl -;
-mnuCtlSpeaktofile mnuCtl 1106; mnuCtlPlay mnuCtl 1107 Ctrl+F11; mnuEdit - 1201; mnuFormat - 1401;
-mnuInsert - 1501; mnuWebsite - 1800; mnuWindow - 1601; mnuPopUp - PopUp hidden;
+mnuCtlSpeaktofile mnuCtl 1106; mnuCtlPlay mnuCtl 1107 Ctrl+F11; mnuCtlFile2 mnuCtl -;
+mnuEdit - 1201; mnuFormat - 1401; mnuInsert - 1501; mnuWebsite - 1800; mnuWindow - 1601;
+mnuHelp - 1701; mnuHelphelp mnuHelp 1702 F1; mnuHelpsep1 mnuHelp -; mnuHelpEmail mnuHelp 1703;
+mnuHelpWebsite mnuHelp 1705; mnuHelpsep2 mnuHelp -; mnuHelpAbout mnuHelp 1706;
+mnuPopUp - PopUp hidden; mnuPopCut mnuPopUp 1202; mnuPopCopy mnuPopUp 1203;
+mnuPopPaste mnuPopUp 1204; mnuPopSep1 mnuPopUp -; mnuPopFont mnuPopUp 1402; mnuPopSep2 mnuPopUp -;
 mnuPopSpeak mnuPopUp 1102; mnuPopPause mnuPopUp 1104; mnuPopStop mnuPopUp 1103; Popmenu - Traymenu;
-mnuTrayReadClipboard Popmenu 1132; mnuTrayStop Popmenu 1130; mnuTrayPause Popmenu 1131;
-mnuTrayClipboardtoWav Popmenu 1135; mnuTrayPlayFile Popmenu 1134;
+mnuTrayShowSoftware Popmenu 1901; mnuTraymenu9 Popmenu -; mnuTrayReadClipboard Popmenu 1132;
+mnuTrayStop Popmenu 1130; mnuTrayPause Popmenu 1131; mnuTraySp1 Popmenu -;
+mnuTrayClipboardtoWav Popmenu 1135; mnuTrayPlayFile Popmenu 1134; mnuTraySp2 Popmenu -;
+mnuTrayHelp Popmenu 1710; mnuTrayAbout Popmenu 1707; mnuTraysp3 Popmenu -;
+mnuTrayExit Popmenu 1023;
 )"));
 }
 
@@ -143,7 +164,9 @@ TEST_F(Design, OfTabsToolButtonsAndStatusPanelsIsKept)
     for (const StatusBar::Panel& panel : main.sbStatusBar.panels())
         lines << panel.key << ' ' << panel.width << ' ' << static_cast<int>(panel.kind) << '\n';
     EXPECT_EQ(lines.str(),
-        "text Text 2116 2130\nNew 1018\nSave 1020\n"
+        "text Text 2116 2130\nNew 1018\nOpen 1019\nSave 1020\n \nPrint 1022\n \nCut 1207\nCopy "
+        "1208\n"
+        "Paste 1209\n"
         "Text 5759 0\n 4171 0\n 4171 0\n 1499 1\n 1499 2\n");
     EXPECT_FALSE(main.Toolbar2.Visible);
 }
@@ -151,7 +174,8 @@ TEST_F(Design, OfTabsToolButtonsAndStatusPanelsIsKept)
 /// So a language with a hole shows English there.
 TEST_F(Design, TextsAreTheNeutralOnes)
 {
-    for (const Form* form : std::initializer_list<const Form*>{ &document, &openmsg }) {
+    const std::initializer_list<const Form*> windows{ &document, &openmsg, &dock, &about };
+    for (const Form* form : windows) {
         for (const Control* control : form->controls()) {
             const std::string id = control->Tag;
             EXPECT_EQ(control->Caption,

@@ -1,0 +1,221 @@
+#include "platform/qt/x11_hot_keys.h"
+
+#include "platform/failure.h"
+#include "platform/qt/x_server.h"
+
+#include <QCoreApplication>
+
+#include <xcb/xcb.h>
+#include <xcb/xcb_keysyms.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+namespace tessavox {
+namespace {
+
+// Of X11's keysymdef.h.
+constexpr xcb_keysym_t f1_symbol = 0xffbe;
+constexpr xcb_keysym_t up_symbol = 0xff52;
+constexpr xcb_keysym_t down_symbol = 0xff54;
+constexpr xcb_keysym_t num_lock_symbol = 0xff7f;
+constexpr xcb_keysym_t scroll_lock_symbol = 0xff14;
+constexpr std::uint16_t all_modifiers = 0xff; // without the mouse buttons
+
+xcb_keysym_t symbol_of(unsigned key_code)
+{
+    constexpr unsigned f1 = 112, f12 = 123, up = 38, down = 40;
+    if (key_code >= f1 && key_code <= f12)
+        return f1_symbol + (key_code - f1);
+    return key_code == up ? up_symbol : key_code == down ? down_symbol : XCB_NO_SYMBOL;
+}
+
+std::vector<std::uint8_t> codes_of(xcb_key_symbols_t* symbols, xcb_keysym_t symbol)
+{
+    const auto free_list = [](xcb_keycode_t* list) { std::free(list); }; // NOLINT
+    const std::unique_ptr<xcb_keycode_t, decltype(free_list)> list(
+        xcb_key_symbols_get_keycode(symbols, symbol), free_list);
+    std::vector<std::uint8_t> codes;
+    for (const xcb_keycode_t* code = list.get(); code && *code != XCB_NO_SYMBOL; ++code)
+        codes.push_back(*code);
+    return codes;
+}
+
+xcb_window_t first_root(xcb_connection_t* server)
+{
+    return xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
+}
+
+/// Which of the eight modifiers a key is; 0 if it is none.
+std::uint16_t modifier_of(xcb_connection_t* server, const std::vector<std::uint8_t>& codes)
+{
+    const auto free_reply
+        = [](xcb_get_modifier_mapping_reply_t* reply) { std::free(reply); }; // NOLINT
+    const std::unique_ptr<xcb_get_modifier_mapping_reply_t, decltype(free_reply)> mapping(
+        xcb_get_modifier_mapping_reply(server, xcb_get_modifier_mapping(server), nullptr),
+        free_reply);
+    if (!mapping)
+        return 0;
+    const xcb_keycode_t* const keys = xcb_get_modifier_mapping_keycodes(mapping.get());
+    std::uint16_t found = 0;
+    constexpr int modifiers = 8;
+    for (int i = 0; i < modifiers * mapping->keycodes_per_modifier; ++i) {
+        for (const std::uint8_t code : codes) {
+            if (code != 0 && keys[i] == code)
+                found |= static_cast<std::uint16_t>(1u << (i / mapping->keycodes_per_modifier));
+        }
+    }
+    return found;
+}
+
+/// Every combination of the lock modifiers, none of them included.
+std::vector<std::uint16_t> states_of(std::uint16_t locks)
+{
+    std::vector<std::uint16_t> states;
+    std::uint16_t state = locks;
+    for (;;) {
+        states.push_back(state);
+        if (state == 0)
+            return states;
+        state = static_cast<std::uint16_t>((state - 1) & locks);
+    }
+}
+
+} // namespace
+
+void X11HotKeys::FreeSymbols::operator()(_XCBKeySymbols* symbols) const
+{
+    xcb_key_symbols_free(symbols);
+}
+
+X11HotKeys::X11HotKeys(Forms::Post post)
+    : m_post(std::move(post))
+    , m_server(x_server::connection())
+{
+    if (!m_server)
+        throw Failure("no X server");
+    m_root = first_root(m_server);
+    m_symbols.reset(xcb_key_symbols_alloc(m_server));
+    read_keyboard();
+    QCoreApplication::instance()->installNativeEventFilter(this);
+}
+
+X11HotKeys::~X11HotKeys() = default;
+
+void X11HotKeys::read_keyboard()
+{
+    m_locks = static_cast<std::uint16_t>(XCB_MOD_MASK_LOCK
+        | modifier_of(m_server, codes_of(m_symbols.get(), num_lock_symbol))
+        | modifier_of(m_server, codes_of(m_symbols.get(), scroll_lock_symbol)));
+}
+
+bool X11HotKeys::RegisterHotKey(int id, unsigned modifiers, unsigned key_code)
+{
+    Key key{ static_cast<std::uint16_t>(modifiers == control_modifier ? XCB_MOD_MASK_CONTROL : 0),
+        symbol_of(key_code), {} };
+    if (key.modifiers == 0 || key.symbol == XCB_NO_SYMBOL || m_keys.contains(id) || !grab(key))
+        return false;
+    m_keys.emplace(id, std::move(key));
+    return true;
+}
+
+/// All or none of the key's states are taken.
+bool X11HotKeys::grab(Key& key)
+{
+    key.codes = codes_of(m_symbols.get(), key.symbol);
+    std::vector<xcb_void_cookie_t> asked;
+    for (const std::uint8_t code : key.codes) {
+        for (const std::uint16_t locks : states_of(m_locks))
+            asked.push_back(xcb_grab_key_checked(m_server, 0, m_root, key.modifiers | locks, code,
+                XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    }
+    bool taken = !asked.empty();
+    for (const xcb_void_cookie_t& cookie : asked) {
+        if (xcb_generic_error_t* const error = xcb_request_check(m_server, cookie)) {
+            std::free(error); // NOLINT(cppcoreguidelines-no-malloc)
+            taken = false;
+        }
+    }
+    if (!taken)
+        ungrab(key);
+    return taken;
+}
+
+void X11HotKeys::ungrab(const Key& key)
+{
+    for (const std::uint8_t code : key.codes) {
+        for (const std::uint16_t locks : states_of(m_locks))
+            xcb_ungrab_key(m_server, code, m_root, key.modifiers | locks);
+    }
+    xcb_flush(m_server);
+}
+
+void X11HotKeys::UnregisterHotKey(int id)
+{
+    const auto found = m_keys.find(id);
+    if (found == m_keys.end())
+        return;
+    ungrab(found->second);
+    m_keys.erase(found);
+}
+
+bool X11HotKeys::nativeEventFilter(const QByteArray& type, void* message, qintptr*)
+{
+    if (type != "xcb_generic_event_t")
+        return false;
+    auto* const event = static_cast<xcb_generic_event_t*>(message);
+    constexpr std::uint8_t kind_bits = 0x7f;
+    switch (event->response_type & kind_bits) {
+    case XCB_KEY_PRESS: {
+        const auto* const press = reinterpret_cast<xcb_key_press_event_t*>(event);
+        if (press->event != m_root)
+            return false;
+        key_pressed(press->detail, press->state);
+        return true;
+    }
+    case XCB_KEY_RELEASE:
+        return reinterpret_cast<xcb_key_release_event_t*>(event)->event == m_root;
+    case XCB_MAPPING_NOTIFY: {
+        // Another keyboard, or another layout: the keys may lie elsewhere now.
+        for (const auto& [id, key] : m_keys)
+            ungrab(key);
+        xcb_refresh_keyboard_mapping(
+            m_symbols.get(), reinterpret_cast<xcb_mapping_notify_event_t*>(event));
+        read_keyboard();
+        for (auto& [id, key] : m_keys)
+            grab(key);
+        return false;
+    }
+    default:
+        return false;
+    }
+}
+
+void X11HotKeys::key_pressed(std::uint8_t code, std::uint16_t state)
+{
+    const auto wanted = static_cast<std::uint16_t>(state & all_modifiers & ~m_locks);
+    for (const auto& [id, key] : m_keys) {
+        const bool has_code
+            = std::find(key.codes.begin(), key.codes.end(), code) != key.codes.end();
+        if (has_code && key.modifiers == wanted) {
+            start(id);
+            return;
+        }
+    }
+}
+
+void X11HotKeys::start(int id)
+{
+    if (!m_running->insert(id).second)
+        return;
+    m_post([this, id, running = m_running] {
+        attempt([&] {
+            if (pressed)
+                pressed(id);
+        });
+        running->erase(id);
+    });
+}
+
+} // namespace tessavox

@@ -1,0 +1,146 @@
+#include "desktop/docking_handler.h"
+#include "tests/fakes/running_program.h"
+
+namespace tessavox::tests {
+namespace {
+
+constexpr PixelEdges area{ 0, 0, 19200, 15000 }; // twips
+
+/// One step of a drag and where it leads.
+struct Step {
+    DockRectangle window;
+    DockPosition move;
+    const char* held; // of r l t b, those that hold the window before
+    DockPosition next;
+    const char* then;
+};
+
+DockEdges edges_of(const std::string& letters)
+{
+    const auto has = [&](char letter) { return letters.find(letter) != std::string::npos; };
+    return { has('r'), has('l'), has('t'), has('b') };
+}
+
+TEST(Docking, HoldsAWindowAtAnEdgeUntilThePointerIsOutOfReach)
+{
+    const auto at = [](float left, float top) { return DockRectangle{ left, top, 3000, 600 }; };
+    const Step steps[] = {
+        { at(5000, 5000), { 100, -50 }, "", { 5100, 4950 }, "" }, // far from all
+        { at(200, 5000), { -50, 0 }, "", { 0, 5000 }, "l" }, // just within reach
+        { at(200, 5000), { -49, 0 }, "", { 151, 5000 }, "" },
+        { at(0, 5000), { 150, 0 }, "l", { 0, 5000 }, "l" }, // held
+        { at(0, 5000), { 151, 0 }, "l", { 151, 5000 }, "" }, // let go
+        { at(-100, 5000), { -20, 0 }, "", { 0, 5000 }, "l" }, // beyond the edge counts, too
+        { at(-100, 5000), { -60, 0 }, "", { -160, 5000 }, "" },
+        { at(5000, 180), { 0, -60 }, "", { 5000, 0 }, "t" },
+        { at(16000, 5000), { 100, 0 }, "", { 16200, 5000 }, "r" },
+        { at(5000, 14200), { 0, 100 }, "", { 5000, 14300 }, "b" }, // a step short of 14400
+        { at(5000, 14300), { 0, 90 }, "b", { 5000, 14300 }, "b" },
+        { at(200, 200), { -100, -100 }, "", { 0, 0 }, "lt" }, // a corner
+        { { 100, 0, 19150, 15000 }, { -20, 10 }, "", { 0, 0 }, "rltb" }, // left and top win
+        { at(7, 5000.5F), { 200, 0 }, "lr", { 207, 5000 }, "" }, // halves go to the even one
+    };
+    for (const Step& step : steps) {
+        DockEdges edges = edges_of(step.held);
+        const DockPosition next = dragged(area, step.window, 150, step.move, edges);
+        EXPECT_EQ(next, step.next)
+            << next.Left << ' ' << next.Top << " for " << step.next.Left << ' ' << step.next.Top;
+        EXPECT_EQ(edges, edges_of(step.then)) << step.next.Left << ' ' << step.next.Top;
+    }
+    DockEdges edges; // without a distance only exact alignment takes hold
+    EXPECT_EQ(dragged(area, at(10, 5000), 0, { -9, 0 }, edges).Left, 1);
+    EXPECT_EQ(dragged(area, at(10, 5000), 0, { -10, 0 }, edges).Left, 0);
+    EXPECT_EQ(edges, edges_of("l"));
+    EXPECT_THROW(dragged(area, at(3e9F, 0), 0, { 0, 0 }, edges), Failure);
+}
+
+struct DockBar : StartedProgramTest {
+    DockBar()
+    {
+        clipboard.text = u"copied";
+        document().Command4.user_press();
+        for (Form* form : windows.open_forms) {
+            if (form->name() == "frmDockDemo")
+                bar = static_cast<DockControls*>(form);
+        }
+        bar->placed(6000, bar->Top, 7335, 675);
+        asked();
+    }
+    DockControls* bar = nullptr;
+};
+
+TEST_F(DockBar, TakesThePlaceOfTheMainWindowAndGivesItBack)
+{
+    EXPECT_TRUE(bar->Visible && !main.Visible);
+    EXPECT_EQ(bar->Top, 10.0);
+    EXPECT_EQ(bar->Caption, "Tessavox");
+    EXPECT_EQ(bar->hscrollSnapDistance.Value, 10);
+    EXPECT_EQ(bar->lblSnapDistance.Caption, "10");
+    EXPECT_TRUE(windows.stacking == Stacking::topmost);
+    bar->placed(6000, 3000, 7335, 675);
+    bar->Command4.user_press();
+    EXPECT_TRUE(!bar->Visible && main.Visible);
+    document().Command4.user_press();
+    EXPECT_EQ(bar->Top, 3000.0); // where it was left
+    bar->user_closed();
+    EXPECT_TRUE(main.Visible);
+    document().Command4.user_press();
+    EXPECT_EQ(bar->Top, 10.0); // loaded anew
+    bar->user_changed_state(WindowState::minimised);
+    EXPECT_TRUE(!bar->Visible && !main.Visible);
+    main.Show();
+    document().Command4.user_press();
+    EXPECT_TRUE(bar->Visible);
+    EXPECT_TRUE(bar->window_state == WindowState::normal);
+    main.mnuTrayExit.user_choose();
+    EXPECT_TRUE(has_quit && windows.open_forms.empty());
+}
+
+TEST_F(DockBar, HasTheActiveDocumentDoWhatItsButtonsSay)
+{
+    bar->ReadClipbdBtn.user_press();
+    EXPECT_NE(asked().find("Speak \"copied\""), std::string::npos);
+    voice().start_stream();
+    EXPECT_TRUE(bar->StopBtn.Enabled && bar->PauseBtn.Enabled);
+    EXPECT_FALSE(bar->ReadClipbdBtn.Enabled || bar->SpeaktofileBtn.Enabled || bar->Play.Enabled);
+    bar->PauseBtn.user_press();
+    EXPECT_EQ(bar->PauseBtn.Caption, "Resume");
+    bar->PauseBtn.user_press();
+    EXPECT_EQ(bar->PauseBtn.Caption, "Pause");
+    bar->StopBtn.user_press();
+    EXPECT_EQ(state(), "idle");
+    for (CommandButton* button : { &bar->SpeaktofileBtn, &bar->Play }) {
+        dialogs.answers = { std::nullopt };
+        button->user_press();
+        EXPECT_TRUE(dialogs.answers.empty());
+    }
+    document().Unload();
+    bar->ReadClipbdBtn.user_press(); // nothing, and no word
+    EXPECT_TRUE(boxes.shown.empty());
+}
+
+TEST_F(DockBar, IsDraggedByTheLeftButtonAlone)
+{
+    bar->user_pressed_mouse(1, 100, 100);
+    windows.placed = {};
+    bar->user_moved_mouse(1, 100, 100); // no step
+    EXPECT_EQ(windows.placed, PixelBox());
+    bar->user_moved_mouse(1, 1600, 3100);
+    EXPECT_EQ(windows.placed, (PixelBox{ 500, 201, 489, 45 }));
+    bar->user_pressed_mouse(2, 0, 0);
+    bar->user_moved_mouse(2, 500, 500);
+    bar->user_moved_mouse(3, 500, 500);
+    EXPECT_EQ(windows.placed.left, 500);
+    bar->user_moved_mouse(1, 101, -2800); // within 150 twips of the top edge
+    EXPECT_EQ(windows.placed.top, 0);
+    bar->user_pressed_mouse(1, 100, 100); // pressed again: it is still held
+    bar->user_moved_mouse(1, 100, 250);
+    EXPECT_EQ(windows.placed.top, 0);
+    bar->hscrollSnapDistance.user_drag(3);
+    EXPECT_EQ(bar->lblSnapDistance.Caption, "3");
+    bar->user_moved_mouse(1, 100, 160);
+    EXPECT_EQ(windows.placed.top, 4);
+}
+
+} // namespace
+} // namespace tessavox::tests
