@@ -2,9 +2,9 @@
 #include "platform/failure.h"
 #include "platform/voice/alignment/aligner.h"
 #include "platform/voice/engines/espeak_reference.h"
+#include "platform/voice/engines/time_stretch.h"
 #include "platform/voice/engines/voice_catalog.h"
 
-#include "changed_sounds.h"
 #include "tests/platform/voice/engines/made_utterance.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +14,7 @@
 #include <cmath>
 #include <map>
 #include <numeric>
+#include <random>
 
 namespace tessavox::voice {
 namespace {
@@ -47,6 +48,77 @@ ReferenceSpeech reference_of(std::u16string_view text)
     return espeak_reference(spoken_by("espeak:gmw/en-US", text));
 }
 
+/// What happens to a sound on its way from its engine to the aligner; its word marks with it.
+using Change = void (*)(Rendering& spoken);
+
+constexpr std::size_t swallowed_word = 4;
+
+void leave_alone(Rendering&) { }
+
+/// Takes samples out, or puts silence in, before a word; what comes after it moves along.
+void move_word(Rendering& spoken, std::size_t word, std::ptrdiff_t frames)
+{
+    const std::uint64_t frame = spoken.words[word].frame;
+    const auto place = spoken.samples.begin() + static_cast<std::ptrdiff_t>(frame);
+    if (frames > 0)
+        spoken.samples.insert(place, static_cast<std::size_t>(frames), std::int16_t{ 0 });
+    else
+        spoken.samples.erase(place + frames, place);
+    for (; word < spoken.words.size(); ++word)
+        spoken.words[word].frame += static_cast<std::uint64_t>(frames);
+    for (PhoneMark& phone : spoken.phones)
+        phone.frame += phone.frame >= frame ? static_cast<std::uint64_t>(frames) : 0;
+}
+
+void pause_falsely(Rendering& spoken)
+{
+    for (const std::size_t word : { 2U, 5U })
+        move_word(spoken, word, spoken.sample_rate / 2);
+}
+
+void swallow_word(Rendering& spoken)
+{
+    const std::vector<WordMark>& words = spoken.words;
+    move_word(spoken, swallowed_word + 1,
+        static_cast<std::ptrdiff_t>(words[swallowed_word].frame - words[swallowed_word + 1].frame));
+}
+
+void add_noise_and_echoes(Rendering& spoken)
+{
+    constexpr double hiss = 100; // some 25 dB below the speech
+    constexpr std::pair<double, double> walls[] // seconds and gain
+        = { { 0.013, 0.5 }, { 0.029, 0.4 }, { 0.047, 0.3 }, { 0.083, 0.2 }, { 0.131, 0.1 } };
+    std::mt19937 random(1); // the same hiss in every run
+    std::normal_distribution<double> noise(0, hiss);
+    const std::vector<std::int16_t> dry = spoken.samples;
+    for (std::size_t at = 0; at < dry.size(); ++at) {
+        double sum = dry[at] + noise(random);
+        for (const auto& [seconds, gain] : walls) {
+            const auto delay = static_cast<std::size_t>(seconds * spoken.sample_rate);
+            sum += at >= delay ? gain * dry[at - delay] : 0;
+        }
+        spoken.samples[at] = static_cast<std::int16_t>(std::clamp(sum / 2, -32767.0, 32767.0));
+    }
+}
+
+/// Every other word takes two thirds of its time, the rest four thirds.
+void vary_tempo(Rendering& spoken)
+{
+    const Rendering before = spoken;
+    spoken.samples.resize(before.words[0].frame);
+    for (std::size_t word = 0; word < before.words.size(); ++word) {
+        const auto begin = static_cast<std::ptrdiff_t>(before.words[word].frame);
+        const auto end = static_cast<std::ptrdiff_t>(
+            word + 1 < before.words.size() ? before.words[word + 1].frame : before.samples.size());
+        Rendering piece;
+        piece.sample_rate = before.sample_rate;
+        piece.samples.assign(before.samples.begin() + begin, before.samples.begin() + end);
+        stretch(piece, word % 2 == 0 ? 1.5 : 0.75, 1);
+        spoken.words[word].frame = spoken.samples.size();
+        spoken.samples.insert(spoken.samples.end(), piece.samples.begin(), piece.samples.end());
+    }
+}
+
 struct Case {
     const char* name;
     const char* voice;
@@ -58,12 +130,6 @@ struct Case {
 void PrintTo(const Case& row, std::ostream* out)
 {
     *out << row.name;
-}
-
-// Where a word is that isn't there, or is there twice, is for nobody to say.
-bool is_judged(const Case& row, std::size_t word)
-{
-    return word != changed_word || (row.change != swallow_word && row.change != say_word_twice);
 }
 
 class WordMarks : public testing::TestWithParam<Case> { };
@@ -80,7 +146,7 @@ TEST_P(WordMarks, AreWhereTheWordsAre)
             = aligner.align(spoken.samples, spoken.sample_rate, reference_of(text));
         ASSERT_EQ(marks.words.size(), spoken.words.size());
         for (std::size_t word = 0; word < marks.words.size(); ++word)
-            if (is_judged(row, word))
+            if (row.change != swallow_word || word != swallowed_word)
                 errors.push_back(1000.0 / spoken.sample_rate
                     * std::fabs(static_cast<double>(marks.words[word])
                         - static_cast<double>(spoken.words[word].frame)));
@@ -95,13 +161,9 @@ INSTANTIATE_TEST_SUITE_P(Aligner, WordMarks,
     testing::Values( //
         Case{ "kal16", "flite:kal16", leave_alone, 14, 42 },
         Case{ "slt", "flite:slt", leave_alone, 17, 52 },
-        Case{ "awb", "flite:awb", leave_alone, 14, 40 },
-        Case{ "kal", "flite:kal", leave_alone, 15, 45 },
         Case{ "false_pauses", "flite:slt", pause_falsely, 18, 55 },
         Case{ "swallowed_word", "flite:slt", swallow_word, 21, 75 },
-        Case{ "doubled_word", "flite:slt", say_word_twice, 26, 100 },
-        Case{ "hiss", "flite:slt", add_hiss, 21, 62 },
-        Case{ "echoes", "flite:slt", add_echoes, 26, 85 },
+        Case{ "noise_and_echoes", "flite:slt", add_noise_and_echoes, 26, 85 },
         Case{ "own_tempo", "flite:slt", vary_tempo, 22, 70 }),
     [](const auto& info) { return std::string(info.param.name); });
 
@@ -143,17 +205,36 @@ TEST(Aligner, CarriesPhonesOverWithPausesBetween)
     EXPECT_EQ(end, spoken.samples.size());
 }
 
+void expect_whole_marks(Aligner& aligner, const std::vector<std::int16_t>& target, int sample_rate,
+    const ReferenceSpeech& reference)
+{
+    const AlignedMarks marks = aligner.align(target, sample_rate, reference);
+    ASSERT_EQ(marks.words.size(), reference.words.size());
+    EXPECT_TRUE(std::ranges::is_sorted(marks.words));
+    EXPECT_TRUE(marks.words.empty() || marks.words.back() <= target.size());
+    std::uint64_t end = 0;
+    for (const AlignedPhone& phone : marks.phones) {
+        EXPECT_EQ(phone.frame, end);
+        EXPECT_GT(phone.frames, 0U);
+        end += phone.frames;
+    }
+    EXPECT_EQ(end, target.size());
+}
+
+std::vector<std::int16_t> repeated(const std::vector<std::int16_t>& samples, int seconds, int rate)
+{
+    std::vector<std::int16_t> all = samples;
+    while (all.size() < static_cast<std::size_t>(seconds) * static_cast<std::size_t>(rate))
+        all.insert(all.end(), samples.begin(), samples.end());
+    return all;
+}
+
 TEST(Aligner, GivesEachWordARisingMarkInWhateverSound)
 {
     const Rendering& speech = spoken_by("flite:kal16", sentences[0]);
-    Rendering endless = speech;
-    while (endless.samples.size() < 120U * static_cast<std::size_t>(speech.sample_rate))
-        endless.samples.insert(endless.samples.end(), speech.samples.begin(), speech.samples.end());
-    Rendering loud = speech;
-    std::ranges::fill(loud.samples, std::int16_t{ -32768 });
     const std::vector<std::int16_t> targets[] = { {}, { 1 }, std::vector<std::int16_t>(16000),
         { speech.samples.begin() + 4000, speech.samples.begin() + 4100 }, speech.samples,
-        loud.samples, endless.samples };
+        std::vector<std::int16_t>(speech.samples.size(), -32768) };
 
     ReferenceSpeech whole = reference_of(sentences[0]);
     ReferenceSpeech no_words = whole, no_phones = whole, empty, silent = whole, misplaced = whole;
@@ -165,26 +246,16 @@ TEST(Aligner, GivesEachWordARisingMarkInWhateverSound)
     misplaced.words.assign(30000, whole.samples.size() + 100000);
     for (ReferencePhone& phone : misplaced.phones)
         phone.frames = 0;
-    ReferenceSpeech lengthy = whole;
-    while (lengthy.samples.size() < 30U * static_cast<std::size_t>(whole.sample_rate))
-        lengthy.samples.insert(lengthy.samples.end(), whole.samples.begin(), whole.samples.end());
 
     Aligner aligner;
     for (const auto& target : targets)
-        for (const ReferenceSpeech& reference :
-            { whole, no_words, no_phones, empty, silent, misplaced, lengthy }) {
-            const AlignedMarks marks = aligner.align(target, speech.sample_rate, reference);
-            ASSERT_EQ(marks.words.size(), reference.words.size());
-            EXPECT_TRUE(std::ranges::is_sorted(marks.words));
-            EXPECT_TRUE(marks.words.empty() || marks.words.back() <= target.size());
-            std::uint64_t end = 0;
-            for (const AlignedPhone& phone : marks.phones) {
-                EXPECT_EQ(phone.frame, end);
-                EXPECT_GT(phone.frames, 0U);
-                end += phone.frames;
-            }
-            EXPECT_EQ(end, target.size());
-        }
+        for (const auto& reference : { whole, no_words, no_phones, empty, silent, misplaced })
+            expect_whole_marks(aligner, target, speech.sample_rate, reference);
+    const auto endless = repeated(speech.samples, 120, speech.sample_rate);
+    expect_whole_marks(aligner, endless, speech.sample_rate, whole);
+    ReferenceSpeech lengthy = whole;
+    lengthy.samples = repeated(whole.samples, 30, whole.sample_rate);
+    expect_whole_marks(aligner, endless, speech.sample_rate, lengthy);
     for (const int rate : { 0, -1, 3999, 2'000'000'000 })
         EXPECT_THROW(aligner.align(speech.samples, rate, whole), Failure) << rate;
 }
