@@ -1,18 +1,14 @@
 // What a confined process can still do; each case is a process of its own.
 #include "platform/confinement/confinement.h"
+#include "tests/platform/files/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <sys/mman.h>
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -21,20 +17,15 @@ namespace tessavox {
 
 namespace {
 
-namespace fs = std::filesystem;
-
 enum Outcome { refused, went_through, walls_missing };
 
 class Confined : public testing::Test {
 protected:
     Confined()
     {
-        for (const fs::path& below : { mine, own, data }) {
-            fs::create_directories(below);
-            std::ofstream(below / "file") << "text";
-        }
+        for (const char* file : { "mine/file", "own/file", "data/file" })
+            folder.write(file, "text");
     }
-    ~Confined() override { fs::remove_all(folder); }
 
     // Whether `act` goes through in a process that has been confined.
     Outcome outcome_of(const Confinement& walls, const std::function<bool()>& act)
@@ -47,8 +38,7 @@ protected:
         return WIFEXITED(status) ? static_cast<Outcome>(WEXITSTATUS(status)) : refused;
     }
 
-    const fs::path folder
-        = fs::temp_directory_path() / ("tessavox-confinement-" + std::to_string(getpid()));
+    const TemporaryFolder folder;
     const fs::path mine = folder / "mine";
     const fs::path own = folder / "own";
     const fs::path data = folder / "data";
@@ -72,58 +62,55 @@ bool runs(const char* program, const fs::path& argument)
 
 } // namespace
 
-TEST_F(Confined, ReachesNothingButWhatItMayRead)
+TEST_F(Confined, ReachesNothingButWhatItMay)
 {
+    Confinement to_read;
+    to_read.readable = { data, "/no/such/folder" };
+    Confinement to_run; // programs too, which write into a folder
+    to_run.readable
+        = { "/bin", "/usr/bin", "/lib", "/lib64", "/usr/lib", "/etc/ld.so.cache", data };
+    to_run.writable = own;
+    to_run.may_execute = true;
+    to_run.most_file_bytes = 1 << 20;
     struct Case {
         const char* what;
-        Outcome outcome;
+        Outcome reading;
+        Outcome running;
         std::function<bool()> act;
     };
     const pid_t others = getpid();
-    const Case cases[] = {
-        { "read its data", went_through, [&] { return opens(data / "file", O_RDONLY); } },
-        { "read a file", refused, [&] { return opens(mine / "file", O_RDONLY); } },
-        { "list a folder", refused, [&] { return opens(mine, O_RDONLY | O_DIRECTORY); } },
-        { "reach a file by ..", refused,
-            [&] { return opens(data / ".." / "mine" / "file", O_RDONLY); } },
-        { "write a file", refused, [&] { return opens(mine / "file", O_WRONLY); } },
-        { "write its data", refused, [&] { return opens(data / "file", O_RDWR); } },
-        { "make a file", refused, [&] { return opens(data / "new", O_RDONLY | O_CREAT); } },
-        { "empty a file", refused, [&] { return truncate((data / "file").c_str(), 0) == 0; } },
-        { "delete a file", refused, [&] { return unlink((data / "file").c_str()) == 0; } },
-        { "open a file up", refused, [&] { return chmod((data / "file").c_str(), 0777) == 0; } },
-        { "reach the network", refused, [] { return socket(AF_INET, SOCK_STREAM, 0) >= 0; } },
-        { "reach the session", refused, [] { return socket(AF_UNIX, SOCK_STREAM, 0) >= 0; } },
-        { "run a program", refused, [] { return execl("/bin/true", "true", nullptr) == 0; } },
-        { "have a child", refused, [] { return fork() >= 0; } },
-        { "signal another", refused, [&] { return kill(others, 0) == 0; } },
-        { "have a thread", went_through,
-            [] {
-                bool ran = false;
-                std::thread([&] { ran = true; }).join();
-                return ran;
-            } },
+    const auto has_thread = [] {
+        bool ran = false;
+        std::thread([&] { ran = true; }).join();
+        return ran;
     };
-    Confinement walls;
-    walls.readable = { data, "/no/such/folder" };
-    for (const Case& one : cases)
-        EXPECT_EQ(outcome_of(walls, one.act), one.outcome) << one.what;
-}
-
-TEST_F(Confined, WritesInItsFolderAndRunsProgramsWithinTheSameWallsIfItMay)
-{
-    Confinement walls;
-    walls.readable = { "/bin", "/usr/bin", "/lib", "/lib64", "/usr/lib", "/etc/ld.so.cache", data };
-    walls.writable = own;
-    walls.may_execute = true;
-    walls.most_file_bytes = 1 << 20;
-    const auto outcome = [&](const std::function<bool()>& act) { return outcome_of(walls, act); };
-    EXPECT_EQ(outcome([&] { return opens(own / "new", O_WRONLY | O_CREAT); }), went_through);
-    EXPECT_EQ(outcome([&] { return opens(mine / "new", O_WRONLY | O_CREAT); }), refused);
-    EXPECT_EQ(outcome([&] { return opens(data / "file", O_WRONLY); }), refused);
-    EXPECT_EQ(outcome([&] { return runs("/bin/cat", data / "file"); }), went_through);
-    EXPECT_EQ(outcome([&] { return runs("/bin/cat", mine / "file"); }), refused);
-    EXPECT_EQ(outcome([] { return socket(AF_UNIX, SOCK_STREAM, 0) >= 0; }), refused);
+    const auto has_socket = [](int family) { return socket(family, SOCK_STREAM, 0) >= 0; };
+    const fs::path file = data / "file";
+    const Case cases[] = {
+        { "read its data", went_through, went_through, [&] { return opens(file, O_RDONLY); } },
+        { "write its data", refused, refused, [&] { return opens(file, O_RDWR); } },
+        { "empty a file", refused, refused, [&] { return truncate(file.c_str(), 0) == 0; } },
+        { "delete a file", refused, refused, [&] { return unlink(file.c_str()) == 0; } },
+        { "open a file up", refused, refused, [&] { return chmod(file.c_str(), 0777) == 0; } },
+        { "make a file", refused, refused, [&] { return opens(data / "new", O_CREAT); } },
+        { "read another's file", refused, refused, [&] { return opens(mine / "file", O_RDONLY); } },
+        { "reach it by ..", refused, refused, [&] { return opens(data / "../mine/file", 0); } },
+        { "write it", refused, refused, [&] { return opens(mine / "file", O_WRONLY); } },
+        { "list a folder", refused, refused, [&] { return opens(mine, O_DIRECTORY); } },
+        { "write in its folder", refused, went_through,
+            [&] { return opens(own / "new", O_WRONLY | O_CREAT); } },
+        { "reach the network", refused, refused, [&] { return has_socket(AF_INET); } },
+        { "reach the session", refused, refused, [&] { return has_socket(AF_UNIX); } },
+        { "run a program", refused, went_through, [&] { return runs("/bin/cat", file); } },
+        { "run one for it", refused, refused, [&] { return runs("/bin/cat", mine / "file"); } },
+        { "have a child", refused, went_through, [] { return fork() >= 0; } },
+        { "signal another", refused, refused, [&] { return kill(others, 0) == 0; } },
+        { "have a thread", went_through, went_through, has_thread },
+    };
+    for (const Case& one : cases) {
+        EXPECT_EQ(outcome_of(to_read, one.act), one.reading) << one.what;
+        EXPECT_EQ(outcome_of(to_run, one.act), one.running) << one.what;
+    }
 }
 
 TEST_F(Confined, HasBoundedMemory)

@@ -2,7 +2,6 @@
 
 #include "tests/platform/files/temporary_folder.h"
 
-#include <fstream>
 #include <gtest/gtest.h>
 
 namespace tessavox {
@@ -11,9 +10,8 @@ namespace {
 TEST(Folders, TheDefaultsAreInstalledOnceAndNeverCompleted)
 {
     const TemporaryFolder folder;
-    fs::create_directories(folder / "shipped");
-    std::ofstream(folder / "shipped/web.txt") << "zero";
-    std::ofstream(folder / "shipped/setting1.txt") << "one";
+    folder.write("shipped/web.txt", "zero");
+    folder.write("shipped/setting1.txt", "one");
     fs::permissions(folder / "shipped/web.txt", fs::perms::owner_read);
 
     const std::string conf = prepare_config_folder(folder / "home/.config", folder / "shipped");

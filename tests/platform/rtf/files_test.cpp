@@ -2,16 +2,15 @@
 #include "platform/rtf/reader.h"
 #include "platform/rtf/writer.h"
 #include "platform/text_limits.h"
-#include "tests/platform/files/temporary_folder.h"
 #include "tests/platform/rtf/described.h"
 #include "tests/platform/rtf/files.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 namespace tessavox::rtf {
 namespace {
+
+namespace fs = std::filesystem;
 
 TEST(RichTextFiles, OfManyProgramsAreUnderstoodAndSurviveBeingWritten)
 {
@@ -49,49 +48,6 @@ TEST(RichTextFiles, AreRefusedIfTheyAreSomethingElseOrTooLarge)
         std::string(most_text_bytes + 1, '{'), paragraphs };
     for (const std::string& text : texts)
         EXPECT_THROW(read_rich_text(text), Failure) << text.substr(0, 20);
-}
-
-/// What another word processor makes of what we write, as it writes it in turn.
-Document as_read_by_libreoffice(const Document& document)
-{
-    const TemporaryFolder folder;
-    std::ofstream(folder / "ours.rtf", std::ios::binary) << write_rich_text(document);
-    const std::string command
-        = "timeout 100 soffice --headless --norestore -env:UserInstallation=file://"
-        + (folder / "profile").string() + " --convert-to rtf --outdir " + (folder / "out").string()
-        + " " + (folder / "ours.rtf").string() + " >/dev/null 2>&1";
-    [[maybe_unused]] const int told_nothing = std::system(command.c_str());
-    const std::string theirs = contents_of(folder / "out" / "ours.rtf");
-    return read_rich_text(theirs);
-}
-
-/// LibreOffice keeps none for the end of a paragraph that has text.
-void forget_formats_of_ends(Document& document)
-{
-    std::size_t run = 0;
-    for (Paragraph& paragraph : document.paragraphs) {
-        run += paragraph.runs;
-        if (paragraph.runs > 0)
-            paragraph.mark = document.runs[run - 1].format;
-    }
-}
-
-TEST(RichTextFiles, ThatWeWriteAreUnderstoodByLibreOffice)
-{
-    if (std::system("command -v soffice >/dev/null 2>&1") != 0)
-        GTEST_SKIP() << "LibreOffice Writer is not installed";
-    const fs::path path = fs::path(TESSAVOX_RTF_FILES) / "by_hand_text_pad.rtf";
-    Document ours = read_rich_text(contents_of(path));
-    for (CharacterFormat& format : ours.character_formats) {
-        if (format.font != no_font
-            && ours.fonts[static_cast<std::size_t>(format.font)] == "MS Gothic")
-            format.half_points
-                = CharacterFormat().half_points; // Chinese text has its own size there
-    }
-    Document theirs = as_read_by_libreoffice(ours);
-    forget_formats_of_ends(ours);
-    forget_formats_of_ends(theirs);
-    EXPECT_EQ(described(theirs), described(ours));
 }
 
 } // namespace

@@ -90,39 +90,5 @@ TEST_F(EventQueueTest, OfAFileOnlyTheFirstAndTheLatestOfEachKindWaitButAllOfADev
     EXPECT_EQ(listener.count("Word"), 101);
 }
 
-TEST_F(EventQueueTest, AnEarlierGenerationIsDropped)
-{
-    add(job, WordStarted{ 0, 1 });
-    queue->start_generation(1);
-    add(job, WordStarted{ 1, 1 });
-    job.generation = 1;
-    add(job, WordStarted{ 2, 1 });
-    loop.run_posted();
-    EXPECT_THAT(listener.told(""), ElementsAre("Word 2+1"));
-}
-
-TEST_F(EventQueueTest, OnlyWhatIsOfInterestComes)
-{
-    add(job, LevelMeasured{ 50 });
-    queue->set_interests(SVEWordBoundary | SVEAudioLevel);
-    add(job, LevelMeasured{ 51 });
-    add(job, SentenceStarted{ 0, 1 });
-    loop.run_posted();
-    EXPECT_THAT(listener.told(""), ElementsAre("AudioLevel"));
-    EXPECT_EQ(listener.heard[0].first, 51);
-}
-
-TEST_F(EventQueueTest, AHandlerMayEndTheQueue)
-{
-    add(job, WordStarted{ 0, 1 });
-    add(job, WordStarted{ 1, 1 });
-    listener.on_event = [&](const Heard&) {
-        queue->close();
-        queue.reset();
-    };
-    loop.run_posted();
-    EXPECT_EQ(listener.heard.size(), 1U);
-}
-
 } // namespace
 } // namespace tessavox::voice::test

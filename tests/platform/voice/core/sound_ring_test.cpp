@@ -34,20 +34,6 @@ TEST(SoundRing, KeepsFramesInOrderUnderTheirNumbers)
         ASSERT_EQ(out[i], in[i % in.size()]) << i;
 }
 
-TEST(SoundRing, TakesMoreThanItsCapacityAndIsCutOnlyWhereItHasSomething)
-{
-    SoundRing ring(bytes, 10);
-    ring.restart(500);
-    ring.append(frames(9, 1));
-    EXPECT_FALSE(ring.full());
-    ring.append(frames(9, 1));
-    EXPECT_TRUE(ring.full());
-    ring.truncate(499, 3);
-    ring.truncate(519, 3);
-    EXPECT_EQ(ring.begin(), 500U);
-    EXPECT_EQ(ring.end(), 518U);
-}
-
 TEST(SoundRing, FadesToRestWhereItIsCut)
 {
     // 16 bit: the byte 0x40 twice is 16448. 8 bit: 228 is 100 above the middle.
@@ -56,6 +42,7 @@ TEST(SoundRing, FadesToRestWhereItIsCut)
         SoundRing ring(format, 100);
         const int align = format.block_align();
         ring.append(frames(50, static_cast<unsigned char>(loud), align));
+        ring.truncate(51, 16); // has not come yet
         ring.truncate(40, 16);
         EXPECT_EQ(ring.end(), 40U);
         std::vector<std::byte> out;

@@ -3,8 +3,6 @@
 
 #include <gmock/gmock.h>
 
-#include <fstream>
-
 #include <sys/stat.h>
 
 namespace tessavox::voice {
@@ -17,24 +15,19 @@ class NaturalVoiceFolders : public testing::Test {
 protected:
     NaturalVoiceFolders()
     {
-        write("bin/parrot", "");
+        root.write("bin/parrot", "");
         fs::permissions(root / "bin/parrot", fs::perms::owner_all);
-    }
-    void write(const std::string& file, const std::string& text)
-    {
-        fs::create_directories((root / file).parent_path());
-        std::ofstream(root / file) << text;
     }
     void describe(const std::string& file, const std::string& name, const std::string& more = "",
         const std::string& program = "parrot")
     {
-        write(file,
+        root.write(file,
             "Name=" + name + "\nLanguage=en\nMode=wave\nCommand=" + program + " {out}\n" + more);
     }
     void add_model(const std::string& file, const std::string& members = "")
     {
-        write(file, "weights");
-        write(file + ".json",
+        root.write(file, "weights");
+        root.write(file + ".json",
             R"({"audio":{"sample_rate":22050},"espeak":{"voice":"en-us"})" + members + "}");
     }
     NaturalVoices found() const
@@ -59,10 +52,10 @@ TEST_F(NaturalVoiceFolders, GiveTheUsersOwnVoiceBeforeASharedOneOfItsName)
 {
     describe("own/b.voice", "Own B");
     describe("own/a.voice", "Own A", "Model=deep/a.bin");
-    write("own/deep/a.bin", "");
+    root.write("own/deep/a.bin", "");
     describe("shared/b.voice", "Shared B");
     describe("shared/c.voice", "Shared C", "", root / "bin/parrot");
-    write("own/readme.txt", "no voice");
+    root.write("own/readme.txt", "no voice");
     const NaturalVoices voices = found(); // the folders of models aren't there
     EXPECT_THAT(named(voices), ElementsAre("voice:a Own A", "voice:b Own B", "voice:c Shared C"));
     EXPECT_EQ(voices.voices[0].description.command.front(), root / "bin/parrot");
@@ -102,15 +95,15 @@ TEST_F(NaturalVoiceFolders, TellOfEachFileThatIsNoVoiceWhy)
     describe("own/1.voice", "A", "", "no-such-program");
     describe("own/2.voice", "A", "", "bin/parrot");
     describe("own/3.voice", "A", "Model=missing.bin");
-    write("own/4.voice", "Nam=A");
-    write("own/5.voice", std::string(70'000, '#'));
+    root.write("own/4.voice", "Nam=A");
+    root.write("own/5.voice", std::string(70'000, '#'));
     fs::create_directories(root / "own/6.voice");
     ASSERT_EQ(mkfifo((root / "own/7.voice").c_str(), 0600), 0);
     fs::create_symlink("nowhere", root / "own/8.voice");
     fs::create_symlink(root / "own", root / "own/loop");
-    write("own-piper/1.onnx", "");
+    root.write("own-piper/1.onnx", "");
     add_model("own-piper/2.onnx");
-    write("own-piper/2.onnx.json", "{}");
+    root.write("own-piper/2.onnx.json", "{}");
     fs::create_directories(root / "own-piper/3.onnx");
     add_model("own-piper/4\n.onnx");
     add_model("own-piper/5\xFF.onnx");
