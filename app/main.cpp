@@ -103,6 +103,7 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
         else
             attempt([&] { tessavox.main_window().Unload(); });
     });
+    blocking_work.end_is_wanted = [&end_signals] { return end_signals.is_wanted(); };
     // In the message loop, so that what comes during the first messages waits for the end of Main.
     QMetaObject::invokeMethod(
         qApp, [&tessavox] { tessavox.Main(); }, Qt::QueuedConnection);

@@ -73,7 +73,7 @@ bool QtBlockingWork::wait(const std::string& text, const std::function<bool()>& 
     time.start();
     QEventLoop loop;
     while (!is_done()) {
-        if (window.is_ended())
+        if (window.is_ended() || (end_is_wanted && end_is_wanted()))
             return false;
         window.show_share(share());
         if (!window.isVisible() && time.hasExpired(time_until_window_ms))

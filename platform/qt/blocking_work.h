@@ -15,6 +15,9 @@ public:
         : m_gate(gate)
     {
     }
+    /// Whether the system has asked the program to end, if that can be known.
+    std::function<bool()> end_is_wanted;
+
     bool wait(const std::string& text, const std::function<bool()>& is_done,
         const std::function<double()>& share) override;
 

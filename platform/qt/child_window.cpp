@@ -3,6 +3,7 @@
 #include "platform/failure.h"
 #include "platform/qt/child_widget.h"
 #include "platform/qt/document_area.h"
+#include "platform/qt/message_gate.h"
 #include "platform/qt/twips.h"
 
 #include <QCloseEvent>
@@ -141,8 +142,13 @@ void ChildWindow::bring_forward()
 
 void ChildWindow::user_activates()
 {
-    if (Form* activated = form())
-        attempt([activated] { activated->user_activated(); });
+    if (!form())
+        return;
+    const auto activated = form()->shared_from_this();
+    if (gate().is_shut()) // an assistive technology did it
+        gate().post([activated] { activated->user_activated(); });
+    else
+        attempt([&] { activated->user_activated(); });
 }
 
 void ChildWindow::control_changed()

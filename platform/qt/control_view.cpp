@@ -8,6 +8,7 @@
 #include "platform/controls/rich_text_box.h"
 #include "platform/controls/scroll_bar.h"
 #include "platform/controls/text_box.h"
+#include "platform/qt/message_gate.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/twips.h"
 #include "platform/qt/view_makers.h"
@@ -89,6 +90,11 @@ void WidgetView::control_changed()
         m_widget.setToolTip(tip);
     redraw();
     draw_name();
+}
+
+bool WidgetView::user_may_act() const
+{
+    return !m_gate || m_gate->lets_user_at(m_widget);
 }
 
 void WidgetView::name_for_assistance(const QString& label)

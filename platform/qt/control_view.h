@@ -14,6 +14,8 @@ class QWidget;
 
 namespace tessavox {
 
+class MessageGate;
+
 /// Redraws its widget from the control, never the other way round, with the widget's signals
 /// blocked; so whatever the widget does signal comes from the user and is passed on. The widget
 /// belongs to its parent widget. The view outlives its control once it is detached.
@@ -21,6 +23,9 @@ class WidgetView : public QObject, public ControlView {
 public:
     WidgetView(Control& control, QWidget& widget);
     ~WidgetView() override;
+
+    /// What the user does goes through `gate`, and is dropped unless it lets it through.
+    void report_through(const MessageGate& gate) { m_gate = &gate; }
 
     void control_changed() final;
     /// The form is gone, or about to be: neither the control nor its pane is touched any more.
@@ -43,15 +48,18 @@ protected:
     {
         if (!m_control)
             return;
-        attempt(std::forward<Report>(report));
+        if (user_may_act())
+            attempt(std::forward<Report>(report));
         control_changed();
     }
     bool attached() const { return m_control != nullptr; }
+    bool user_may_act() const;
 
 private:
     void draw_name();
 
     Control* m_control;
+    const MessageGate* m_gate = nullptr;
     QWidget& m_widget;
     QString m_label;
 };

@@ -11,12 +11,15 @@ class MessageGate;
 
 /// Runs `end` on the interface thread after SIGTERM, SIGINT or SIGHUP, in the message loop, where
 /// it may close windows and write files. A handler that runs is waited for, also one that asks the
-/// user something or blocks the program. Signals that come while `end` runs ask for nothing more.
-/// There is at most one of these.
+/// user something or blocks the program, which can ask whether it is waited for. Signals that come
+/// while `end` runs ask for nothing more. There is at most one of these.
 class EndSignals : public QObject {
 public:
     EndSignals(const MessageGate& gate, std::function<void()> end);
     ~EndSignals() override;
+
+    /// A signal has come, and `end` has not run yet.
+    bool is_wanted() const { return m_is_wanted; }
 
 private:
     bool may_end() const;

@@ -52,8 +52,9 @@ const Control* label_of(const Form& form, const Control& control)
 
 } // namespace
 
-FormViews::FormViews(Form& form, QWidget& canvas)
+FormViews::FormViews(Form& form, const MessageGate& gate, QWidget& canvas)
     : m_form(form)
+    , m_gate(gate)
     , m_canvas(canvas)
 {
     for (Control* control : form.controls()) {
@@ -70,6 +71,7 @@ WidgetView& FormViews::build(Control& control)
         return *known;
     QWidget& parent = control.container() ? build(*control.container()).widget() : m_canvas;
     m_views.push_back(make_widget_view(control, parent));
+    m_views.back()->report_through(m_gate);
     m_view_of[&control] = m_views.back().get();
     return *m_views.back();
 }

@@ -11,12 +11,14 @@
 namespace tessavox {
 
 class Form;
+class MessageGate;
 
 /// Every control but menus, tool bars and the status bar, which belong to the frame of a window.
 class FormViews {
 public:
     /// Makes the widgets on `canvas`. The tab key goes through them in the order of the controls.
-    FormViews(Form& form, QWidget& canvas);
+    /// What the user does to them goes through `gate`.
+    FormViews(Form& form, const MessageGate& gate, QWidget& canvas);
 
     void redraw_all();
     /// Tells assistive technologies what each control is called. A list or bar takes the name of
@@ -34,6 +36,7 @@ private:
     void set_tab_order() const;
 
     Form& m_form;
+    const MessageGate& m_gate;
     QWidget& m_canvas;
     std::vector<std::unique_ptr<WidgetView>> m_views;
     std::unordered_map<const Control*, WidgetView*> m_view_of;

@@ -4,6 +4,7 @@
 #include "platform/qt/child_window.h"
 #include "platform/qt/dialog_window.h"
 #include "platform/qt/main_window.h"
+#include "platform/qt/message_gate.h"
 #include "platform/qt/quiet_assistance.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/twips.h"
@@ -46,6 +47,7 @@ QString as_title(const std::string& caption)
 
 QtFormWindow::QtFormWindow(Form& form, MessageGate& gate, QWidget& top, QWidget& canvas)
     : m_form(&form)
+    , m_gate(gate)
     , m_top(&top)
     , m_canvas(canvas)
     , m_left(form.Left)
@@ -118,7 +120,7 @@ void QtFormWindow::make_and_show()
 {
     {
         const QuietAssistance quiet;
-        m_views.emplace(*m_form, m_canvas);
+        m_views.emplace(*m_form, m_gate, m_canvas);
         m_views->name_all();
     }
     show_first();
@@ -197,6 +199,8 @@ void QtFormWindow::report_client_size(const QSize& pixels)
 
 bool QtFormWindow::user_closes()
 {
+    if (m_top && !m_gate.lets_user_at(*m_top))
+        return false;
     bool gone = true;
     if (Form* form = m_form)
         attempt([&] { gone = form->user_closed(); });

@@ -45,6 +45,7 @@ protected:
     /// `canvas`, which lies in it.
     QtFormWindow(Form& form, MessageGate& gate, QWidget& top, QWidget& canvas);
 
+    MessageGate& gate() const { return m_gate; }
     Form* form() const { return m_form; }
     QWidget& top() const { return *m_top; }
     /// Its controls as drawn, which are made when it is first shown: a form sets hundreds of values
@@ -66,6 +67,7 @@ private:
     void move_to_place();
 
     Form* m_form;
+    MessageGate& m_gate;
     QPointer<QWidget> m_top;
     QWidget& m_canvas;
     std::optional<FormViews> m_views;

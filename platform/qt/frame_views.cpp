@@ -5,6 +5,7 @@
 #include "platform/controls/menu_item.h"
 #include "platform/failure.h"
 #include "platform/qt/child_widget.h"
+#include "platform/qt/message_gate.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/twips.h"
 
@@ -82,8 +83,9 @@ QIcon tool_icon(const std::string& key, const QStyle& style)
 
 // Menus ------------------------------------------------------------------------------------------
 
-MenuViews::MenuViews(Form& form, QMainWindow& window)
+MenuViews::MenuViews(Form& form, const MessageGate& gate, QMainWindow& window)
     : m_form(form)
+    , m_gate(gate)
 {
     for (Control* control : form.controls()) {
         if (auto* item = dynamic_cast<MenuItem*>(control))
@@ -104,8 +106,8 @@ void MenuViews::add(MenuItem& item, QMainWindow& window)
         m_menu_of[&item] = entry.menu;
     } else if (parent) {
         entry.action = parent->addAction(QString());
-        connect(entry.action, &QAction::triggered, this, [this, &item] {
-            if (!m_entries.empty())
+        connect(entry.action, &QAction::triggered, this, [this, &item, &window] {
+            if (!m_entries.empty() && m_gate.lets_user_at(window))
                 attempt([&] { item.user_choose(); });
         });
     } else {
@@ -177,7 +179,7 @@ QMenu* MenuViews::menu_of(const std::string& name) const
 
 // Tool bars --------------------------------------------------------------------------------------
 
-ToolBarView::ToolBarView(ToolBar& control, QMainWindow& window)
+ToolBarView::ToolBarView(ToolBar& control, const MessageGate& gate, QMainWindow& window)
     : m_control(&control)
     , m_bar(*window.addToolBar(QString()))
 {
@@ -192,8 +194,8 @@ ToolBarView::ToolBarView(ToolBar& control, QMainWindow& window)
             continue;
         }
         m_actions.push_back(m_bar.addAction(tool_icon(button.key(), *m_bar.style()), {}));
-        connect(m_actions.back(), &QAction::triggered, this, [this, index] {
-            if (m_control)
+        connect(m_actions.back(), &QAction::triggered, this, [this, index, &gate] {
+            if (m_control && gate.lets_user_at(m_bar))
                 attempt([&] { m_control->user_press(index); });
         });
     }

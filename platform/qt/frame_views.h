@@ -21,6 +21,7 @@ namespace tessavox {
 
 class Form;
 class MenuItem;
+class MessageGate;
 class StatusBar;
 class ToolBar;
 
@@ -28,7 +29,7 @@ class ToolBar;
 /// below it has nothing to offer and isn't shown.
 class MenuViews : public QObject, public ControlView {
 public:
-    MenuViews(Form& form, QMainWindow& window);
+    MenuViews(Form& form, const MessageGate& gate, QMainWindow& window);
     void control_changed() override;
     void detach() { m_entries.clear(); }
     /// The menu of a top-level item, or null.
@@ -48,6 +49,7 @@ private:
     bool has_something_to_offer(const MenuItem& item) const;
 
     Form& m_form;
+    const MessageGate& m_gate;
     std::vector<Entry> m_entries;
     std::unordered_map<const Control*, QMenu*> m_menu_of;
     bool m_update_is_due = false;
@@ -55,7 +57,7 @@ private:
 
 class ToolBarView : public QObject, public ControlView {
 public:
-    ToolBarView(ToolBar& control, QMainWindow& window);
+    ToolBarView(ToolBar& control, const MessageGate& gate, QMainWindow& window);
     void control_changed() override;
     void detach() { m_control = nullptr; }
 

@@ -73,10 +73,10 @@ MainWindow::MainWindow(Form& form, MessageGate& gate, std::unique_ptr<Frame> fra
     , m_documents(m_frame.documents)
 {
     m_frame.owner = this;
-    m_menus = std::make_unique<MenuViews>(form, m_frame);
+    m_menus = std::make_unique<MenuViews>(form, gate, m_frame);
     for (Control* control : form.controls()) {
         if (auto* bar = dynamic_cast<ToolBar*>(control); bar && !bar->Buttons().empty())
-            m_tool_bars.push_back(std::make_unique<ToolBarView>(*bar, m_frame));
+            m_tool_bars.push_back(std::make_unique<ToolBarView>(*bar, gate, m_frame));
         if (auto* bar = dynamic_cast<StatusBar*>(control))
             m_status_bars.push_back(std::make_unique<StatusBarView>(*bar, m_frame));
     }

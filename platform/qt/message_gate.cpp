@@ -2,6 +2,8 @@
 
 #include "platform/failure.h"
 
+#include <QApplication>
+
 #include <utility>
 
 namespace tessavox {
@@ -11,6 +13,12 @@ void MessageGate::post(std::function<void()> call)
     QMetaObject::invokeMethod(
         this, [this, call = std::move(call)]() mutable { arrived(std::move(call)); },
         Qt::QueuedConnection);
+}
+
+bool MessageGate::lets_user_at(const QWidget& widget) const
+{
+    const QWidget* modal = QApplication::activeModalWidget();
+    return !is_shut() && (!modal || modal == &widget || modal->isAncestorOf(&widget));
 }
 
 // Later calls line up after those that wait, also when they come before the waiting ones have run.

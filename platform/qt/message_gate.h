@@ -1,10 +1,13 @@
-// Holds back what the program has posted to itself while a command blocks it.
+// Holds back what the program has posted to itself, and refuses what the user does, while a command
+// blocks it.
 #pragma once
 
 #include <QObject>
 
 #include <deque>
 #include <functional>
+
+class QWidget;
 
 namespace tessavox {
 
@@ -16,6 +19,10 @@ public:
     /// wait.
     void post(std::function<void()> call);
     bool is_shut() const { return m_shut > 0; }
+    /// Whether the user may do something to `widget` now: no command blocks the program, and no
+    /// modal window that it isn't part of waits for an answer. The toolkit keeps mouse and keys
+    /// away by itself, but assistive technologies reach every control.
+    bool lets_user_at(const QWidget& widget) const;
 
     /// Shuts the gate for as long as it lives.
     class Shut {

@@ -85,18 +85,36 @@ protected:
     }
 };
 
-class CommandButtonView : public WidgetView {
+class PressView : public WidgetView {
+public:
+    PressView(Control& control, QAbstractButton& button, const Handler& press)
+        : WidgetView(control, button)
+    {
+        // A press by an assistive technology takes a moment, at whose end the work that refuses it
+        // may be over.
+        connect(&button, &QAbstractButton::pressed, this, [this] { m_counts = user_may_act(); });
+        connect(&button, &QAbstractButton::clicked, this, [this, press] {
+            user_did([&] {
+                if (m_counts)
+                    press();
+            });
+        });
+    }
+
+private:
+    bool m_counts = true;
+};
+
+class CommandButtonView : public PressView {
 public:
     CommandButtonView(CommandButton& control, QPushButton& button)
-        : WidgetView(control, button)
+        : PressView(control, button, [&control] { control.user_press(); })
         , m_control(control)
         , m_button(button)
         , m_sign(sign_of(control))
     {
         button.setAutoDefault(true); // so that Return presses it, as the blank does
         button.setFocusPolicy(Qt::StrongFocus);
-        connect(&button, &QPushButton::clicked, this,
-            [this] { user_did([this] { m_control.user_press(); }); });
     }
 
 private:
@@ -153,15 +171,13 @@ private:
     std::optional<TransportSign> m_sign;
 };
 
-class CheckBoxView : public WidgetView {
+class CheckBoxView : public PressView {
 public:
     CheckBoxView(CheckBox& control, QCheckBox& box)
-        : WidgetView(control, box)
+        : PressView(control, box, [&control] { control.user_toggle(); })
         , m_control(control)
         , m_box(box)
     {
-        connect(&box, &QCheckBox::clicked, this,
-            [this] { user_did([this] { m_control.user_toggle(); }); });
     }
 
 private:

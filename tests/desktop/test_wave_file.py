@@ -1,11 +1,12 @@
 """Reading into a wave file, and playing one."""
 
 import os
+import signal
 import subprocess
 import tempfile
 import unittest
 
-from bed import SILENCE_PEAK, Program, Recorder, forget_settings, keys, type_text, wait_for
+from bed import SILENCE_PEAK, Atspi, Program, Recorder, forget_settings, keys, type_text, wait_for
 
 TEXT = "One two three four five six seven eight nine ten."
 LONG_TEXT = "The quick brown fox jumps over the lazy dog, and the dog sleeps on.\n" * 4500
@@ -49,24 +50,41 @@ class WaveFile(unittest.TestCase):
                 self.assertEqual((soxi("-r", path), soxi("-b", path), soxi("-c", path)), expected)
                 self.assertTrue(2 < float(soxi("-D", path)) < 8, soxi("-D", path))
 
-    def test_a_long_save_shows_how_far_it_is_and_escape_ends_it_with_a_whole_file(self):
-        path = os.path.join(self.folder, "long.wav")
+    def long_save(self, name):
+        """Begins one, and returns its file and progress bar once some of it is done."""
+        path = os.path.join(self.folder, name)
         self.pane.text = LONG_TEXT
         self.pane.caret = 0
         self.save_as(path)
         progress = self.program.find("progress bar")
-        self.assertIn("Escape", progress.name)
         wait_for(lambda: progress.value > 0, "a share of the work")
+        return path, progress
+
+    def check_whole(self, path):
+        seconds = float(soxi("-D", path))
+        self.assertGreater(seconds, 1)
+        self.assertAlmostEqual(os.path.getsize(path), 44 + seconds * 48000 * 4, delta=200)
+
+    def test_a_long_save_shows_how_far_it_is_and_escape_ends_it_with_a_whole_file(self):
+        path, progress = self.long_save("long.wav")
+        self.assertIn("Escape", progress.name)
+        read = self.program.find_all("push button", "Read")[0]
+        Atspi.Action.do_action(read.node, 0)  # nothing else of the program runs meanwhile
         keys("Escape")
         wait_for(lambda: not self.program.find_all("progress bar"), "the window goes away")
         self.program.wait_until_idle()
         self.assertIsNone(self.program.message())
-        seconds = float(soxi("-D", path))
-        self.assertGreater(seconds, 1)
-        self.assertAlmostEqual(os.path.getsize(path), 44 + seconds * 48000 * 4, delta=200)
+        self.check_whole(path)
         self.pane.caret = 0
         self.program.read()
         self.recorder.wait_for_sound()
+
+    def test_the_system_ends_a_long_save_and_the_program_and_leaves_a_whole_file(self):
+        path, _ = self.long_save("ended.wav")
+        self.program.process.send_signal(signal.SIGTERM)
+        self.program.answer(self.program.wait_for_message(), "No")  # to save the changed text
+        self.assertEqual(self.program.process.wait(30), 0)
+        self.check_whole(path)
 
     def test_selection_rest_and_clipboard_are_saved_and_nothing_else(self):
         four, eight = TEXT.index("four"), TEXT.index("eight")

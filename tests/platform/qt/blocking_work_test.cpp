@@ -1,12 +1,21 @@
 #include "platform/qt/blocking_work.h"
 
 #include "platform/controls/timer.h"
+#include "platform/qt/end_signals.h"
 #include "tests/platform/qt/demo_form.h"
 
 #include <QAccessible>
+#include <QCheckBox>
 #include <QDialog>
+#include <QMainWindow>
+#include <QMenu>
 #include <QPointer>
+#include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
+#include <QToolBar>
+
+#include <csignal>
 
 #include <gtest/gtest.h>
 
@@ -90,9 +99,18 @@ TEST_F(Blocking, TicksGoOnWhileAHandlerAsksSomethingButNotThoseOfItsOwnTimer)
     other->Unload();
 }
 
-TEST_F(Blocking, AWindowTellsTheShareAndEscapeOrItsCloseButtonEndsTheWork)
+// Escape, the button of the window, and the system.
+TEST_F(Blocking, AWindowTellsTheShareAndTheWorkCanBeEnded)
 {
-    for (const bool by_key : { true, false }) {
+    const std::function<void(QWidget&)> ends[] = {
+        [](QWidget& window) { QTest::keyClick(&window, Qt::Key_Escape); },
+        [](QWidget& window) { window.close(); },
+        [](QWidget&) { std::raise(SIGTERM); },
+    };
+    bool has_ended = false;
+    const EndSignals end_signals(desktop.gate, [&] { has_ended = true; });
+    work.end_is_wanted = [&] { return end_signals.is_wanted(); };
+    for (const auto& end : ends) {
         QPointer<QWidget> seen;
         std::string told;
         const bool complete = work.wait(
@@ -103,10 +121,7 @@ TEST_F(Blocking, AWindowTellsTheShareAndEscapeOrItsCloseButtonEndsTheWork)
                     auto* const accessible = QAccessible::queryAccessibleInterface(bar);
                     told = accessible->text(QAccessible::Name).toStdString() + " "
                         + accessible->valueInterface()->currentValue().toString().toStdString();
-                    if (by_key)
-                        QTest::keyClick(seen, Qt::Key_Escape);
-                    else
-                        seen->close();
+                    end(*seen);
                 }
                 return 0.25;
             });
@@ -115,6 +130,46 @@ TEST_F(Blocking, AWindowTellsTheShareAndEscapeOrItsCloseButtonEndsTheWork)
         EXPECT_FALSE(seen);
         EXPECT_FALSE(desktop.gate.is_shut());
     }
+    EXPECT_TRUE(end_signals.is_wanted());
+    EXPECT_FALSE(has_ended);
+}
+
+TEST_F(Blocking, AssistiveTechnologiesCanDoNothingMeanwhile)
+{
+    const auto child = desktop.open();
+    int done = 0;
+    child->button.Click = child->check.Click = desktop.main->mnuFileNew.Click = [&] { ++done; };
+    desktop.main->bar.ButtonClick = [&](int) { ++done; };
+    desktop.settle();
+    const auto act = [&] {
+        desktop.find<QPushButton>("SpeakBtn").click();
+        desktop.find<QCheckBox>("check").click();
+        desktop.find<QMenu>("mnuFile").actions().front()->trigger();
+        desktop.find<QToolBar>("bar").actions().front()->trigger();
+        desktop.find<QScrollBar>("slider").setValue(5);
+        desktop.find<QMainWindow>("DemoMain").close();
+        desktop.settle();
+    };
+    int looks = 0;
+    work.wait(
+        "Busy", [&] { return ++looks > 2; },
+        [&] {
+            act();
+            return 0.0;
+        });
+    EXPECT_TRUE(desktop.main->is_loaded());
+    EXPECT_EQ(child->slider.Value, 0);
+    EXPECT_EQ(desktop.find<QScrollBar>("slider").value(), 0);
+    QDialog question;
+    question.setModal(true);
+    question.show();
+    act();
+    question.hide();
+    EXPECT_EQ(done, 0);
+    desktop.main->refuses_to_go = true;
+    act();
+    EXPECT_EQ(done, 4);
+    EXPECT_EQ(child->slider.Value, 5);
 }
 
 } // namespace
