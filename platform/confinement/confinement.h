@@ -13,7 +13,9 @@ namespace tessavox {
 struct Confinement {
     std::vector<std::string> readable; // files, and folders with all that lies below them
     std::string writable; // a folder where files may be written too; empty: nowhere
-    bool may_execute = false; // programs among `readable`; they stand within the same walls
+    // Programs among `readable`, with children of their own. They stand within the same walls, and
+    // can't leave the process group. What a session's programs ask of each other stays shut.
+    bool may_execute = false;
     std::uint64_t most_memory_bytes = 0; // of address space; 0: as much as there is
     std::uint64_t most_file_bytes = 0; // length of a file that it writes
 };

@@ -102,6 +102,9 @@ bool confine_files(const Confinement& confinement)
     if (!confinement.writable.empty())
         allowed = allow(ruleset, confinement.writable, (read_folder | write_files) & rules.files)
             && allowed;
+    // Hardly a script can do without it.
+    if (confinement.may_execute)
+        allowed = allow(ruleset, "/dev/null", read_file | (write_files & rules.files)) && allowed;
     return allowed && syscall(SYS_landlock_restrict_self, ruleset.get(), 0) == 0;
 }
 

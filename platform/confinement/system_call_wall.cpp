@@ -9,6 +9,7 @@
 #include <sched.h>
 #include <seccomp.h>
 #include <span>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace tessavox::walls {
@@ -119,18 +120,78 @@ constexpr int writing[] = {
     SCMP_SYS(rmdir),
 };
 
+// What programs of others need to run at all: shells, interpreters, and what computes on many
+// threads. None of it leaves the process group, so that whoever started it can end it whole.
 constexpr int executing[] = {
+    // programs and their children
     SCMP_SYS(execve),
     SCMP_SYS(clone),
     SCMP_SYS(fork),
     SCMP_SYS(vfork),
     SCMP_SYS(wait4),
     SCMP_SYS(waitid),
-    SCMP_SYS(dup3),
     SCMP_SYS(arch_prctl),
     SCMP_SYS(set_tid_address),
     SCMP_SYS(prlimit64),
+    SCMP_SYS(socketpair),
+    // descriptors and files
+    SCMP_SYS(dup3),
+    SCMP_SYS(pwritev),
+    SCMP_SYS(readahead),
+    SCMP_SYS(sendfile),
+    SCMP_SYS(splice),
+    SCMP_SYS(copy_file_range),
+    SCMP_SYS(flock),
+    SCMP_SYS(chdir),
+    SCMP_SYS(fchdir),
+    SCMP_SYS(getdents),
+    SCMP_SYS(chmod),
+    SCMP_SYS(fchmod),
+    SCMP_SYS(fchmodat),
+    SCMP_SYS(utimensat),
+    SCMP_SYS(truncate),
+    SCMP_SYS(epoll_create),
+    SCMP_SYS(epoll_create1),
+    SCMP_SYS(epoll_ctl),
+    SCMP_SYS(epoll_wait),
+    SCMP_SYS(epoll_pwait),
+    SCMP_SYS(eventfd),
+    SCMP_SYS(timerfd_create),
+    SCMP_SYS(timerfd_settime),
+    SCMP_SYS(signalfd4),
+    SCMP_SYS(memfd_create),
+    // memory and processors
+    SCMP_SYS(msync),
+    SCMP_SYS(mlock),
+    SCMP_SYS(munlock),
+    SCMP_SYS(mbind),
+    SCMP_SYS(get_mempolicy),
+    SCMP_SYS(getcpu),
+    SCMP_SYS(sched_setaffinity),
+    SCMP_SYS(sched_getparam),
+    SCMP_SYS(sched_getscheduler),
+    SCMP_SYS(sched_get_priority_max),
+    SCMP_SYS(sched_get_priority_min),
+    SCMP_SYS(getpriority),
+    // signals and timers of its own
+    SCMP_SYS(alarm),
+    SCMP_SYS(pause),
+    SCMP_SYS(setitimer),
+    SCMP_SYS(getitimer),
+    SCMP_SYS(timer_create),
+    SCMP_SYS(timer_settime),
+    SCMP_SYS(timer_delete),
+    SCMP_SYS(rt_sigpending),
+    SCMP_SYS(rt_sigsuspend),
+    SCMP_SYS(rt_sigtimedwait),
+    // who it is
     SCMP_SYS(getpgrp),
+    SCMP_SYS(getpgid),
+    SCMP_SYS(getsid),
+    SCMP_SYS(getgroups),
+    SCMP_SYS(getresuid),
+    SCMP_SYS(getresgid),
+    SCMP_SYS(capget),
 };
 
 class Filter {
@@ -189,6 +250,14 @@ void allow_threads(Filter& filter)
     filter.allow(SCMP_SYS(clone), argument(0, SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD));
 }
 
+// Asking whether a descriptor is a terminal, and what is common to all descriptors. Terminals
+// themselves take commands by the same call.
+void allow_descriptor_controls(Filter& filter)
+{
+    for (const scmp_datum_t request : { TCGETS, FIOCLEX, FIONCLEX, FIONBIO, FIONREAD })
+        filter.allow(SCMP_SYS(ioctl), argument(1, SCMP_CMP_MASKED_EQ, 0xFFFF'FFFF, request));
+}
+
 // What concerns this process, and no other.
 void allow_own(Filter& filter)
 {
@@ -211,10 +280,12 @@ bool confine_system_calls(const Confinement& confinement)
         allow_opening_to_read(filter);
     else
         filter.allow_all(writing);
-    if (confinement.may_execute)
+    if (confinement.may_execute) {
         filter.allow_all(executing);
-    else
+        allow_descriptor_controls(filter);
+    } else {
         allow_threads(filter);
+    }
     allow_own(filter);
     return filter.put_up();
 }
