@@ -55,7 +55,10 @@ std::shared_ptr<voice::SpeechEngines> start_engines()
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
     voice::HelperOptions options;
-    options.path = program.parent_path() / "tessavox-voice-helper";
+    const std::filesystem::path folder = program.parent_path();
+    options.path = folder / "tessavox-voice-helper";
+    options.shipped_voices
+        = find_app_folder(folder, TESSAVOX_BUILD_FOLDER, TESSAVOX_SOURCE_SHARE) + "/voices";
     return voice::start_helper_engines(std::move(options));
 }
 

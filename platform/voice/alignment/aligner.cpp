@@ -47,9 +47,11 @@ AlignedMarks Aligner::align(
     VoiceLearner better = m_voice;
     learn(better, rows, draft, vectors);
     const WarpPath path = warp(rows.rows_for(better), vectors, levels);
-    if (m_voice.trusts(draft.cost))
+    AlignedMarks marks = map_marks(reference, rows, path, place);
+    marks.doubtful = !m_voice.trusts(draft.cost);
+    if (!marks.doubtful)
         learn(m_voice, rows, path, vectors);
-    return map_marks(reference, rows, path, place);
+    return marks;
 }
 
 } // namespace tessavox::voice

@@ -22,6 +22,9 @@ struct AlignedPhone {
 struct AlignedMarks {
     std::vector<std::uint64_t> words; // one for each of the reference; never falls
     std::vector<AlignedPhone> phones; // one after the other, none empty
+    // Whether both are far less alike than this voice and its references have been: it may have
+    // said something else.
+    bool doubtful = false;
 };
 
 /// The sound that marks are carried to.

@@ -56,8 +56,6 @@ constexpr float target_stretch = 1.1F;
 constexpr float target_mean = 95;
 constexpr float target_deviation = 11;
 
-constexpr double emphasis_slowdown = 0.9;
-constexpr double emphasis_pitch = 1.08;
 constexpr double emphasis_gain = 1.25;
 
 // What stays of a pause at the start of an utterance, and at the end of one that ends no sentence.
@@ -298,8 +296,10 @@ public:
         const SpeechStyle& style = utterance.style;
         const SpokenText text = ascii_text(utterance);
         const auto phones = replacing_phones(utterance);
-        const double speed = speed_factor(request.rate) * (style.emphasis ? emphasis_slowdown : 1);
-        const double pitch = pitch_factor(style.pitch) * (style.emphasis ? emphasis_pitch : 1);
+        const double speed
+            = speed_factor(request.rate) * (style.emphasis ? emphasis_speed_factor : 1);
+        const double pitch
+            = pitch_factor(style.pitch) * (style.emphasis ? emphasis_pitch_factor : 1);
 
         Rendering rendering = synthesize(*row, text, phones, speed, pitch, utterance, cancelled);
         const std::vector<bool> silent = silent_in_ascii(utterance);

@@ -33,8 +33,7 @@ constexpr int normal_range = 50;
 // the normal duration is lost so at three times the speed, measured with three of them.
 constexpr double lost_at_thrice = 0.0134;
 
-// An emphasised word is said slower and with a livelier melody.
-constexpr double emphasis_slowdown = 0.9;
+// An emphasised word has a livelier melody.
 constexpr int emphasis_pitch = 6;
 constexpr int emphasis_range = 30;
 
@@ -73,11 +72,11 @@ EspeakSpeed espeak_speed(int rate, bool emphasis)
             = words_per_minute[static_cast<std::size_t>(rate - slowest_own_rate)];
     if (!emphasis)
         return speed;
-    if (speed.words_per_minute * emphasis_slowdown >= slowest.words_per_minute)
+    if (speed.words_per_minute * emphasis_speed_factor >= slowest.words_per_minute)
         speed.words_per_minute
-            = static_cast<int>(std::lround(speed.words_per_minute * emphasis_slowdown));
+            = static_cast<int>(std::lround(speed.words_per_minute * emphasis_speed_factor));
     else
-        speed.stretch *= emphasis_slowdown;
+        speed.stretch *= emphasis_speed_factor;
     return speed;
 }
 

@@ -9,6 +9,10 @@ double speed_factor(int rate);
 /// The factor of a pitch -10..10: 2^(pitch/24).
 double pitch_factor(int pitch);
 
+/// What an emphasis makes of both, where an engine has no other means.
+constexpr double emphasis_speed_factor = 0.9;
+constexpr double emphasis_pitch_factor = 1.08;
+
 /// The factor on the durations of flite's statistical voices that makes them `speed` times as fast.
 double shrunken_duration(double speed);
 

@@ -41,7 +41,7 @@ private:
 std::unique_ptr<Engine> make_espeak_engine();
 std::unique_ptr<Engine> make_flite_engine();
 
-/// espeak-ng first, then flite.
-std::unique_ptr<VoiceCatalog> make_installed_catalog();
+/// espeak-ng first, then flite, then what else there is.
+std::unique_ptr<VoiceCatalog> make_installed_catalog(std::unique_ptr<Engine> more = nullptr);
 
 } // namespace tessavox::voice

@@ -1,9 +1,14 @@
+//   tessavox-voice-helper [--voices FOLDER]
 // Speaks utterances for another process, which started it and feeds it over a socket: confines
 // itself, greets on descriptor 1, and then answers there what is asked on descriptor 0. Ends with
-// that, or when it is asked nonsense.
+// that, or when it is asked nonsense. FOLDER has the descriptions that come with the program.
+//   tessavox-voice-helper --check FILE
+// Tells what is wrong with the description of a voice or with a Piper model.
 #include "platform/confinement/confinement.h"
 #include "platform/failure.h"
 #include "platform/voice/engines/voice_catalog.h"
+#include "platform/voice/helper/voice_check.h"
+#include "platform/voice/programs/program_engine.h"
 #include "platform/voice/rendering/render_wire.h"
 
 #include <array>
@@ -148,13 +153,15 @@ std::optional<Rendering> render(
 
 // The walls stand before an engine is started: espeak-ng would look for a sound server, although it
 // is never to be heard here, and wait half a minute for one that hangs.
-std::vector<std::string> put_up_walls()
+std::vector<std::string> put_up_walls(const VoiceFolders& natural)
 {
     Confinement walls;
     walls.readable = { "/lib", "/lib64", "/usr/lib", "/usr/lib64", "/usr/local/lib",
         "/usr/share/espeak-ng-data", "/usr/local/share/espeak-ng-data", "/etc/ld.so.cache" };
     if (const char* data = std::getenv("ESPEAK_DATA_PATH"))
         walls.readable.emplace_back(data);
+    for (const auto* folders : { &natural.descriptions, &natural.piper })
+        walls.readable.insert(walls.readable.end(), folders->begin(), folders->end());
     walls.most_memory_bytes = most_memory_bytes;
     return confine(walls);
 }
@@ -181,21 +188,22 @@ private:
     int m_errors;
 };
 
-std::unique_ptr<VoiceCatalog> start_engines_within_walls()
+std::unique_ptr<VoiceCatalog> start_engines_within_walls(
+    const VoicePlaces& places, EngineKeeper& keeper)
 {
     std::vector<std::string> gaps;
     std::unique_ptr<VoiceCatalog> catalog;
     {
         const SilentErrors silence;
-        gaps = put_up_walls();
-        catalog = make_installed_catalog();
+        gaps = put_up_walls(places.folders);
+        catalog = make_installed_catalog(make_program_engine(places, keeper));
     }
     for (const std::string& gap : gaps)
         std::fprintf(stderr, "tessavox-voice-helper: %s\n", gap.c_str());
     return catalog;
 }
 
-[[noreturn]] void run_speaking_helper()
+[[noreturn]] void run_speaking_helper(const std::string& shipped_voices)
 {
     // The input ends with the parent; this is for a parent that dies while the helper is stopped.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -203,7 +211,9 @@ std::unique_ptr<VoiceCatalog> start_engines_within_walls()
     std::set_new_handler([] { _exit(out_of_memory); });
     constexpr unsigned int first_foreign = STDERR_FILENO + 1;
     close_range(first_foreign, ~0U, 0); // what a library of the parent's left open
-    const auto catalog = start_engines_within_walls();
+    const VoicePlaces places = voice_places(shipped_voices);
+    EngineKeeper keeper(places); // before there are walls and threads
+    const auto catalog = start_engines_within_walls(places, keeper);
     OrderBox box;
     std::thread([&box] { receive(box); }).detach();
     WireBytes message;
@@ -224,7 +234,11 @@ std::unique_ptr<VoiceCatalog> start_engines_within_walls()
 
 } // namespace tessavox::voice
 
-int main()
+int main(int count, char** arguments)
 {
-    tessavox::voice::run_speaking_helper();
+    using namespace tessavox::voice;
+    const std::string_view option = count == 3 ? arguments[1] : "";
+    if (option == "--check")
+        return check_voice(arguments[2]);
+    run_speaking_helper(option == "--voices" ? arguments[2] : "");
 }

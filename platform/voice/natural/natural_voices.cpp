@@ -113,8 +113,10 @@ public:
         if (program.empty())
             throw Failure("no program " + description.command.front() + " is installed");
         description.command.front() = program;
+        for (fs::path& place : description.reads)
+            place = full_path(place, file);
         if (!description.model.empty()) {
-            description.model = file.parent_path() / description.model;
+            description.model = full_path(description.model, file);
             if (!is_file(description.model))
                 throw Failure("there is no model " + description.model.string());
         }
@@ -146,6 +148,14 @@ public:
     NaturalVoices take_found() { return std::move(m_found); }
 
 private:
+    // A path in a description, from its own folder or by "~/" from the user's home.
+    fs::path full_path(const fs::path& path, const fs::path& description) const
+    {
+        const std::string& text = path.native();
+        return text.starts_with("~/") ? fs::path(m_programs.home) / text.substr(2)
+                                      : description.parent_path() / path;
+    }
+
     static PiperConfig config_of(const fs::path& model)
     {
         const fs::path file = model.string() + ".json";
@@ -203,6 +213,30 @@ NaturalVoices find_natural_voices(const VoiceFolders& folders, const VoiceProgra
         for (const fs::path& folder : folders.piper)
             search.add_each(files_in(folder, ".onnx"), &Search::add_piper_model);
     return search.take_found();
+}
+
+NaturalVoice read_natural_voice(const fs::path& file, const VoicePrograms& programs)
+{
+    Search search(programs);
+    if (file.extension() != ".onnx")
+        search.add_description(file);
+    else if (programs.piper.empty())
+        throw Failure("no program piper or piper-tts is installed");
+    else
+        search.add_piper_model(file);
+    return search.take_found().voices.at(0);
+}
+
+std::string find_piper(const std::string& search_path)
+{
+    if (const fs::path program = find_program("piper-tts", search_path); !program.empty())
+        return program;
+    // Debian has a program of this name that sets up mice: a short script that opens windows.
+    const fs::path program = find_program("piper", search_path);
+    constexpr std::size_t longest_script = 65'536;
+    std::string script;
+    attempt([&] { script = read_small_file(program, longest_script); });
+    return script.find("gi.require_version") == std::string::npos ? program : fs::path();
 }
 
 fs::path find_program(const std::string& name, const std::string& search_path)

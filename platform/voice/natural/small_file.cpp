@@ -2,6 +2,8 @@
 
 #include "platform/failure.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <system_error>
 
@@ -39,21 +41,16 @@ std::string read_small_file(const std::filesystem::path& path, std::size_t most_
     struct stat facts { };
     if (::fstat(file.number(), &facts) != 0 || !S_ISREG(facts.st_mode))
         throw Failure("is no plain file");
-    std::string text(most_bytes + 1, '\0');
-    std::size_t length = 0;
-    while (length < text.size()) {
-        const ssize_t got = ::read(file.number(), text.data() + length, text.size() - length);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0)
+    std::string text;
+    std::array<char, 65'536> piece{};
+    for (ssize_t got = 1; got != 0;) {
+        got = ::read(file.number(), piece.data(), piece.size());
+        if (got < 0 && errno != EINTR)
             throw Failure("can't be read: " + std::generic_category().message(errno));
-        if (got == 0)
-            break;
-        length += static_cast<std::size_t>(got);
+        text.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+        if (text.size() > most_bytes)
+            throw Failure("is larger than " + std::to_string(most_bytes) + " bytes");
     }
-    if (length > most_bytes)
-        throw Failure("is larger than " + std::to_string(most_bytes) + " bytes");
-    text.resize(length);
     return text;
 }
 

@@ -21,8 +21,11 @@ constexpr int highest_rate = 48000;
 
 constexpr std::array<std::string_view, 3> genders{ "Male", "Female", "Neutral" };
 constexpr std::array<std::string_view, 4> ages{ "Child", "Teen", "Adult", "Senior" };
-constexpr std::array<std::string_view, 5> placeholders{ "{text}", "{out}", "{dir}", "{model}",
-    "{speaker}" };
+// ASCII is English, with signs by their names.
+constexpr std::array<std::string_view, 5> encodings{ "UTF-8", "ASCII", "ISO-8859-1", "ISO-8859-2",
+    "ISO-8859-15" };
+constexpr std::array<std::string_view, 6> placeholders{ "{text}", "{out}", "{dir}", "{model}",
+    "{speaker}", "{folder}" };
 
 struct ModeRow {
     std::string_view name;
@@ -108,7 +111,8 @@ void check_placeholders(std::string_view argument)
         const std::string_view name
             = argument.substr(at, end == argument.npos ? end : end + 1 - at);
         if (std::ranges::find(placeholders, name) == placeholders.end())
-            throw Failure(quoted(name) + " is none of {text} {out} {dir} {model} {speaker}");
+            throw Failure(
+                quoted(name) + " is none of {text} {out} {dir} {model} {speaker} {folder}");
     }
 }
 
@@ -166,6 +170,15 @@ constexpr KeyRow keys[] = {
     { "Speaker", false,
         [](VoiceDescription& description, std::string_view value) {
             description.speaker = number_in(value, 0, highest_speaker);
+        } },
+    { "Reads", false,
+        [](VoiceDescription& description, std::string_view value) {
+            for (const std::string& path : split_arguments(value))
+                description.reads.emplace_back(path);
+        } },
+    { "Encoding", false,
+        [](VoiceDescription& description, std::string_view value) {
+            description.encoding = one_of(value, encodings);
         } },
     { "Reference", false,
         [](VoiceDescription& description, std::string_view value) {

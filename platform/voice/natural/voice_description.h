@@ -37,6 +37,8 @@ struct VoiceDescription {
     std::vector<std::string> command;
     std::filesystem::path model; // for {model}; empty if there is none
     std::optional<int> speaker; // for {speaker}
+    std::vector<std::filesystem::path> reads; // what it reads elsewhere than where programs lie
+    std::string encoding = "UTF-8"; // of its input
     std::string reference; // espeak-ng's voice to align with; empty: the language's own
     int sample_rate = 0; // Hz; 0: what the sound itself says
 };

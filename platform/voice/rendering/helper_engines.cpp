@@ -1,12 +1,14 @@
 #include "platform/voice/rendering/helper_engines.h"
 
 #include "platform/failure.h"
+#include "platform/voice/natural/natural_voices.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <deque>
 #include <mutex>
 #include <poll.h>
+#include <span>
 #include <string_view>
 #include <thread>
 #include <vector>
@@ -142,6 +144,11 @@ private:
         return { m_voices->tokens()[static_cast<std::size_t>(job.voice)].id, job.rate,
             job.result.utterance };
     }
+    bool is_natural(const Job& job) const
+    {
+        return job.voice >= 0
+            && is_natural_voice(m_voices->tokens()[static_cast<std::size_t>(job.voice)].id);
+    }
     // Ends the wait for what no helper will answer, and orders one for what comes next.
     void settle_hopeless()
     {
@@ -157,7 +164,7 @@ private:
         for (Job& job : m_jobs) {
             if (job.state != Job::State::waiting)
                 continue;
-            HelperProcess* helper = idlest();
+            HelperProcess* helper = idlest(is_natural(job));
             if (!helper)
                 break;
             helper->assign(job.number, request_for(job));
@@ -165,12 +172,15 @@ private:
         }
         exchange();
     }
-    // The helper with the least to do, or none if all have enough.
-    HelperProcess* idlest()
+    // The helper with the least to do, or none if all have enough. A natural voice's program and
+    // its model are loaded by one of them only.
+    HelperProcess* idlest(bool for_a_natural_voice)
     {
         HelperProcess* best = nullptr;
         std::size_t least = 0;
-        for (const auto& helper : m_helpers) {
+        for (const auto& helper : std::span(m_helpers).first(for_a_natural_voice
+                     ? std::min<std::size_t>(m_helpers.size(), 1)
+                     : m_helpers.size())) {
             std::size_t load = 0;
             for (const std::uint64_t number : helper->jobs())
                 if (const Job* job = find(number))
@@ -248,7 +258,10 @@ private:
         const Job* job = find(helper.jobs().front());
         const auto units = static_cast<std::int64_t>(job ? job->units() : 0);
         const HelperPatience& patience = m_pool.patience();
-        return helper.waiting_since() + patience.at_least + patience.per_unit * units;
+        // The helper waits as long for a natural voice's program, asks it twice, and then has the
+        // reference voice read.
+        const int times = job && is_natural(*job) ? 3 : 1;
+        return helper.waiting_since() + (patience.at_least + patience.per_unit * units) * times;
     }
     void wait()
     {
@@ -287,7 +300,7 @@ class HelperEngines : public SpeechEngines {
 public:
     explicit HelperEngines(HelperOptions options)
         : m_options(std::move(options))
-        , m_pool(m_options.path, m_options.patience)
+        , m_pool({ m_options.path, "--voices", m_options.shipped_voices }, m_options.patience)
     {
     }
     const std::shared_ptr<const VoiceCatalog>& voices() override

@@ -14,6 +14,7 @@ struct HelperOptions {
     std::string path; // of the program that speaks
     int most_for_a_file = 0; // how many of it render into a file; 0: as many as processors
     HelperPatience patience;
+    std::string shipped_voices = {}; // the folder of descriptions that come with the program
 };
 
 /// Starts the first helper at once and does not wait for it. Without the program there are no

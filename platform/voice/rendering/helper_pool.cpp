@@ -42,8 +42,8 @@ std::vector<std::unique_ptr<HelperProcess>> HelperPool::Orders::collect()
     return std::exchange(m_helpers, {});
 }
 
-HelperPool::HelperPool(std::string helper_path, HelperPatience patience)
-    : m_path(std::move(helper_path))
+HelperPool::HelperPool(std::vector<std::string> command, HelperPatience patience)
+    : m_command(std::move(command))
     , m_patience(patience)
     , m_thread([this] { run(); })
 {
@@ -95,7 +95,7 @@ void HelperPool::deliver(Orders& orders, std::unique_ptr<HelperProcess> helper)
 std::unique_ptr<HelperProcess> HelperPool::start_one() const
 {
     std::unique_ptr<HelperProcess> helper;
-    attempt([&] { helper = std::make_unique<HelperProcess>(m_path); });
+    attempt([&] { helper = std::make_unique<HelperProcess>(m_command); });
     return helper;
 }
 

@@ -41,7 +41,7 @@ public:
     };
 
     /// Begins to start one at once.
-    HelperPool(std::string helper_path, HelperPatience patience);
+    HelperPool(std::vector<std::string> command, HelperPatience patience);
     ~HelperPool(); // after the last helper has gone
 
     /// Waits for the first greeting. No voices if no helper can be brought to greet.
@@ -60,7 +60,7 @@ private:
     std::unique_ptr<HelperProcess> start_one() const;
     static void deliver(Orders& orders, std::unique_ptr<HelperProcess> helper);
 
-    const std::string m_path;
+    const std::vector<std::string> m_command;
     const HelperPatience m_patience;
     std::atomic<std::uint64_t> m_last_job{ 0 };
     std::mutex m_mutex; // guards what follows

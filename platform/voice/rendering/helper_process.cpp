@@ -51,22 +51,24 @@ private:
 
 } // namespace
 
-HelperProcess::HelperProcess(const std::string& path)
+HelperProcess::HelperProcess(std::vector<std::string> command)
 {
     int ends[2];
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
         throw Failure("no socket for a helper");
     m_descriptor = ends[0];
     fcntl(m_descriptor, F_SETFL, O_NONBLOCK);
-    std::string program = path;
-    char* const arguments[] = { program.data(), nullptr };
+    std::vector<char*> arguments;
+    for (std::string& argument : command)
+        arguments.push_back(argument.data());
+    arguments.push_back(nullptr);
     const SpawnSettings settings(ends[1]);
-    const int error = posix_spawn(
-        &m_process, path.c_str(), settings.actions(), settings.attributes(), arguments, environ);
+    const int error = posix_spawn(&m_process, arguments.front(), settings.actions(),
+        settings.attributes(), arguments.data(), environ);
     close(ends[1]);
     if (error != 0) {
         close(m_descriptor);
-        throw Failure("can't start " + path + ": " + std::strerror(error));
+        throw Failure("can't start " + command.front() + ": " + std::strerror(error));
     }
 }
 

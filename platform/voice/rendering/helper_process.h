@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <string>
+#include <vector>
 
 #include <sys/types.h>
 
@@ -15,10 +16,11 @@ namespace tessavox::voice {
 /// Ends with this object: the process is killed and waited for, so none is left behind.
 class HelperProcess {
 public:
-    /// Starts `path` with both its standard input and output on one socket. The helper ends with
-    /// the thread that calls this, if this object doesn't end it before.
+    /// Starts a program, by its path and its arguments, with both its standard input and output on
+    /// one socket. The helper ends with the thread that calls this, if this object doesn't end it
+    /// before.
     /// @throws Failure if it can't be started.
-    explicit HelperProcess(const std::string& path);
+    explicit HelperProcess(std::vector<std::string> command);
     ~HelperProcess();
     HelperProcess(const HelperProcess&) = delete;
     HelperProcess& operator=(const HelperProcess&) = delete;

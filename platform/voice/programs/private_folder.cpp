@@ -1,0 +1,92 @@
+#include "platform/voice/programs/private_folder.h"
+
+#include "platform/failure.h"
+
+#include <cstdlib>
+#include <string>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace tessavox::voice {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view name_start = "tessavox-engine-";
+
+fs::path place_of_folders()
+{
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    std::error_code error;
+    if (runtime && runtime[0] == '/' && fs::is_directory(runtime, error))
+        return runtime;
+    return fs::temp_directory_path(error);
+}
+
+// The descriptor of a folder of ours that nobody holds, which is then locked; -1 if it is held, is
+// another user's or is none.
+int locked_folder(const fs::path& path)
+{
+    const int folder = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    struct stat facts { };
+    if (folder >= 0 && fstat(folder, &facts) == 0 && facts.st_uid == geteuid()
+        && flock(folder, LOCK_EX | LOCK_NB) == 0)
+        return folder;
+    if (folder >= 0)
+        close(folder);
+    return -1;
+}
+
+void remove_what_others_left(const fs::path& place)
+{
+    std::error_code error;
+    for (fs::directory_iterator entry(place, error); !error && entry != fs::end(entry);
+         entry.increment(error)) {
+        const fs::path path = entry->path();
+        if (!path.filename().native().starts_with(name_start))
+            continue;
+        if (const int lock = locked_folder(path); lock >= 0) {
+            std::error_code ignored;
+            fs::remove_all(path, ignored);
+            close(lock);
+        }
+    }
+}
+
+} // namespace
+
+PrivateFolder::PrivateFolder()
+{
+    const fs::path place = place_of_folders();
+    remove_what_others_left(place);
+    // Another process may take a new folder for one that was left, until it is locked.
+    constexpr int most_attempts = 10;
+    for (int attempts = 0; attempts < most_attempts && m_lock < 0; ++attempts) {
+        std::string name = (place / name_start).native() + "XXXXXX";
+        if (!mkdtemp(name.data()))
+            break;
+        m_path = name;
+        m_lock = locked_folder(m_path);
+        struct stat facts { };
+        if (m_lock >= 0 && stat(name.c_str(), &facts) != 0) {
+            close(m_lock);
+            m_lock = -1;
+        }
+    }
+    if (m_lock < 0)
+        throw Failure("no private folder can be made in " + place.string());
+}
+
+PrivateFolder::~PrivateFolder()
+{
+    std::error_code ignored;
+    fs::remove_all(m_path, ignored);
+    close(m_lock);
+}
+
+} // namespace tessavox::voice
