@@ -34,7 +34,7 @@ void ReadingAhead::order()
     for (;;) {
         if (m_ordered == m_items.size() && (far_enough() || !read_one()))
             return;
-        Item& item = m_items[m_ordered];
+        Spoken& item = m_items[m_ordered];
         if (const auto* utterance = std::get_if<Utterance>(&item.item)) {
             if (!m_engines.wants_more())
                 return;
@@ -51,7 +51,7 @@ bool ReadingAhead::far_enough() const
     if (m_pace == Pace::Fast)
         return m_items.size() >= most_items_ahead;
     std::size_t units = 0;
-    for (const Item& item : m_items) {
+    for (const Spoken& item : m_items) {
         const auto* utterance = std::get_if<Utterance>(&item.item);
         units += utterance ? utterance->text.size() : 0;
     }
@@ -68,7 +68,7 @@ bool ReadingAhead::read_one()
         return false;
     }
     const bool first = std::holds_alternative<Utterance>(*item) && std::exchange(m_first, false);
-    m_items.push_back({ { std::move(*item), std::move(place) } });
+    m_items.push_back({ { std::move(*item), std::move(place) }, -1, 0, {} });
     if (first && m_pace == Pace::Live)
         divide_first();
     return true;
@@ -77,12 +77,12 @@ bool ReadingAhead::read_one()
 // The sound starts when the first utterance is rendered, so a very long one is given in two parts.
 void ReadingAhead::divide_first()
 {
-    Item& item = m_items.back();
+    Spoken& item = m_items.back();
     auto& utterance = std::get<Utterance>(item.item);
     const std::size_t division = division_of(utterance, longest_first_units);
     if (division == 0)
         return;
-    Item rest{ { rest_of(utterance, division), item.place } };
+    Spoken rest{ { rest_of(utterance, division), item.place }, -1, 0, {} };
     utterance = start_of(utterance, division);
     m_items.push_back(std::move(rest));
 }
@@ -92,18 +92,13 @@ std::optional<Spoken> ReadingAhead::next(const std::function<bool()>& interrupte
     order();
     if (m_items.empty())
         return std::nullopt;
-    Spoken spoken;
     if (std::holds_alternative<Utterance>(m_items.front().item)) {
         std::optional<RenderQueue::Result> result = m_engines.take(interrupted);
         if (!result)
             return std::nullopt;
-        spoken.rendering = std::move(result->rendering);
+        m_items.front().rendering = std::move(result->rendering);
     }
-    Item& item = m_items.front();
-    spoken.item = std::move(item.item);
-    spoken.place = std::move(item.place);
-    spoken.voice = item.voice;
-    spoken.rate = item.rate;
+    Spoken spoken = std::move(m_items.front());
     m_items.pop_front();
     --m_ordered;
     return spoken;
@@ -128,13 +123,13 @@ void ReadingAhead::put_back(std::deque<Placed> items)
 {
     forget_orders();
     for (auto item = items.rbegin(); item != items.rend(); ++item)
-        m_items.push_front({ std::move(*item) });
+        m_items.push_front({ std::move(*item), -1, 0, {} });
 }
 
 void ReadingAhead::follow_rate()
 {
     const auto end = m_items.begin() + static_cast<std::ptrdiff_t>(m_ordered);
-    const bool changed = std::any_of(m_items.begin(), end, [this](const Item& item) {
+    const bool changed = std::any_of(m_items.begin(), end, [this](const Spoken& item) {
         const auto* utterance = std::get_if<Utterance>(&item.item);
         return utterance && rate_for(utterance->style, m_playback.rate()) != item.rate;
     });

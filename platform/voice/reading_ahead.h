@@ -25,7 +25,7 @@ struct Placed {
 
 /// An item as it is spoken; of an utterance with its sound.
 struct Spoken : Placed {
-    int voice = -1;
+    int voice = -1; // both as ordered
     int rate = 0;
     Rendering rendering; // without a sample rate if no engine could speak it
 };
@@ -53,10 +53,6 @@ public:
     void follow_rate();
 
 private:
-    struct Item : Placed {
-        int voice = -1; // both as ordered
-        int rate = 0;
-    };
     bool read_one();
     bool far_enough() const;
     void divide_first();
@@ -70,7 +66,7 @@ private:
     TextReader m_reader;
     bool m_all_read = false;
     bool m_first = true; // the listener waits for the next item
-    std::deque<Item> m_items; // read and not taken
+    std::deque<Spoken> m_items; // read and not taken
     std::size_t m_ordered = 0; // so many of them, from the first
 };
 

@@ -162,12 +162,11 @@ void TextSource::skip(int sentences, std::uint64_t frame)
 // by reading on without a sound. Past the last one the end of the text stands as a sentence.
 void TextSource::read_on_to(std::size_t sentence, std::uint64_t frame)
 {
-    const std::vector<MadeSpeech::Sentence>& known = m_made.sentences();
-    if (sentence < known.size())
+    if (sentence < m_made.sentences())
         m_made.forget_sentences_after(sentence + 1);
     TextReader reader(
-        m_job.text, m_job.reading, m_voices, known.empty() ? m_start : known.back().place);
-    while (known.size() <= sentence && !m_job.cancelled) {
+        m_job.text, m_job.reading, m_voices, m_made.last_sentence().value_or(m_start));
+    while (m_made.sentences() <= sentence && !m_job.cancelled) {
         const ReadingPlace place = reader.place();
         const std::optional<SpeechItem> item = reader.next();
         const auto* utterance = item ? std::get_if<Utterance>(&*item) : nullptr;
@@ -176,9 +175,10 @@ void TextSource::read_on_to(std::size_t sentence, std::uint64_t frame)
         if (!item)
             break;
     }
-    m_ahead.go_to(known.empty() ? m_start : known.back().place);
-    if (!known.empty())
-        m_made.begin_sentence(ReadingPlace(known.back().place), frame);
+    const std::optional<ReadingPlace> place = m_made.last_sentence();
+    m_ahead.go_to(place.value_or(m_start));
+    if (place)
+        m_made.begin_sentence(*place, frame);
 }
 
 } // namespace tessavox::voice

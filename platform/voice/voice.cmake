@@ -2,7 +2,6 @@
 add_library(tessavox_voice STATIC
   event_queue.cpp
   file_stream.cpp
-  made_speech.cpp
   pacer.cpp
   playback.cpp
   reading_ahead.cpp

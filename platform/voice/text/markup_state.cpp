@@ -3,7 +3,9 @@
 #include "platform/text.h"
 
 #include <algorithm>
+#include <charconv>
 #include <optional>
+#include <ranges>
 
 namespace tessavox::voice {
 
@@ -30,41 +32,35 @@ const MarkupAttribute* find_attribute(const FoundTag& tag, std::string_view name
     return found == tag.attributes.end() ? nullptr : &*found;
 }
 
-std::u16string_view trimmed(std::u16string_view text)
+std::string_view trimmed(std::string_view text)
 {
-    constexpr std::u16string_view blanks = u" \t\r\n";
+    constexpr std::string_view blanks = " \t\r\n";
     const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == std::u16string_view::npos)
+    if (begin == std::string_view::npos)
         return {};
     return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
-
-/// The whole number in an attribute, clamped; nothing if it is missing or no number.
-std::optional<int> number(const FoundTag& tag, std::string_view name, int least, int greatest)
-{
-    const MarkupAttribute* attribute = find_attribute(tag, name);
-    if (!attribute)
-        return std::nullopt;
-    const std::u16string value = decoded_value(attribute->value);
-    std::u16string_view digits = trimmed(value);
-    const bool negative = digits.starts_with(u'-');
-    if (negative || digits.starts_with(u'+'))
-        digits.remove_prefix(1);
-    if (digits.empty())
-        return std::nullopt;
-    long long sum = 0;
-    for (const char16_t c : digits) {
-        if (c < u'0' || c > u'9')
-            return std::nullopt;
-        sum = std::min(sum * 10 + (c - u'0'), 1'000'000LL);
-    }
-    return static_cast<int>(std::clamp<long long>(negative ? -sum : sum, least, greatest));
 }
 
 std::string text_of(const FoundTag& tag, std::string_view name)
 {
     const MarkupAttribute* attribute = find_attribute(tag, name);
     return attribute ? to_utf8(decoded_value(attribute->value)) : std::string();
+}
+
+/// The whole number in an attribute, clamped; nothing if it is missing or no number.
+std::optional<int> number(const FoundTag& tag, std::string_view name, int least, int greatest)
+{
+    const std::string text = text_of(tag, name);
+    std::string_view digits = trimmed(text);
+    if (digits.starts_with('+') && !digits.starts_with("+-"))
+        digits.remove_prefix(1);
+    long long value = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (end != digits.data() + digits.size() || error == std::errc::invalid_argument)
+        return std::nullopt;
+    if (error == std::errc::result_out_of_range)
+        return digits.front() == '-' ? least : greatest;
+    return static_cast<int>(std::clamp<long long>(value, least, greatest));
 }
 
 struct Setter {
@@ -83,41 +79,12 @@ void adjust(const Setter& to, int& value, std::string_view relative, std::string
         value = *set;
 }
 
-void set_rate(const Setter& to)
-{
-    adjust(to, to.style().rate, "speed", "absspeed");
-}
-void set_pitch(const Setter& to)
-{
-    adjust(to, to.style().pitch, "middle", "absmiddle");
-}
-
-void set_volume(const Setter& to)
-{
-    if (const auto level = number(to.tag, "level", 0, greatest_volume))
-        to.settings.volume = *level;
-}
-
-void set_emphasis(const Setter& to)
-{
-    to.style().emphasis = true;
-}
-void set_spell(const Setter& to)
-{
-    to.style().spell = true;
-}
-
 void choose_voice(const Setter& to, std::string_view required, std::string_view optional)
 {
     if (required.empty() && optional.empty())
         return;
     if (const auto voice = to.voices.choose(required, optional, to.style().voice))
         to.style().voice = *voice;
-}
-
-void set_voice(const Setter& to)
-{
-    choose_voice(to, text_of(to.tag, "required"), text_of(to.tag, "optional"));
 }
 
 void set_language(const Setter& to)
@@ -141,21 +108,12 @@ PronunciationPtr pronunciation_of(const FoundTag& tag)
 {
     const std::string symbols = text_of(tag, "sym");
     auto pronunciation = std::make_shared<Pronunciation>();
-    for (std::size_t at = 0; at < symbols.size();) {
-        const std::size_t end = std::min(symbols.find(' ', at), symbols.size());
-        if (end > at)
-            pronunciation->phonemes.push_back(symbols.substr(at, end - at));
-        at = end + 1;
-    }
+    for (const auto& symbol : std::views::split(symbols, ' '))
+        if (!symbol.empty())
+            pronunciation->phonemes.emplace_back(symbol.begin(), symbol.end());
     pronunciation->source_begin = tag.source_begin;
     pronunciation->source_end = static_cast<std::uint32_t>(tag.tag.end);
     return pronunciation->phonemes.empty() ? nullptr : pronunciation;
-}
-
-void set_pronunciation(const Setter& to)
-{
-    if (PronunciationPtr pronunciation = pronunciation_of(to.tag))
-        to.settings.pronunciation = std::move(pronunciation);
 }
 
 enum class Form { empty, enclosing, either, replacing };
@@ -169,14 +127,28 @@ struct ElementRow {
 
 constexpr ElementRow elements[] = {
     { "silence", Element::silence, Form::empty, nullptr },
-    { "rate", Element::rate, Form::either, set_rate },
-    { "pitch", Element::pitch, Form::either, set_pitch },
-    { "volume", Element::volume, Form::either, set_volume },
-    { "emph", Element::emph, Form::enclosing, set_emphasis },
-    { "spell", Element::spell, Form::enclosing, set_spell },
-    { "voice", Element::voice, Form::either, set_voice },
+    { "rate", Element::rate, Form::either,
+        [](const Setter& to) { adjust(to, to.style().rate, "speed", "absspeed"); } },
+    { "pitch", Element::pitch, Form::either,
+        [](const Setter& to) { adjust(to, to.style().pitch, "middle", "absmiddle"); } },
+    { "volume", Element::volume, Form::either,
+        [](const Setter& to) {
+            if (const auto level = number(to.tag, "level", 0, greatest_volume))
+                to.settings.volume = *level;
+        } },
+    { "emph", Element::emph, Form::enclosing,
+        [](const Setter& to) { to.style().emphasis = true; } },
+    { "spell", Element::spell, Form::enclosing, [](const Setter& to) { to.style().spell = true; } },
+    { "voice", Element::voice, Form::either,
+        [](const Setter& to) {
+            choose_voice(to, text_of(to.tag, "required"), text_of(to.tag, "optional"));
+        } },
     { "lang", Element::lang, Form::either, set_language },
-    { "pron", Element::pron, Form::replacing, set_pronunciation },
+    { "pron", Element::pron, Form::replacing,
+        [](const Setter& to) {
+            if (PronunciationPtr pronunciation = pronunciation_of(to.tag))
+                to.settings.pronunciation = std::move(pronunciation);
+        } },
     { "partofsp", Element::partofsp, Form::enclosing, nullptr }, // a hint that no engine takes
     { "context", Element::context, Form::enclosing, set_context },
     { "bookmark", Element::bookmark, Form::empty, nullptr },
@@ -227,13 +199,6 @@ MarkupState::~MarkupState()
 MarkupStatePtr MarkupState::initial()
 {
     return std::make_shared<const MarkupState>(std::make_shared<const MarkupSettings>());
-}
-
-MarkupStatePtr MarkupState::with_resumption(Resumption resumption) const
-{
-    auto state = std::make_shared<MarkupState>(*this);
-    state->m_resumption = resumption;
-    return state;
 }
 
 MarkupStatePtr MarkupState::opened(

@@ -55,13 +55,6 @@ struct MarkupSettings {
 };
 using MarkupSettingsPtr = std::shared_ptr<const MarkupSettings>;
 
-/// Where in a sentence reading goes on; only in a state that was handed out as a place.
-struct Resumption {
-    std::uint32_t cdata_end = 0; // the place lies in a CDATA section that ends here; 0: in none
-    std::uint32_t sentence_begin = 0; // where the reader began to gather the sentence
-    std::uint32_t items_to_skip = 0; // items of the sentence that are over; 0: none
-};
-
 /// A stack of open elements that shares everything below its top with older states.
 class MarkupState {
 public:
@@ -77,8 +70,6 @@ public:
     static MarkupStatePtr initial();
 
     const MarkupSettingsPtr& settings() const { return m_settings; }
-    const Resumption& resumption() const { return m_resumption; }
-    MarkupStatePtr with_resumption(Resumption resumption) const;
 
     /// After a start tag: the settings hold until its end tag.
     static MarkupStatePtr opened(
@@ -96,7 +87,6 @@ private:
     Element m_element = Element::none;
     mutable MarkupStatePtr m_outer; // emptied only by the destructor
     std::array<const MarkupState*, static_cast<std::size_t>(Element::count)> m_enclosing{};
-    Resumption m_resumption;
 };
 
 /// What a tag does to the text after it.

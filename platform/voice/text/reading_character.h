@@ -44,6 +44,8 @@ inline bool is_white(char16_t c)
 
 /// Closing quotes and brackets, which belong to the sentence that ends before them.
 bool is_closer(char16_t c);
+/// Opening quotes and brackets, and the marks that Spanish opens with.
+bool is_opener(char16_t c);
 
 /// A sign that begins the row of a list.
 bool is_bullet(char16_t c);

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "platform/voice/text/markup_state.h"
-#include "platform/voice/text/source_map.h"
 #include "platform/voice/utterance.h"
 
 #include <cstddef>
@@ -13,6 +12,33 @@
 #include <vector>
 
 namespace tessavox::voice {
+
+/// The way back from a decoded text to the text given to Speak.
+class SourceMap {
+public:
+    void clear() { m_segments.clear(); }
+    /// The units from `text_begin` on stand one for one for those at `source_begin`.
+    void add(std::uint32_t text_begin, std::uint32_t source_begin);
+    /// The units from `text_begin` up to the next call stand together for this extent.
+    void add_entity(
+        std::uint32_t text_begin, std::uint32_t source_begin, std::uint32_t source_length);
+
+    /// Both take the index of a unit of the text. Rising questions are answered fastest.
+    std::uint32_t begin_of(std::uint32_t unit) const;
+    std::uint32_t end_of(std::uint32_t unit) const;
+
+private:
+    struct Segment {
+        std::uint32_t text_begin = 0;
+        std::uint32_t source_begin = 0;
+        std::uint32_t source_length = 0; // of an entity; one_for_one otherwise
+    };
+    static constexpr std::uint32_t one_for_one = UINT32_MAX;
+    const Segment& segment_of(std::uint32_t unit) const;
+
+    std::vector<Segment> m_segments;
+    mutable std::size_t m_last = 0;
+};
 
 /// Something between two characters of a sentence. Words end at every mark.
 struct SentenceMark {
@@ -30,15 +56,9 @@ struct Sentence {
     SentenceExtent extent;
 };
 
-/// A place to gather from. The state is never null.
-struct GatherPlace {
-    std::uint32_t offset = 0;
-    std::uint32_t cdata_end = 0; // 0: in no CDATA section
-    MarkupStatePtr state;
-};
-
 /// Remembers where the last word ended: the sentence ends there, and the white space and markup
-/// after it belong to the next one. The places given are those where the text is read.
+/// after it belong to the next one. The places given are those where the text is read; their state
+/// is never null.
 class SentenceDraft {
 public:
     void restart(Sentence& sentence);
@@ -56,7 +76,7 @@ public:
     std::uint32_t word_end() const { return m_word_end.place.offset; }
 
     /// The character `first`, which is read next, belongs to the sentence and is not white space.
-    void begin_text(char16_t first, const GatherPlace& place);
+    void begin_text(char16_t first, const ReadingPlace& place);
     /// `units` as they stand in the source.
     void append(std::u16string_view units, std::uint32_t source_begin);
     /// `units` stand for this extent of the source.
@@ -71,21 +91,21 @@ public:
     void add_settings(const MarkupSettingsPtr& settings);
     /// Adds an item that `place` comes after; `source_begin` is where the item's own markup begins.
     void add_item(
-        decltype(SentenceMark::what) item, std::uint32_t source_begin, const GatherPlace& place);
+        decltype(SentenceMark::what) item, std::uint32_t source_begin, const ReadingPlace& place);
 
     /// What was spoken so far ends at `place`.
-    void mark_word_end(const GatherPlace& place);
+    void mark_word_end(const ReadingPlace& place);
     /// A word ended in the midst of what was appended last, where the text had this size.
     void mark_word_end_at(std::uint32_t size, std::uint32_t offset, std::uint32_t cdata_end);
     /// The state at the last word's end was `state`, which changes now.
     void keep_state(const MarkupStatePtr& state);
 
     /// Ends the sentence with its last word. Returns where the next one is gathered from.
-    GatherPlace finish(const GatherPlace& place);
+    ReadingPlace finish(const ReadingPlace& place);
 
 private:
     struct WordEnd {
-        GatherPlace place; // its state is null as long as it is that of the text being read
+        ReadingPlace place; // its state is null as long as it is that of the text being read
         std::uint32_t size = 0;
         std::size_t marks = 0;
     };

@@ -25,7 +25,7 @@ constexpr std::size_t longest_abbreviation = 8;
 
 bool is_lower(char16_t c)
 {
-    return c < 0x80 ? c >= u'a' && c <= u'z' : u_islower(c) != 0;
+    return u_islower(c) != 0;
 }
 
 bool is_digit(char16_t c)
@@ -35,7 +35,7 @@ bool is_digit(char16_t c)
 
 bool is_letter(char16_t c)
 {
-    return c < 0x80 ? (lower_ascii(c) >= u'a' && lower_ascii(c) <= u'z') : u_isalpha(c) != 0;
+    return u_isalpha(c) != 0;
 }
 
 bool is_among(std::u16string_view words, std::u16string_view word)
@@ -82,14 +82,6 @@ bool full_stop_ends(std::u16string_view before, char16_t next)
     // "1. Introduction": the number of a heading or of a list's row.
     const bool all_digits = !word.empty() && std::all_of(word.begin(), word.end(), is_digit);
     return !(all_digits && word.size() == before.size() && word.size() <= 3);
-}
-
-bool is_opener(char16_t c)
-{
-    constexpr std::u16string_view openers
-        = u"\"'([{\u00A1\u00AB\u00BB\u00BF\u2018\u201A\u201C\u201D\u201E\u2039\u203A\u3008"
-          u"\u300A\u300C\u300E\u3010";
-    return openers.find(c) != std::u16string_view::npos;
 }
 
 } // namespace

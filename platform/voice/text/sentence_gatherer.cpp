@@ -19,7 +19,7 @@ constexpr char16_t replacement = 0xFFFD;
 } // namespace
 
 SentenceGatherer::SentenceGatherer(
-    std::u16string_view source, bool markup, const VoiceChooser& voices, GatherPlace start)
+    std::u16string_view source, bool markup, const VoiceChooser& voices, ReadingPlace start)
     : m_source(source)
     , m_markup(markup)
     , m_voices(voices)

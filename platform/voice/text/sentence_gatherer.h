@@ -15,13 +15,13 @@ namespace tessavox::voice {
 class SentenceGatherer {
 public:
     SentenceGatherer(
-        std::u16string_view source, bool markup, const VoiceChooser& voices, GatherPlace start);
+        std::u16string_view source, bool markup, const VoiceChooser& voices, ReadingPlace start);
 
     /// Takes the next sentence, or a lone pause or bookmark (then the sentence has no text and that
     /// one mark). False at the end of the text.
     bool gather(Sentence& sentence);
 
-    const GatherPlace& place() const { return m_place; }
+    const ReadingPlace& place() const { return m_place; }
 
 private:
     enum class Pending : std::uint8_t { none, terminator, wide_terminator };
@@ -49,7 +49,7 @@ private:
     bool m_markup;
     const VoiceChooser& m_voices;
     MarkupScanner m_scanner;
-    GatherPlace m_place;
+    ReadingPlace m_place;
 
     SentenceDraft m_draft;
     bool m_finished = false;

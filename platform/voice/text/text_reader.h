@@ -20,6 +20,10 @@ using MarkupStatePtr = std::shared_ptr<const MarkupState>;
 struct ReadingPlace {
     std::uint32_t offset = 0; // UTF-16 code units
     MarkupStatePtr state; // null: nothing in force
+    // The reader's own:
+    std::uint32_t cdata_end = 0; // the place lies in a CDATA section that ends here; 0: in none
+    std::uint32_t items_over = 0; // items of its sentence that are over
+    std::uint32_t sentence_begin = 0; // if some are: where the sentence was gathered from
 };
 
 struct ReaderOptions {
