@@ -8,43 +8,30 @@
 
 #include <algorithm>
 #include <memory>
-#include <mutex>
 
 namespace tessavox::voice {
 
 namespace {
 
-// Rules from ICU, made at the first text that needs them because they cost some milliseconds.
-class Romanizer {
-public:
-    std::string romanize(char32_t character)
-    {
-        const std::lock_guard lock(m_mutex);
-        if (!m_tried) {
-            m_tried = true;
-            UErrorCode status = U_ZERO_ERROR;
-            m_rules.reset(icu::Transliterator::createInstance(
-                "Any-Latin; NFKD; Latin-ASCII; [^\\u0020-\\u007E] Remove", UTRANS_FORWARD, status));
-        }
-        icu::UnicodeString text(static_cast<UChar32>(character));
-        if (m_rules)
-            m_rules->transliterate(text);
-        std::string ascii;
-        text.toUTF8String(ascii);
-        return std::ranges::all_of(ascii, [](char letter) { return letter >= 0x20; })
-            ? ascii
-            : std::string();
-    }
-
-private:
-    std::mutex m_mutex;
-    bool m_tried = false;
-    std::unique_ptr<icu::Transliterator> m_rules;
-};
+// By rules of ICU, made at the first text that needs them because they cost some milliseconds.
+std::string romanized(char32_t character)
+{
+    static const std::unique_ptr<icu::Transliterator> rules = [] {
+        UErrorCode status = U_ZERO_ERROR;
+        return std::unique_ptr<icu::Transliterator>(icu::Transliterator::createInstance(
+            "Any-Latin; NFKD; Latin-ASCII; [^\\u0020-\\u007E] Remove", UTRANS_FORWARD, status));
+    }();
+    icu::UnicodeString text(static_cast<UChar32>(character));
+    if (rules)
+        rules->transliterate(text);
+    std::string ascii;
+    text.toUTF8String(ascii);
+    return std::ranges::all_of(ascii, [](char letter) { return letter >= 0x20; }) ? ascii
+                                                                                  : std::string();
+}
 
 std::string ascii_of(char32_t character)
 {
-    static Romanizer romanizer;
     if (character < 0x7F)
         return std::string(1, static_cast<char>(character));
     const auto category = u_charType(static_cast<UChar32>(character));
@@ -52,7 +39,7 @@ std::string ascii_of(char32_t character)
         return ' ' + english_name(character) + ' ';
     if (u_isUWhiteSpace(static_cast<UChar32>(character)))
         return " ";
-    return romanizer.romanize(character);
+    return romanized(character);
 }
 
 // A character by its name, as a word of its own. Capitals, because the engine takes a small "a" for

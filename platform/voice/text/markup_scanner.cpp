@@ -3,6 +3,7 @@
 #include "platform/text.h"
 
 #include <algorithm>
+#include <charconv>
 #include <optional>
 
 namespace tessavox::voice {
@@ -41,44 +42,39 @@ constexpr EntityRow named_entities[] = {
     { u"apos", U'\'' },
 };
 
-int digit_value(char16_t c)
-{
-    if (c >= u'0' && c <= u'9')
-        return c - u'0';
-    if (c >= u'a' && c <= u'f')
-        return c - u'a' + 10;
-    if (c >= u'A' && c <= u'F')
-        return c - u'A' + 10;
-    return 16;
-}
-
 std::optional<char32_t> numeric_character(std::u16string_view digits, int base)
 {
-    char32_t point = 0;
-    for (const char16_t c : digits) {
-        const int value = digit_value(c);
-        if (value >= base)
-            return std::nullopt;
-        point = point * static_cast<char32_t>(base) + static_cast<char32_t>(value);
-        if (point > 0x10FFFF)
-            return std::nullopt;
-    }
+    const std::string text = to_utf8(digits);
+    std::uint32_t point = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), point, base);
     const bool surrogate = point >= 0xD800 && point <= 0xDFFF;
-    return point != 0 && !surrogate ? std::optional(point) : std::nullopt;
+    const bool good = error == std::errc() && end == text.data() + text.size() && point != 0
+        && point <= 0x10FFFF && !surrogate;
+    return good ? std::optional<char32_t>(point) : std::nullopt;
 }
 
-/// The character that an entity with this name, the part between '&' and ';', stands for.
-std::optional<char32_t> entity_character(std::u16string_view name)
+struct Entity {
+    char32_t character;
+    std::size_t length; // with its '&' and ';'
+};
+
+/// The entity that `text` begins with.
+std::optional<Entity> entity_at(std::u16string_view text)
 {
+    const std::u16string_view rest = text.substr(1, longest_entity);
+    const std::size_t end = rest.find_first_of(u";&< ");
+    if (end == npos || rest[end] != u';')
+        return std::nullopt;
+    const std::u16string_view name = rest.substr(0, end);
+    std::optional<char32_t> character;
     if (name.starts_with(u"#x") || name.starts_with(u"#X"))
-        return numeric_character(name.substr(2), 16);
-    if (name.starts_with(u"#"))
-        return numeric_character(name.substr(1), 10);
-    for (const EntityRow& row : named_entities) {
-        if (row.name == name)
-            return row.character;
-    }
-    return std::nullopt;
+        character = numeric_character(name.substr(2), 16);
+    else if (name.starts_with(u"#"))
+        character = numeric_character(name.substr(1), 10);
+    else if (const auto* row = std::ranges::find(named_entities, name, &EntityRow::name);
+             row != std::end(named_entities))
+        character = row->character;
+    return character ? std::optional(Entity{ *character, end + 2 }) : std::nullopt;
 }
 
 } // namespace
@@ -248,34 +244,21 @@ Markup MarkupScanner::scan_declaration(std::size_t at)
 
 Markup MarkupScanner::scan_entity(std::size_t at) const
 {
-    const std::u16string_view rest = m_text.substr(at + 1, longest_entity);
-    const std::size_t end = rest.find_first_of(u";&< ");
-    if (end == npos || end == 0 || rest[end] != u';')
+    const std::optional<Entity> entity = entity_at(m_text.substr(at));
+    if (!entity)
         return {};
-    const std::optional<char32_t> character = entity_character(rest.substr(0, end));
-    if (!character)
-        return {};
-    return { .kind = Markup::Kind::character, .end = at + end + 2, .character = *character };
+    return {
+        .kind = Markup::Kind::character, .end = at + entity->length, .character = entity->character
+    };
 }
 
 std::u16string decoded_value(std::u16string_view value)
 {
     std::u16string decoded;
-    for (std::size_t at = 0; at < value.size();) {
-        const std::size_t next = std::min(value.find(u'&', at), value.size());
-        decoded.append(value.substr(at, next - at));
-        at = next;
-        if (at == value.size())
-            break;
-        const std::u16string_view rest = value.substr(at + 1, longest_entity);
-        const std::size_t end = rest.find(u';');
-        const auto character = end == npos ? std::nullopt : entity_character(rest.substr(0, end));
-        if (!character) {
-            decoded.push_back(value[at++]);
-            continue;
-        }
-        append_character(decoded, *character);
-        at += end + 2;
+    while (!value.empty()) {
+        const auto entity = value.front() == u'&' ? entity_at(value) : std::nullopt;
+        append_character(decoded, entity ? entity->character : value.front());
+        value.remove_prefix(entity ? entity->length : 1);
     }
     return decoded;
 }
