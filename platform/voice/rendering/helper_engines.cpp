@@ -228,11 +228,18 @@ private:
                 const std::size_t tokens = job->result.utterance.tokens.size();
                 if (auto rendering = read_answer(*answer, tokens))
                     job->result.rendering = std::move(*rendering);
+                // What the reference voice was not shown is passed by, but not forgotten.
+                if (job->losses >= Job::reference_voice_next)
+                    for (WordMark& word : job->result.rendering.words)
+                        word.silent = 0;
                 job->state = Job::State::done;
             }
             helper.drop_answer();
         }
-        if (!connected || Clock::now() > deadline_of(helper))
+        const bool hangs = Clock::now() > deadline_of(helper);
+        if (hangs)
+            m_pool.end_reserve();
+        if (!connected || hangs)
             throw Failure("a helper is lost");
     }
     void part_from(const HelperProcess* lost)
@@ -256,11 +263,14 @@ private:
         if (helper.jobs().empty())
             return Clock::time_point::max();
         const Job* job = find(helper.jobs().front());
-        const auto units = static_cast<std::int64_t>(job ? job->units() : 0);
-        const HelperPatience& patience = m_pool.patience();
+        const bool slow = job && is_natural(*job);
         // The helper waits as long for a natural voice's program, asks it twice, and then has the
         // reference voice read.
-        const int times = job && is_natural(*job) ? 3 : 1;
+        const int times = slow ? 3 : 1;
+        const bool greets = helper.jobs().front() == 0;
+        const HelperPatience::Time& patience
+            = slow || greets ? m_pool.patience().slow : m_pool.patience().quick;
+        const auto units = static_cast<std::int64_t>(job ? job->units() : 0);
         return helper.waiting_since() + (patience.at_least + patience.per_unit * units) * times;
     }
     void wait()

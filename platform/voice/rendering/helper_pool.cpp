@@ -78,6 +78,12 @@ void HelperPool::order(const std::shared_ptr<Orders>& orders)
     m_changed.notify_all();
 }
 
+void HelperPool::end_reserve()
+{
+    const std::lock_guard lock(m_mutex);
+    m_reserve.clear();
+}
+
 void HelperPool::give_back(std::unique_ptr<HelperProcess> helper)
 {
     const std::lock_guard lock(m_mutex);
@@ -106,7 +112,7 @@ void HelperPool::learn_voices()
     bool greeted = false;
     for (int start = 0; start < first_starts && !greeted; ++start)
         if ((helper = start_one()))
-            greeted = attempt([&] { voices = greeting_of(*helper, m_patience.at_least); });
+            greeted = attempt([&] { voices = greeting_of(*helper, m_patience.slow.at_least); });
     const std::lock_guard lock(m_mutex);
     m_voices = std::move(voices);
     m_can_start = greeted;

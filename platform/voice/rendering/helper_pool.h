@@ -16,11 +16,17 @@
 
 namespace tessavox::voice {
 
-/// When a helper counts as hanging.
+/// When a helper counts as hanging: after so long, and so much more for each code unit of what it
+/// speaks, which is about a fifteenth of a second of sound.
 struct HelperPatience {
-    std::chrono::milliseconds at_least = std::chrono::seconds(10); // also for its start
-    /// For each code unit of an utterance: three times the length of its sound, about.
-    std::chrono::milliseconds per_unit{ 200 };
+    struct Time {
+        std::chrono::milliseconds at_least;
+        std::chrono::milliseconds per_unit;
+    };
+    /// The engines that everybody has make a sentence in milliseconds, and somebody is waiting.
+    Time quick{ std::chrono::seconds(2), std::chrono::milliseconds(10) };
+    /// Others may need longer than they speak. A start, too.
+    Time slow{ std::chrono::seconds(10), std::chrono::milliseconds(200) };
 };
 
 /// Starts helpers on a thread of its own, because a helper ends with the thread that started it,
@@ -49,6 +55,8 @@ public:
     const HelperPatience& patience() const { return m_patience; }
     /// Never waits. The one in reserve arrives at once.
     void order(const std::shared_ptr<Orders>& orders);
+    /// Those in reserve may share what has made another one hang, such as a stop.
+    void end_reserve();
     /// A number that no job of any queue has had, and higher than those.
     std::uint64_t next_job() { return ++m_last_job; }
     /// Takes one back that nobody needs any more. It may still owe answers to what was dropped.

@@ -187,7 +187,7 @@ TEST_F(Helpers, SpeakForSeveralReadingsAtATimeAndLeaveNothingBehind)
 
 TEST_F(Helpers, CostNoSentenceWhenTheyDieOrHangAtAnyMoment)
 {
-    start({ std::chrono::seconds(1), milliseconds(0) });
+    start({ .quick = { std::chrono::seconds(1), milliseconds(0) } });
     const auto live = engines->live_queue();
     const auto file = engines->file_queue(100'000);
     const auto harm = [](int taken) {
@@ -238,6 +238,7 @@ TEST_F(Helpers, ReadAgainThenInTheReferenceVoiceThenNotAtAll)
         const Rendering rendering = spoken.get()->rendering;
         const std::size_t words = losses < 3 ? utterance.tokens.size() : 0;
         EXPECT_EQ(rendering.words.size(), words);
+        EXPECT_TRUE(std::ranges::none_of(rendering.words, &WordMark::silent));
         EXPECT_EQ(rendering.sample_rate > 0, losses < 3);
         if (losses == 1)
             EXPECT_NEAR(static_cast<double>(rendering.samples.size()), static_cast<double>(length),
@@ -246,6 +247,24 @@ TEST_F(Helpers, ReadAgainThenInTheReferenceVoiceThenNotAtAll)
             EXPECT_LT(rendering.samples.size(), length * 9 / 10);
         EXPECT_GT(queue->take(never)->rendering.samples.size(), 5'000U);
     }
+}
+
+// The reserve that is stopped too would be a second loss, and the sentence one of the reference
+// voice.
+TEST_F(Helpers, AreNotTakenFromAReserveThatMayHangToo)
+{
+    start({ .quick = { milliseconds(500), milliseconds(10) } });
+    const auto queue = engines->live_queue();
+    std::size_t lengths[2] = {};
+    for (std::size_t& length : lengths) {
+        queue->submit(german, 0, utterance_of(u"4711 Grüße an 中国 und alle anderen."));
+        length = queue->take(never)->rendering.samples.size();
+        ASSERT_TRUE(wait_until([] { return helpers_run(2); }));
+        for (const pid_t helper : child_processes())
+            kill(helper, SIGSTOP);
+    }
+    EXPECT_NEAR(static_cast<double>(lengths[1]), static_cast<double>(lengths[0]),
+        static_cast<double>(lengths[0]) / 50);
 }
 
 // Each of these made a library write past its own memory, or read what it had freed.
@@ -288,7 +307,7 @@ TEST_F(Helpers, AreNotBelievedIfTheyAreNone)
     for (const char* path :
         { "/no/such/program", "/bin/true", "/bin/cat", "/usr/bin/yes", "/usr/bin/tail" }) {
         SCOPED_TRACE(path);
-        start({ milliseconds(50), milliseconds(0) }, path);
+        start({ .slow = { milliseconds(50), milliseconds(0) } }, path);
         EXPECT_TRUE(engines->voices()->tokens().empty());
         const auto queue = engines->live_queue();
         queue->submit(0, 0, utterance_of(u"To nobody."));
