@@ -4,10 +4,10 @@
 #include "platform/voice/stream.h"
 
 #include <algorithm>
-#include <functional>
 #include <future>
 #include <memory>
 #include <optional>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -39,10 +39,10 @@ constexpr Wakeup::Clock::time_point no_deadline = Wakeup::Clock::time_point::max
 
 class Pacer {
 public:
-    Pacer(Playback& playback, EventQueue& events, SoundServer& server)
+    Pacer(Playback& playback, EventQueue& events, std::shared_ptr<SoundServer> server)
         : m_playback(playback)
         , m_events(events)
-        , m_server(server)
+        , m_server(std::move(server))
     {
     }
     /// Returns when the playback stops.
@@ -64,6 +64,11 @@ public:
 
 private:
     using Time = Wakeup::Clock::time_point;
+    struct Opening {
+        std::shared_ptr<Job> job; // for which
+        Time since;
+        std::future<std::unique_ptr<AudioSink>> sink;
+    };
 
     void begin(const std::shared_ptr<Job>& job)
     {
@@ -76,6 +81,9 @@ private:
         if (!job)
             return;
         m_stream.emplace(job, m_playback, m_events);
+        if (m_opening
+            && (m_opening->job->format != job->format || m_opening->job->output != job->output))
+            m_opening.reset();
         const bool fits = m_sink && m_sink->alive() && !m_sink_is_clock
             && m_sink->format() == job->format && m_sink_output == job->output;
         if (!fits)
@@ -98,7 +106,8 @@ private:
         }
         if (!orders.paused) {
             m_stream->start();
-            feed();
+            if (has_sink())
+                feed();
         }
         if (m_stream->started() && release()) {
             m_stream->end(m_heard);
@@ -114,11 +123,6 @@ private:
         if (m_sink && now < *m_resting_since + sink_kept_open)
             return *m_resting_since + sink_kept_open;
         m_sink.reset();
-        if (!m_opening.valid())
-            return no_deadline;
-        if (m_opening.wait_for(milliseconds(0)) != std::future_status::ready)
-            return now + watching;
-        m_opening.get();
         return no_deadline;
     }
     void hold(bool paused)
@@ -132,32 +136,46 @@ private:
         else
             m_sink->resume();
     }
-    using Opening = std::function<std::unique_ptr<AudioSink>()>;
-    Opening opening() const
+    // On a thread that nobody waits for: a server that hangs holds up neither the words nor the end
+    // of the voice.
+    void begin_opening()
     {
-        return [&server = m_server, format = m_job->format, output = m_job->output,
-                   pacer = m_playback.shared_pacer()] {
+        std::promise<std::unique_ptr<AudioSink>> promise;
+        m_opening = { m_job, Wakeup::Clock::now(), promise.get_future() };
+        std::thread([server = m_server, format = m_job->format, output = m_job->output,
+                        pacer = m_playback.shared_pacer(), promise = std::move(promise)]() mutable {
             std::unique_ptr<AudioSink> sink;
-            attempt([&] { sink = server.open(format, output, [pacer] { pacer->notify(); }); });
-            return sink;
-        };
+            attempt([&] { sink = server->open(format, output, [pacer] { pacer->notify(); }); });
+            promise.set_value(std::move(sink));
+            pacer->notify();
+        }).detach();
     }
-    // A server that hangs has kept one stream waiting; no other one waits for it.
-    void open_sink()
+    /// What was opened, perhaps nothing, once that is over.
+    std::optional<std::unique_ptr<AudioSink>> opened()
     {
-        const Time asked = Wakeup::Clock::now();
-        std::unique_ptr<AudioSink> sink = m_server_hangs ? nullptr : opening()();
-        if (sink) {
-            play_on_device(std::move(sink));
-            return;
-        }
-        m_server_hangs = m_server_hangs || Wakeup::Clock::now() - asked > server_hangs_after;
-        play_by_the_clock();
+        if (m_opening->sink.wait_for(milliseconds(0)) != std::future_status::ready)
+            return std::nullopt;
+        return std::exchange(m_opening, std::nullopt)->sink.get();
+    }
+    // False while it is being opened. A server that hangs has kept one stream waiting; no other one
+    // waits for it.
+    bool has_sink()
+    {
+        if (m_sink)
+            return true;
+        if (!m_opening && !m_server_hangs)
+            begin_opening();
+        auto sink = m_opening ? opened() : std::nullopt;
+        m_server_hangs = m_server_hangs
+            || (!sink && Wakeup::Clock::now() > m_opening->since + server_hangs_after);
+        if (sink && *sink)
+            play_on_device(std::move(*sink));
+        else if (sink || m_server_hangs)
+            play_by_the_clock();
+        return m_sink != nullptr;
     }
     void feed()
     {
-        if (!m_sink)
-            open_sink();
         heard();
         if (sink_is_lost()) {
             m_server_hangs = m_sink->alive();
@@ -224,18 +242,15 @@ private:
         const Time now = Wakeup::Clock::now();
         if (now - *m_absent_since > absence_worth_telling && !std::exchange(m_absence_told, true))
             m_events.tell_output(false);
-        if (!m_opening.valid()) {
-            if (now < m_next_attempt)
-                return;
-            m_opening_for = m_job;
-            m_opening = std::async(std::launch::async, opening());
-        }
-        if (m_opening.wait_for(milliseconds(0)) != std::future_status::ready)
+        if (!m_opening && now < m_next_attempt)
             return;
-        std::unique_ptr<AudioSink> sink = m_opening.get();
-        m_next_attempt = now + between_attempts;
-        if (sink && sink->format() == m_job->format && m_opening_for->output == m_job->output)
-            play_on_device(std::move(sink));
+        if (!m_opening)
+            begin_opening();
+        if (auto sink = opened()) {
+            m_next_attempt = now + between_attempts;
+            if (*sink)
+                play_on_device(std::move(*sink));
+        }
     }
     std::uint64_t heard()
     {
@@ -274,13 +289,15 @@ private:
                 static_cast<double>(frames) / static_cast<double>(m_job->format.rate));
             look = std::min(look, now + std::chrono::ceil<Wakeup::Clock::duration>(wait));
         }
+        if (!m_sink && m_opening)
+            look = std::min(look, m_opening->since + server_hangs_after);
         const bool stands = std::exchange(m_heard_last_look, m_heard) == m_heard;
         return std::max(look, now + (stands ? sleep_without_progress : shortest_sleep));
     }
 
     Playback& m_playback;
     EventQueue& m_events;
-    SoundServer& m_server;
+    const std::shared_ptr<SoundServer> m_server;
 
     std::unique_ptr<AudioSink> m_sink;
     std::string m_sink_output;
@@ -293,8 +310,7 @@ private:
     std::optional<Time> m_absent_since;
     bool m_absence_told = false;
     bool m_server_hangs = false; // it doesn't even refuse: nobody may wait for it again
-    std::future<std::unique_ptr<AudioSink>> m_opening;
-    std::shared_ptr<Job> m_opening_for;
+    std::optional<Opening> m_opening;
     Time m_next_attempt;
 
     std::shared_ptr<Job> m_job; // the one that is played
@@ -312,9 +328,9 @@ private:
 
 } // namespace
 
-void run_pacer(Playback& playback, EventQueue& events, SoundServer& server)
+void run_pacer(Playback& playback, EventQueue& events, std::shared_ptr<SoundServer> server)
 {
-    Pacer(playback, events, server).run();
+    Pacer(playback, events, std::move(server)).run();
 }
 
 } // namespace tessavox::voice

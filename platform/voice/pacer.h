@@ -11,7 +11,8 @@ namespace tessavox::voice {
 /// is being made. Where there is no device, or it vanishes or hangs, a clock takes its place, so
 /// that the words go on; meanwhile the device is looked for, and the sound comes back where the
 /// words are.
-/// Returns when the playback stops.
-void run_pacer(Playback& playback, EventQueue& events, SoundServer& server);
+/// Returns as soon as the playback stops; only the server, which is kept for that, may still be
+/// busy with a stream then.
+void run_pacer(Playback& playback, EventQueue& events, std::shared_ptr<SoundServer> server);
 
 } // namespace tessavox::voice

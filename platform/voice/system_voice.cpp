@@ -249,8 +249,7 @@ private:
             return;
         m_worker_thread
             = std::thread([this] { run_synthesis(*m_parts.engines, *m_playback, *m_events); });
-        m_pacer_thread
-            = std::thread([this] { run_pacer(*m_playback, *m_events, *m_parts.server); });
+        m_pacer_thread = std::thread([this] { run_pacer(*m_playback, *m_events, m_parts.server); });
     }
     void speak_through(const std::shared_ptr<Job>& job)
     {

@@ -87,8 +87,8 @@ std::size_t division_of(const Utterance& utterance, std::size_t most_units)
     if (utterance.text.size() <= most_units || !utterance.pronunciation.empty())
         return 0;
     constexpr std::u16string_view marks = u",;:)";
-    std::size_t best = 0;
-    bool best_has_mark = false;
+    std::size_t at_mark = 0;
+    std::size_t at_half = 0;
     for (std::size_t i = 1; i < utterance.tokens.size(); ++i) {
         const Token& token = utterance.tokens[i];
         if (token.begin > most_units)
@@ -97,13 +97,12 @@ std::size_t division_of(const Utterance& utterance, std::size_t most_units)
         const std::u16string_view between
             = std::u16string_view(utterance.text)
                   .substr(before.begin + before.length, token.begin - before.begin - before.length);
-        const bool has_mark = between.find_first_of(marks) != std::u16string_view::npos;
-        if (has_mark || !best_has_mark) {
-            best = i;
-            best_has_mark = has_mark && token.begin > most_units / 4;
-        }
+        if (token.begin > most_units / 4 && between.find_first_of(marks) != between.npos)
+            at_mark = i;
+        if (token.begin <= most_units / 2)
+            at_half = i;
     }
-    return best;
+    return at_mark > 0 ? at_mark : at_half;
 }
 
 } // namespace tessavox::voice

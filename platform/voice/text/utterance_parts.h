@@ -19,8 +19,8 @@ Utterance rest_of(const Utterance& utterance, std::size_t first);
 Utterance start_of(const Utterance& utterance, std::size_t end);
 
 /// The token before which an utterance of more than `most_units` of text is best divided, so that
-/// its first part has no more: after a punctuation mark if there is one far enough on. 0: leave it
-/// whole.
+/// its first part has no more: after a punctuation mark if there is one far enough on. Without one
+/// no place is better than another, and half as much is made sooner. 0: leave it whole.
 std::size_t division_of(const Utterance& utterance, std::size_t most_units);
 
 } // namespace tessavox::voice

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <csignal>
+#include <future>
 
 namespace tessavox::voice::test {
 namespace {
@@ -33,6 +35,40 @@ TEST_P(HangingServer, HoldsNoWordAndGetsTheSoundBack)
     ASSERT_TRUE(bed.has_heard("AudioOutput", 2));
     ASSERT_TRUE(bed.has_heard("Word", bed.listener.count("Word") + 15));
     EXPECT_EQ(bed.listener.count("AudioOutput"), 2);
+}
+
+/// Opens nothing until it is let go.
+struct StuckServer : ManualDevice {
+    struct Door {
+        std::atomic<bool> knocked{ false };
+        std::promise<void> opens;
+        std::promise<void> left;
+    };
+    explicit StuckServer(Door& with)
+        : door(with)
+    {
+    }
+    ~StuckServer() override { door.left.set_value(); }
+    std::unique_ptr<AudioSink> open(
+        PcmFormat format, const std::string& output, std::function<void()> wake) override
+    {
+        door.knocked = true;
+        door.opens.get_future().wait();
+        return ManualDevice::open(format, output, std::move(wake));
+    }
+    Door& door;
+};
+
+TEST(StuckServer, DoesNotHoldUpTheEndOfTheVoice)
+{
+    StuckServer::Door door;
+    {
+        VoiceBed bed(nullptr, std::make_unique<StuckServer>(door));
+        bed.voice->Speak(u"abc", SVSFlagsAsync);
+        ASSERT_TRUE(bed.wait_until([&] { return door.knocked.load(); }));
+    }
+    door.opens.set_value();
+    door.left.get_future().wait();
 }
 
 INSTANTIATE_TEST_SUITE_P(InMidReading, HangingServer, testing::Bool());
