@@ -56,17 +56,13 @@ TEST_F(RichTextDocument, KeepsAllThatFilesSay)
 
 TEST_F(RichTextDocument, TakesAPieceIntoAParagraphOrSeveralParagraphs)
 {
-    struct Row {
-        std::string inserted;
-        std::string expected;
-    };
-    const Row rows[] = {
-        { "\\qr x", "(center)[Arial]a[Arial b]x[Arial]d\n" },
-        { "\\qr x\\par\\pard y", "(right)[Arial]a[Arial b]x[Arial]\n(center)[Arial b]y[Arial]d\n" },
-        { "\\qr\\par", "(right)[Arial]a\n(center)d\n" },
+    const std::pair<std::string, std::string> rows[] = {
+        { R"(\qr x)", "(center)[Arial]a[Arial b]x[Arial]d\n" },
+        { R"(\qr x\par\pard y)", "(right)[Arial]a[Arial b]x[Arial]\n(center)[Arial b]y[Arial]d\n" },
+        { R"(\qr\par)", "(right)[Arial]a\n(center)d\n" },
         { "", "(center)[Arial]ad\n" },
     };
-    for (const Row& row : rows) {
+    for (const auto& [inserted, expected] : rows) {
         const auto toolkit = to_text_document(read("\\qc abcd"));
         toolkit->setUndoRedoEnabled(true);
         const std::string before = described(from_text_document(*toolkit));
@@ -74,10 +70,10 @@ TEST_F(RichTextDocument, TakesAPieceIntoAParagraphOrSeveralParagraphs)
         cursor.setPosition(1);
         cursor.setPosition(3, QTextCursor::KeepAnchor);
         EXPECT_EQ(from_selection(cursor).text, u"bc");
-        insert(cursor, read("\\b " + row.inserted));
+        insert(cursor, read("\\b " + inserted));
         EXPECT_EQ(to_utf8(from_text_document(*toolkit).text).size() - 1,
             static_cast<std::size_t>(cursor.position()));
-        EXPECT_EQ(described(from_text_document(*toolkit)), row.expected) << row.inserted;
+        EXPECT_EQ(described(from_text_document(*toolkit)), expected) << inserted;
         toolkit->undo();
         EXPECT_EQ(described(from_text_document(*toolkit)), before);
     }

@@ -47,8 +47,8 @@ struct Heard {
     std::string kind; // "Word", "EndStream" ...
     std::int32_t stream = 0;
     std::int64_t position = 0; // bytes
-    std::int32_t first = 0; // CharacterPosition, duration, level
-    std::int32_t second = 0; // Length, BookmarkId, next one's number
+    std::int32_t first = 0; // CharacterPosition, level
+    std::int32_t second = 0; // Length, BookmarkId
     std::string name = {}; // bookmark or voice
 };
 
@@ -83,47 +83,37 @@ public:
         return texts;
     }
 
-    void Voice_StartStream(std::int32_t stream, std::int64_t position) override
+    using Int = std::int32_t;
+    using Place = std::int64_t;
+    void Voice_StartStream(Int stream, Place at) override { add({ "StartStream", stream, at }); }
+    void Voice_EndStream(Int stream, Place at) override { add({ "EndStream", stream, at }); }
+    void Voice_VoiceChange(Int stream, Place at, const SpeechObjectToken& token) override
     {
-        add({ "StartStream", stream, position });
+        add({ "VoiceChange", stream, at, 0, 0, token.description });
     }
-    void Voice_EndStream(std::int32_t stream, std::int64_t position) override
+    void Voice_Bookmark(Int stream, Place at, const std::string& bookmark, Int id) override
     {
-        add({ "EndStream", stream, position });
+        add({ "Bookmark", stream, at, 0, id, bookmark });
     }
-    void Voice_VoiceChange(
-        std::int32_t stream, std::int64_t position, const SpeechObjectToken& token) override
+    void Voice_Word(Int stream, Place at, Int character, Int length) override
     {
-        add({ "VoiceChange", stream, position, 0, 0, token.description });
+        add({ "Word", stream, at, character, length });
     }
-    void Voice_Bookmark(std::int32_t stream, std::int64_t position, const std::string& bookmark,
-        std::int32_t id) override
+    void Voice_Sentence(Int stream, Place at, Int character, Int length) override
     {
-        add({ "Bookmark", stream, position, 0, id, bookmark });
+        add({ "Sentence", stream, at, character, length });
     }
-    void Voice_Word(std::int32_t stream, std::int64_t position, std::int32_t character,
-        std::int32_t length) override
+    void Voice_Phoneme(Int stream, Place at, Int, std::int16_t, Int, std::int16_t) override
     {
-        add({ "Word", stream, position, character, length });
+        add({ "Phoneme", stream, at });
     }
-    void Voice_Sentence(std::int32_t stream, std::int64_t position, std::int32_t character,
-        std::int32_t length) override
+    void Voice_Viseme(Int stream, Place at, Int, Int, Int, Int) override
     {
-        add({ "Sentence", stream, position, character, length });
+        add({ "Viseme", stream, at });
     }
-    void Voice_Phoneme(std::int32_t stream, std::int64_t position, std::int32_t duration,
-        std::int16_t next, std::int32_t, std::int16_t) override
+    void Voice_AudioLevel(Int stream, Place at, Int level) override
     {
-        add({ "Phoneme", stream, position, duration, next });
-    }
-    void Voice_Viseme(std::int32_t stream, std::int64_t position, std::int32_t duration,
-        std::int32_t type, std::int32_t, std::int32_t) override
-    {
-        add({ "Viseme", stream, position, duration, type });
-    }
-    void Voice_AudioLevel(std::int32_t stream, std::int64_t position, std::int32_t level) override
-    {
-        add({ "AudioLevel", stream, position, level });
+        add({ "AudioLevel", stream, at, level });
     }
     void Voice_AudioOutput(bool reachable) override { add({ "AudioOutput", 0, 0, reachable }); }
 

@@ -27,12 +27,8 @@ Rendering rendering_of(std::vector<std::uint64_t> frames)
 
 TEST(DividedUtterance, BreaksAtAMarkIfOneIsFarEnoughOn)
 {
-    struct Row {
-        const char16_t* text;
-        std::size_t most;
-        std::size_t division; // token
-    };
-    const Row rows[] = {
+    const std::tuple<const char16_t*, std::size_t, std::size_t> rows[] = {
+        // most, and the token
         { u"one two three", 20, 0 },
         { u"one two three four", 12, 1 },
         { u"one, two three four five", 16, 1 },
@@ -41,8 +37,8 @@ TEST(DividedUtterance, BreaksAtAMarkIfOneIsFarEnoughOn)
         { u"one", 2, 0 },
         { u"<pron sym='w ah n'>one two three four</pron>", 12, 0 },
     };
-    for (const Row& row : rows)
-        EXPECT_EQ(division_of(first_of(row.text), row.most), row.division) << row.most;
+    for (const auto& [text, most, division] : rows)
+        EXPECT_EQ(division_of(first_of(text), most), division) << to_utf8(text);
 }
 
 TEST(DividedUtterance, BothPartsTogetherAreTheWhole)

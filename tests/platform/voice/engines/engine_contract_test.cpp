@@ -89,17 +89,13 @@ class EngineProsody : public EngineContract { };
 
 TEST_P(EngineContract, EveryTokenOfAnyTextGetsOneRisingMark)
 {
-    SpeechStyle punctuated;
-    punctuated.speak_punctuation = true;
-    SpeechStyle spelled;
-    spelled.spell = true;
     const auto check = [&](const Utterance& utterance) {
         SCOPED_TRACE(to_utf8(utterance.text.substr(0, 100)));
         const Rendering rendering = speak(utterance, 10);
         expect_complete_marks(utterance, rendering);
         EXPECT_GT(rendering.sample_rate, 0);
     };
-    check(utterance_of(u"Well , said he : no !", punctuated));
+    check(utterance_of(u"Well , said he : no !", { .speak_punctuation = true }));
     for (const auto& [text, context, length] :
         { std::tuple(u"12/25/2003 it snowed", "date_mdy", 10U), { u"12/25/2003", "date_mdy", 10U },
             { u"555-1234 ext. 7", "phone_number", 8U } }) {
@@ -126,8 +122,8 @@ TEST_P(EngineContract, EveryTokenOfAnyTextGetsOneRisingMark)
         texts.push_back(random_text(seed, seed == 0 ? 800 : 200));
     for (const std::u16string& text : texts) {
         check(utterance_of(text));
-        check(utterance_of(
-            text.substr(text.size() - std::min<std::size_t>(30, text.size())), spelled));
+        const std::size_t most = 30;
+        check(utterance_of(text.substr(0, most), { .spell = true }));
     }
 }
 
@@ -180,9 +176,7 @@ TEST_P(EngineProsody, EachRateScalesTheLengthByItsFactor)
 TEST_P(EngineProsody, EachPitchScalesTheMelodyByItsFactor)
 {
     const auto measure = [&](int pitch) {
-        SpeechStyle style;
-        style.pitch = pitch;
-        const Rendering rendering = speak(utterance_of(prose, style), -3);
+        const Rendering rendering = speak(utterance_of(prose, { .pitch = pitch }), -3);
         return fundamental(rendering.samples, rendering.sample_rate,
             GetParam().lowest_pitch * pitch_factor(pitch),
             GetParam().highest_pitch * pitch_factor(pitch));
@@ -198,13 +192,8 @@ TEST_P(EngineContract, AnUtteranceLeavesNoTraceInTheNext)
 {
     const Utterance plain = utterance_of(prose);
     const auto expected = static_cast<double>(speak(plain).samples.size());
-    SpeechStyle loud;
-    loud.emphasis = true;
-    loud.pitch = 10;
-    speak(utterance_of(u"Loud and high", loud), 10);
-    SpeechStyle spelled;
-    spelled.spell = true;
-    speak(utterance_of(u"a,b", spelled));
+    speak(utterance_of(u"Loud and high", { .pitch = 10, .emphasis = true }), 10);
+    speak(utterance_of(u"a,b", { .spell = true }));
     speak(utterance_of(u"\u0001"
                        u"9S \u0001"
                        u"5P [[ <prosody rate=\"fast\"> <audio src=\"x\">"));
@@ -213,10 +202,8 @@ TEST_P(EngineContract, AnUtteranceLeavesNoTraceInTheNext)
 
 TEST_P(EngineContract, EmphasisIsHeard)
 {
-    SpeechStyle style;
-    style.emphasis = true;
     const Rendering plain = speak(utterance_of(u"wonderful"));
-    const Rendering stressed = speak(utterance_of(u"wonderful", style));
+    const Rendering stressed = speak(utterance_of(u"wonderful", { .emphasis = true }));
     EXPECT_GT(stressed.samples.size(), plain.samples.size());
     EXPECT_GT(loudness(stressed.samples), loudness(plain.samples) * 1.05);
     ASSERT_FALSE(stressed.phones.empty());

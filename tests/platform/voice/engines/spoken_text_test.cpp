@@ -102,15 +102,12 @@ TEST(SpokenText, AsksTheLibraryOnlyAboutWhatItCanBear)
 
 TEST(SpokenText, SpellsAndNamesMarks)
 {
-    SpeechStyle spelled;
-    spelled.spell = true;
-    EXPECT_EQ(described(text_of(utterance_of(u"a, b", spelled), true)), "<1><1><1>");
-    EXPECT_EQ(ascii_text(utterance_of(u"a, bé", spelled)).utf8, " A  comma   B  E");
-    SpeechStyle marked;
-    marked.speak_punctuation = true;
-    EXPECT_EQ(
-        described(text_of(utterance_of(u"Well -- done !", marked), true)), "[Well ]<2>[ done ]<1>");
-    EXPECT_EQ(ascii_text(utterance_of(u"so ! on", marked)).utf8, "so  exclamation mark  on");
+    const Utterance spelled = utterance_of(u"a, bé", { .spell = true });
+    EXPECT_EQ(described(text_of(spelled, true)), "<1><1><1><1>");
+    EXPECT_EQ(ascii_text(spelled).utf8, " A  comma   B  E");
+    const Utterance marked = utterance_of(u"Well -- done !", { .speak_punctuation = true });
+    EXPECT_EQ(described(text_of(marked, true)), "[Well ]<2>[ done ]<1>");
+    EXPECT_EQ(ascii_text(marked).utf8, "Well  dash dash  done  exclamation mark");
 }
 
 TEST(SpokenText, BecomesAsciiWithEveryByteAtItsToken)
@@ -128,13 +125,8 @@ TEST(SpokenText, BecomesAsciiWithEveryByteAtItsToken)
 
 TEST(SpokenText, FollowsTheContextsThatItKnows)
 {
-    struct Case {
-        const char* context;
-        const char16_t* text;
-        const char* english;
-        const char* other;
-    };
-    const Case cases[] = {
+    using Text = const char*;
+    const std::tuple<Text, std::u16string, Text, Text> cases[] = {
         { "date_mdy", u"12/25/2003", "December 25 2003", "12/25/2003" },
         { "date_dmy", u"25.12.2003", "25 December 2003", "25.12.2003" },
         { "date_ymd", u"2003-1-09", "2003 January 09", "2003-1-09" },
@@ -145,15 +137,14 @@ TEST(SpokenText, FollowsTheContextsThatItKnows)
         { "phone_number", u"555-12 ü7", "5 5 5 -1 2  ü7", "5 5 5 -1 2  ü7" },
         { "address", u"12 Main", "12 Main", "12 Main" },
     };
-    for (const Case& each : cases)
-        for (const bool english : { true, false }) {
-            Utterance utterance = utterance_of(each.text);
-            utterance.contexts
-                = { { 0, static_cast<std::uint32_t>(utterance.text.size()), each.context } };
-            const auto pieces = text_of(utterance, english).pieces;
+    for (const auto& [context, text, english, other] : cases)
+        for (const bool in_english : { true, false }) {
+            Utterance utterance = utterance_of(text);
+            utterance.contexts = { { 0, static_cast<std::uint32_t>(text.size()), context } };
+            const auto pieces = text_of(utterance, in_english).pieces;
             ASSERT_EQ(pieces.size(), 1U);
             const auto& words = std::get<SpokenText>(pieces[0]);
-            EXPECT_EQ(words.utf8, english ? each.english : each.other);
+            EXPECT_EQ(words.utf8, in_english ? english : other);
             EXPECT_EQ(words.tokens.size(), to_utf16(words.utf8).size());
         }
 }
@@ -163,11 +154,8 @@ TEST(WordTiming, SharesOutWhatTheEngineDoesNotTell)
     const Utterance utterance = utterance_of(u"aa bbbb cc dd");
     const std::vector<PhoneMark> phones{ { 100, 100, 1, 1, 0 }, { 200, 200, 1, 1, 0 },
         { 400, 100, 1, 1, 0 }, { 500, 300, 0, 0, 0 }, { 800, 200, 1, 1, 0 } };
-    struct Case {
-        std::vector<HeardToken> heard;
-        std::vector<std::uint64_t> frames;
-    };
-    const Case cases[] = {
+    using Frames = std::vector<std::uint64_t>;
+    const std::pair<std::vector<HeardToken>, Frames> cases[] = {
         { { { 0, 100 }, { 1, 200 }, { 2, 400 }, { 3, 800 } }, { 100, 200, 400, 800 } },
         // Reports out of order or far ahead don't hide the others.
         { { { 0, 100 }, { 3, 150 }, { 1, 200 }, { 2, 400 }, { 3, 800 } }, { 100, 200, 400, 800 } },
@@ -178,13 +166,11 @@ TEST(WordTiming, SharesOutWhatTheEngineDoesNotTell)
         // The first begins with the first sound.
         { { { 1, 200 }, { 2, 400 }, { 3, 800 } }, { 100, 200, 400, 800 } },
     };
-    for (const Case& each : cases)
-        EXPECT_EQ(
-            frames_of(complete_marks(utterance.tokens, each.heard, phones, 1000)), each.frames);
-    EXPECT_EQ(frames_of(complete_marks(utterance.tokens, {}, {}, 1000)),
-        (std::vector<std::uint64_t>{ 0, 200, 600, 800 }));
-    EXPECT_EQ(frames_of(complete_marks(utterance.tokens, {}, {}, 0)),
-        (std::vector<std::uint64_t>{ 0, 0, 0, 0 }));
+    for (const auto& [heard, frames] : cases)
+        EXPECT_EQ(frames_of(complete_marks(utterance.tokens, heard, phones, 1000)), frames);
+    EXPECT_EQ(
+        frames_of(complete_marks(utterance.tokens, {}, {}, 1000)), (Frames{ 0, 200, 600, 800 }));
+    EXPECT_EQ(frames_of(complete_marks(utterance.tokens, {}, {}, 0)), (Frames{ 0, 0, 0, 0 }));
     EXPECT_TRUE(complete_marks({}, {}, phones, 1000).empty());
 }
 

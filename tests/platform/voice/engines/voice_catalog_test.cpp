@@ -49,12 +49,7 @@ VoiceCatalog small_catalog()
 
 TEST(VoiceCatalog, FindsVoicesByTheirAttributes)
 {
-    struct Case {
-        const char* required;
-        const char* optional;
-        std::vector<int> voices;
-    };
-    const Case cases[] = {
+    const std::tuple<const char*, const char*, std::vector<int>> cases[] = {
         { "", "", { 0, 1, 2, 3 } },
         { "Name=Anna", "", { 0, 2 } },
         { "NAME = anna ; gender=FEMALE;", "", { 0, 2 } },
@@ -80,9 +75,8 @@ TEST(VoiceCatalog, FindsVoicesByTheirAttributes)
         { ";;=;", "", { 0, 1, 2, 3 } },
     };
     const VoiceCatalog catalog = small_catalog();
-    for (const Case& each : cases)
-        EXPECT_EQ(catalog.matching(each.required, each.optional), each.voices)
-            << each.required << " | " << each.optional;
+    for (const auto& [required, optional, voices] : cases)
+        EXPECT_EQ(catalog.matching(required, optional), voices) << required << " | " << optional;
 }
 
 TEST(VoiceCatalog, ChoosesTheBestAndStaysWithTheCurrentOneIfItIsAsGood)
