@@ -5,7 +5,6 @@
 namespace tessavox::voice::test {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 TEST(Skip, MovesBySentencesFromTheOneThatIsHeard)
@@ -65,16 +64,23 @@ TEST(Skip, CountsFromWhereTheLastOneWent)
     }
 }
 
-TEST(Skip, TellsTheVoiceOfTheSentenceThatItGoesTo)
+TEST(Skip, TellsOfAVoiceWhereItReallyChanges)
 {
-    VoiceBed bed;
-    bed.voice->Speak(u"<voice required='Name=Bert'>A.</voice> B c d e.", SVSFlagsAsync | SVSFIsXML);
-    ASSERT_TRUE(bed.has_heard("Word", 2));
-    bed.listener.heard.clear();
-    bed.voice->Skip("Sentence", -1);
-    ASSERT_TRUE(bed.has_heard("EndStream"));
-    EXPECT_THAT(
-        bed.listener.told("VoiceChange"), ElementsAre("VoiceChange Bert", "VoiceChange Anna"));
+    const std::tuple<int, int, std::vector<std::string>> rows[] = {
+        // words heard, sentences
+        { 2, 0, { "VoiceChange Anna" } },
+        { 5, -1, { "VoiceChange Bert", "VoiceChange Anna" } },
+    };
+    for (const auto& [words, count, changes] : rows) {
+        VoiceBed bed;
+        bed.voice->Speak(
+            u"<voice required='Name=Bert'>A b c d.</voice> E f g h.", SVSFlagsAsync | SVSFIsXML);
+        ASSERT_TRUE(bed.has_heard("Word", words));
+        bed.listener.heard.clear();
+        bed.voice->Skip("Sentence", count);
+        ASSERT_TRUE(bed.has_heard("EndStream"));
+        EXPECT_EQ(bed.listener.told("VoiceChange"), changes) << count;
+    }
 }
 
 } // namespace

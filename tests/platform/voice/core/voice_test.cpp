@@ -121,7 +121,9 @@ TEST_F(VoiceTest, ANewRateActsFromTheNextUnspokenWord)
         VoiceBed own;
         own.voice->Speak(u"a b c d e f g h i j k l m n o p. q r s t u v.", asynchronous);
         ASSERT_TRUE(own.has_heard("Word", 3));
+        const int made = own.engine->renderings;
         own.voice->set_Rate(rate);
+        ASSERT_TRUE(own.wait_until([&] { return own.engine->renderings > made; }));
         ASSERT_TRUE(own.has_heard("EndStream"));
         const std::vector<Heard> words = own.listener.of("Word");
         ASSERT_EQ(words.size(), 22U) << "each word once, at rate " << rate;
