@@ -8,6 +8,7 @@
 #include "platform/qt/clipboard.h"
 #include "platform/qt/end_signals.h"
 #include "platform/qt/file_dialogs.h"
+#include "platform/qt/font_dialogs.h"
 #include "platform/qt/form_windows.h"
 #include "platform/qt/hot_keys.h"
 #include "platform/qt/message_boxes.h"
@@ -86,6 +87,7 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
     QtOutsideChanges changes(clipboard);
     QtMessageBoxes message_boxes;
     QtFileDialogs dialogs(files, texts);
+    QtFontDialogs font_dialogs(texts);
     QtScreen screen;
     QtTray tray(windows);
     const std::unique_ptr<HotKeys> hot_keys = make_hot_keys(post);
@@ -95,7 +97,7 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
     QtRichTextPanes panes(clipboard, files);
     const std::unique_ptr<SpeechService> speech = make_speech(post, texts, std::move(engines));
     Platform platform{ windows, post, quit, [] { QCoreApplication::processEvents(); }, files,
-        clipboard, changes, message_boxes, dialogs, screen, tray, *hot_keys, shell, skin,
+        clipboard, changes, message_boxes, dialogs, font_dialogs, windows, screen, tray, *hot_keys, shell, skin,
         blocking_work, panes, *speech, texts,
         prepare_config_folder(find_config_home(), app_folder + "/conf"), app_folder, command_line };
 

@@ -31,6 +31,9 @@ frmMain::frmMain(Process& process)
           })
     , m_help(process.forms, process.platform, *this)
     , file_commands(process, *this, *m_dock)
+    , m_edit(process, *this)
+    , m_format(process, *this, file_commands, m_text_file)
+    , m_insert(process, *this)
     , m_handshake(process, *this, m_text_file)
 {
     add_control_commands(*this, [this]() -> DocumentSpeech& { return ActiveForm().speech; });
@@ -75,8 +78,10 @@ void frmMain::Form_Unload(bool&)
         opened_text(false), m_process.ConfigFolder + opened_file, Durability::fleeting);
     m_tray_icon.RemoveTrayIcon();
     m_keys.unregister_all();
+    m_edit.unload();
     m_help.unload();
     m_dock->UnloadWithMain();
+    m_insert.unload();
 }
 
 } // namespace tessavox

@@ -7,7 +7,10 @@
 #include "desktop/global_keys.h"
 #include "desktop/tray_icon.h"
 #include "documents/document_window.h"
+#include "documents/edit_commands.h"
 #include "documents/file_commands.h"
+#include "documents/format_commands.h"
+#include "documents/insert_commands.h"
 #include "documents/process.h"
 #include "forms/main_controls.h"
 #include "persist/text_file.h"
@@ -43,6 +46,9 @@ public:
     FileCommands file_commands;
 
 private:
+    EditCommands m_edit;
+    FormatCommands m_format;
+    InsertCommands m_insert;
     Handshake m_handshake;
 };
 

@@ -40,6 +40,7 @@ frmDocument::frmDocument(
     TabStrip1.Click = [this] { TabStrip1_Click(); };
     rtfText->Change = [this] { rtfText_Change(); };
     rtfText->SelChange = [this] { rtfText_SelChange(); };
+    rtfText->MouseUp = [this](int button, int) { rtfText_MouseUp(button); };
 }
 
 frmDocument& ActiveForm(const Forms& forms)
@@ -239,6 +240,15 @@ void frmDocument::rtfText_SelChange()
 {
     UpdateLineNumberPanel();
     setmenu(m_process, m_main);
+}
+
+void frmDocument::rtfText_MouseUp(int button)
+{
+    constexpr int left_button = 1, right_button = 2;
+    if (button == right_button)
+        attempt([&] { m_main.window().PopupMenu(m_main.mnuPopUp); });
+    else if (button == left_button)
+        FormatCopyStep(m_process);
 }
 
 void frmDocument::Command4_Click()

@@ -48,6 +48,7 @@ private:
     void leave_tables();
     void rtfText_Change();
     void rtfText_SelChange();
+    void rtfText_MouseUp(int button);
     void Command4_Click();
     void TabStrip1_Click();
     void UpdateLineNumberPanel();

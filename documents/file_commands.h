@@ -32,6 +32,8 @@ public:
     /// The slot number of the active document. Without one it makes a document, which isn't counted
     /// in openDocumentCount. @throws Failure if that can't be done either.
     std::int16_t ActiveDocumentIndex();
+    /// The window of that slot. @throws Failure likewise.
+    frmDocument& active_document();
     /// Opens a file in a new document.
     void LoadDocumentFile(const std::string& path);
 
@@ -43,7 +45,6 @@ public:
     void mnuFileExit_Click();
 
 private:
-    frmDocument& active_document();
     std::shared_ptr<frmDocument> put_document_in_slot(int slot);
     void save_text();
     void save_as();

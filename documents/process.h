@@ -2,6 +2,7 @@
 #pragma once
 
 #include "documents/document_tables.h"
+#include "documents/format_copy.h"
 #include "platform/platform.h"
 
 #include <string>
@@ -22,6 +23,7 @@ struct Process {
     Platform& platform;
     Forms forms;
     DocumentTables tables;
+    FormatCopy format_copy;
     /// Ends in a separator, and file names begin with one: the doubled one is kept.
     std::string ConfigFolder;
     /// The shipped data; ends without a separator.

@@ -169,6 +169,8 @@ constexpr StringRow rows[] = {
     { 2330, "Keine Zuordnung für diese Dateiendung" },
     { 2331, "DLL nicht gefunden" },
     { 2332, "Unbekannter Fehler" },
+    { 2340, "Der Text wird ersetzt. Escape beendet das Ersetzen." },
+    { 2341, "Farbe..." },
 };
 
 } // namespace

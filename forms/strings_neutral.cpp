@@ -182,6 +182,8 @@ constexpr StringRow neutral_rows[] = {
     { 2330, "No association for file extension" },
     { 2331, "DLL not found" },
     { 2332, "Unknown error" },
+    { 2340, "The text is being replaced. Escape ends it." },
+    { 2341, "Colour..." },
 };
 
 } // namespace

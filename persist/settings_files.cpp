@@ -24,6 +24,12 @@ std::string speech_settings_text(const SpeechSettings& settings)
     return text;
 }
 
+std::string font_settings_text(const FontSettings& settings)
+{
+    return line_end + settings.name + line_end + with_sign_position(settings.size) + line_end
+        + (settings.bold ? "True" : "False") + line_end;
+}
+
 std::string history_settings_text(const UrlHistory& history)
 {
     std::string text = line_end;

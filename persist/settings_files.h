@@ -43,6 +43,13 @@ struct SpeechSettings {
 };
 std::string speech_settings_text(const SpeechSettings& settings);
 
+struct FontSettings {
+    std::string name;
+    double size; // points
+    bool bold;
+};
+std::string font_settings_text(const FontSettings& settings);
+
 /// Addresses typed into the address box. Gaps are empty; only the first 11 go to the file.
 using UrlHistory = std::array<std::string, 21>;
 std::string history_settings_text(const UrlHistory& history);

@@ -4,6 +4,7 @@
 #include "platform/text.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 
@@ -77,6 +78,13 @@ bool to_boolean(std::string_view text)
 std::string with_sign_position(int number)
 {
     return (number < 0 ? "" : " ") + std::to_string(number);
+}
+
+std::string with_sign_position(double number)
+{
+    std::array<char, 32> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    return (number < 0 ? "" : " ") + std::string(digits.data(), end);
 }
 
 } // namespace tessavox

@@ -24,5 +24,7 @@ bool to_boolean(std::string_view text);
 
 /// Decimal, with a position for the sign: " 0", "-1".
 std::string with_sign_position(int number);
+/// The same with as many decimals as it takes: " 10.5".
+std::string with_sign_position(double number);
 
 } // namespace tessavox

@@ -4,8 +4,10 @@
 #include "platform/blocking_work.h"
 #include "platform/clipboard.h"
 #include "platform/controls/form.h"
+#include "platform/document_arrangement.h"
 #include "platform/file_dialogs.h"
 #include "platform/file_store.h"
+#include "platform/font_dialogs.h"
 #include "platform/hot_keys.h"
 #include "platform/message_boxes.h"
 #include "platform/outside_changes.h"
@@ -32,6 +34,8 @@ struct Platform {
     OutsideChanges& changes;
     MessageBoxes& message_boxes;
     FileDialogs& dialogs;
+    FontDialogs& font_dialogs;
+    DocumentArrangement& arrangement;
     Screen& screen;
     Tray& tray;
     HotKeys& hot_keys;

@@ -101,6 +101,8 @@ public:
 
     /// False keeps the selection visible while another control has the focus.
     virtual void set_HideSelection(bool hide) = 0;
+    /// What the mouse pointer looks like over the text: 0 as usual, 99 another one.
+    virtual void set_MousePointer(int pointer) = 0;
     /// The width at which text wraps; twips from the left edge. 0: the pane's own width.
     /// @throws Failure if negative.
     virtual void set_RightMargin(double twips) = 0;

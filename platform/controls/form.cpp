@@ -71,6 +71,12 @@ void Form::Show()
         m_window->bring_forward();
 }
 
+void Form::Show(Form& owner)
+{
+    m_owner = &owner;
+    Show();
+}
+
 bool Form::Unload()
 {
     if (!m_window)

@@ -55,6 +55,9 @@ public:
     bool is_loaded() const { return m_window != nullptr; }
     /// Loads if need be, then shows.
     void Show();
+    /// The same for a window that stays above another one, and comes up in its middle.
+    void Show(Form& owner);
+    Form* owner() const { return m_owner; }
     void Hide() { Visible = false; }
     /// Asks Form_Unload, and takes the window away unless that cancels. Children are asked first,
     /// in the order of their loads, and one that cancels stops it all; meanwhile no child becomes
@@ -107,6 +110,7 @@ private:
     std::vector<Control*> m_controls;
     double m_scale_width;
     double m_scale_height;
+    Form* m_owner = nullptr;
     ControlView* m_view = nullptr;
     std::unique_ptr<FormWindow> m_window;
 };

@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QWindow>
 
 namespace tessavox {
 
@@ -86,8 +87,18 @@ void DialogWindow::resize_to(const QSize& pixels)
     m_dialog.canvas.resize(pixels);
 }
 
+// One with an owner stays above it, and comes up in its middle.
 void DialogWindow::show_first()
 {
+    const auto* const owner = form()->owner() && form()->owner()->is_loaded()
+        ? dynamic_cast<QtFormWindow*>(&form()->owner()->window())
+        : nullptr;
+    if (owner) {
+        m_dialog.winId(); // so that it has a window
+        m_dialog.windowHandle()->setTransientParent(owner->top().windowHandle());
+        const QPoint middle = owner->top().geometry().center();
+        m_dialog.move(middle - m_dialog.rect().center());
+    }
     m_dialog.show();
     report_place(m_dialog.frameGeometry());
 }

@@ -3,6 +3,7 @@
 #include "platform/failure.h"
 #include "platform/qt/child_window.h"
 #include "platform/qt/dialog_window.h"
+#include "platform/qt/document_area.h"
 #include "platform/qt/main_window.h"
 #include "platform/qt/message_gate.h"
 #include "platform/qt/quiet_assistance.h"
@@ -249,6 +250,12 @@ void QtFormWindows::close(std::unique_ptr<FormWindow> window)
 QMenu* QtFormWindows::menu_of(const MenuItem& item) const
 {
     return m_main ? m_main->menu_of(item) : nullptr;
+}
+
+void QtFormWindows::Arrange(Arrangement arrangement)
+{
+    if (m_main)
+        m_main->documents().Arrange(arrangement);
 }
 
 void ClientArea::changeEvent(QEvent* event)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/controls/form.h"
+#include "platform/document_arrangement.h"
 #include "platform/form_window.h"
 #include "platform/qt/form_views.h"
 #include "platform/qt/timer_view.h"
@@ -35,6 +36,8 @@ public:
     void SetWindowPos(Stacking stacking, const PixelBox& box) override;
     void PopupMenu(const MenuItem& menu) override;
     void set_style_sheet(const QString& sheet);
+    /// What is shown and closed as a whole.
+    QWidget& top() const { return *m_top; }
     /// The menu of an item of the form, or null.
     virtual QMenu* menu_of(const MenuItem& item) const;
     /// Forgets the form and everything of it, and hides; the widgets go later.
@@ -47,7 +50,6 @@ protected:
 
     MessageGate& gate() const { return m_gate; }
     Form* form() const { return m_form; }
-    QWidget& top() const { return *m_top; }
     /// Its controls as drawn, which are made when it is first shown: a form sets hundreds of values
     /// while it loads. Null before.
     FormViews* views() { return m_views ? &*m_views : nullptr; }
@@ -82,7 +84,7 @@ private:
 };
 
 /// Makes the windows, and lets closed ones go.
-class QtFormWindows : public FormWindows {
+class QtFormWindows : public FormWindows, public DocumentArrangement {
 public:
     /// `gate` holds the ticks of timers back.
     explicit QtFormWindows(MessageGate& gate)
@@ -93,6 +95,7 @@ public:
     void close(std::unique_ptr<FormWindow> window) override;
     /// The menu of an item of the main window, or null.
     QMenu* menu_of(const MenuItem& item) const;
+    void Arrange(Arrangement arrangement) override;
 
 private:
     MessageGate& m_gate;

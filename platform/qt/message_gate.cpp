@@ -3,6 +3,7 @@
 #include "platform/failure.h"
 
 #include <QApplication>
+#include <QWidget>
 
 #include <utility>
 

@@ -423,6 +423,11 @@ void QtRichTextPane::set_HideSelection(bool hide)
     m_editor->show_selection_always(!hide);
 }
 
+void QtRichTextPane::set_MousePointer(int pointer)
+{
+    m_editor->viewport()->setCursor(pointer == 0 ? Qt::IBeamCursor : Qt::CrossCursor);
+}
+
 void QtRichTextPane::set_RightMargin(double twips)
 {
     if (twips < 0)

@@ -66,6 +66,7 @@ public:
     void set_FontSize(double points) override;
     void set_FontBold(bool bold) override;
     void set_HideSelection(bool hide) override;
+    void set_MousePointer(int pointer) override;
     void set_RightMargin(double twips) override;
 
     void LoadFile(const std::string& path, TextKind kind) override;

@@ -35,8 +35,8 @@ TEST_F(Menus, FollowTheDocumentsTheReadingTheSelectionAndTheClipboard)
         clipboard.text = copied ? u"a" : u"";
         States expected = with(all(before), with_document_only, "on");
         expected = with(expected, menus + " mnuFile tbToolBar Toolbar2", word(!speaking));
-        expected = with(expected, on_selection + " mnuPopCopy mnuPopCut", word(selected));
-        expected = with(expected, on_clipboard + " mnuPopPaste", word(copied));
+        expected = with(expected, on_selection + " mnuPopCopy mnuPopCut mnuEditCopy mnuEditCut", word(selected));
+        expected = with(expected, on_clipboard + " mnuPopPaste mnuEditPaste", word(copied));
         EXPECT_EQ(after_setmenu(before), expected) << bits;
     }
     const std::string needs_document
@@ -48,7 +48,7 @@ TEST_F(Menus, FollowTheDocumentsTheReadingTheSelectionAndTheClipboard)
     process.tables.openDocumentCount = 1;
     for (const bool before : { false, true })
         EXPECT_EQ(after_setmenu(before),
-            with(with(all(before), needs_document, "on"), "mnuPopPaste", "on"));
+            with(with(all(before), needs_document, "on"), "mnuPopPaste mnuEditPaste", "on"));
 }
 
 TEST_F(Menus, AreAskedAtASelectionAndAnActivationAndNotAtACopy)

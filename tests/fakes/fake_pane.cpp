@@ -240,6 +240,8 @@ std::int32_t FakePane::GetLineFromChar(std::int32_t offset) const
 
 std::size_t FakePane::paragraph_at(std::int32_t offset) const
 {
+    if (m_content.paragraphs.size() == 1)
+        return 0;
     const auto begin = m_content.text.begin();
     return static_cast<std::size_t>(std::count(begin, begin + offset, u'\n'));
 }

@@ -60,6 +60,7 @@ public:
     void set_FontSize(double points) override;
     void set_FontBold(bool bold) override { font_bold = bold; }
     void set_HideSelection(bool hide) override { hide_selection = hide; }
+    void set_MousePointer(int pointer) override { mouse_pointer = pointer; }
     void set_RightMargin(double twips) override;
 
     void LoadFile(const std::string& path, TextKind kind) override;
@@ -76,6 +77,7 @@ public:
     bool font_bold = false;
     bool hide_selection = true;
     double right_margin = 0;
+    int mouse_pointer = 0;
 
 private:
     struct Format {

@@ -94,6 +94,26 @@ private:
     std::optional<std::string> answer(const FileDialogRequest& request);
 };
 
+struct FakeFontDialogs : FontDialogs {
+    void ShowFont(FontChoice& choice) override
+    {
+        asked = choice;
+        if (answer)
+            choice = *answer;
+    }
+
+    FontChoice asked;
+    std::optional<FontChoice> answer; // none: the user cancels
+};
+
+struct FakeArrangement : DocumentArrangement {
+    void Arrange(Arrangement arrangement) override
+    {
+        asked += std::to_string(static_cast<int>(arrangement));
+    }
+    std::string asked;
+};
+
 struct FakeScreen : Screen {
     void set_MousePointer(MousePointer wanted) override { pointer = wanted; }
     double Width() const override { return 19200; }
@@ -220,6 +240,8 @@ struct FakePlatform {
     FakeChanges changes;
     FakeMessageBoxes boxes;
     FakeDialogs dialogs;
+    FakeFontDialogs font_dialogs;
+    FakeArrangement arrangement;
     FakeScreen screen;
     FakeTray tray;
     FakeHotKeys hot_keys;

@@ -1,0 +1,105 @@
+#include "platform/qt/font_dialogs.h"
+
+#include "platform/qt/child_widget.h"
+#include "platform/qt/text_conversion.h"
+#include "platform/rich_text_pane.h"
+
+#include <QApplication>
+#include <QColorDialog>
+#include <QDialogButtonBox>
+#include <QFontDialog>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace tessavox {
+namespace {
+
+QColor color_of(std::int32_t color)
+{
+    constexpr int byte = 0xff;
+    return color == automatic_color ? QApplication::palette().color(QPalette::Text)
+                                    : QColor(color & byte, color >> 8 & byte, color >> 16 & byte);
+}
+
+QFont font_of(const FontChoice& choice)
+{
+    QFont font(to_qt(choice.FontName));
+    if (choice.FontSize > 0)
+        font.setPointSizeF(choice.FontSize);
+    font.setBold(choice.FontBold);
+    font.setItalic(choice.FontItalic);
+    font.setUnderline(choice.FontUnderline);
+    font.setStrikeOut(choice.FontStrikethru);
+    return font;
+}
+
+/// The toolkit's own choice of a font has no colour, so that it lies in a dialog of ours.
+class FontDialog : public QDialog {
+public:
+    FontDialog(const FontChoice& choice, const QString& title, const QString& color_text)
+        : QDialog(QApplication::activeWindow())
+        , m_fonts(make_child<QFontDialog>(font_of(choice), this))
+        , m_color_button(make_child<QPushButton>(color_text, this))
+        , m_color(choice.Color)
+    {
+        setWindowTitle(title);
+        m_fonts.setWindowFlags(Qt::Widget);
+        m_fonts.setOptions(QFontDialog::NoButtons | QFontDialog::DontUseNativeDialog);
+        m_fonts.setSizeGripEnabled(false);
+        auto& buttons = make_child<QDialogButtonBox>(
+            QDialogButtonBox::Ok | QDialogButtonBox::Cancel, Qt::Horizontal, this);
+        buttons.addButton(&m_color_button, QDialogButtonBox::ActionRole);
+        connect(&buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+        connect(&buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+        connect(&m_color_button, &QPushButton::clicked, this, [this] { choose_color(); });
+        auto& rows = make_child<QVBoxLayout>(this);
+        rows.addWidget(&m_fonts);
+        rows.addWidget(&buttons);
+        show_color();
+    }
+
+    void take_over(FontChoice& choice) const
+    {
+        const QFont font = m_fonts.currentFont();
+        choice.FontName = from_qt(font.family());
+        choice.FontSize = font.pointSizeF();
+        choice.FontBold = font.bold();
+        choice.FontItalic = font.italic();
+        choice.FontUnderline = font.underline();
+        choice.FontStrikethru = font.strikeOut();
+        choice.Color = m_color;
+    }
+
+private:
+    void choose_color()
+    {
+        const QColor chosen = QColorDialog::getColor(
+            color_of(m_color), this, m_color_button.text(), QColorDialog::DontUseNativeDialog);
+        if (chosen.isValid())
+            m_color = RGB(chosen.red(), chosen.green(), chosen.blue());
+        show_color();
+    }
+
+    void show_color()
+    {
+        QPixmap sample(m_color_button.iconSize());
+        sample.fill(color_of(m_color));
+        m_color_button.setIcon(sample);
+    }
+
+    QFontDialog& m_fonts;
+    QPushButton& m_color_button;
+    std::int32_t m_color;
+};
+
+} // namespace
+
+void QtFontDialogs::ShowFont(FontChoice& choice)
+{
+    FontDialog dialog(
+        choice, to_qt(m_texts.LoadResString(1421)), to_qt(m_texts.LoadResString(2341)));
+    if (dialog.exec() == QDialog::Accepted)
+        dialog.take_over(choice);
+}
+
+} // namespace tessavox
