@@ -42,6 +42,7 @@ frmMain::frmMain(Process& process)
 void frmMain::Form_Load()
 {
     LocaliseForm(*this, m_process.platform.texts);
+    show_tool_buttons();
     attempt([&] { tbToolBar.Caption = m_process.platform.texts.LoadResString(2312); });
     Height = start_height_twips;
     Width = start_width_twips;

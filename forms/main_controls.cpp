@@ -154,6 +154,18 @@ void MainControls::add_tool_buttons()
     };
 }
 
+void MainControls::show_tool_buttons()
+{
+    bool any_since_separator = false;
+    int index = 0;
+    for (const ToolRow& row : tool_rows) {
+        const bool is_separator = !row.command;
+        const bool shown = is_separator ? any_since_separator : bool((this->*row.command).Click);
+        tbToolBar.button(++index).Visible = shown;
+        any_since_separator = !is_separator && (shown || any_since_separator);
+    }
+}
+
 void MainControls::add_rule(Property<bool>& Enabled, unsigned when)
 {
     if (when != always)

@@ -132,6 +132,8 @@ struct MainControls : Form {
 
     /// `Enabled` follows the conditions from now on, as often as setmenu asks.
     void add_rule(Property<bool>& Enabled, unsigned when);
+    /// Shows the tool buttons whose commands have been added, and separators between them.
+    void show_tool_buttons();
     /// Writes `value` where the condition counts.
     void apply(Enablement condition, bool value);
 

@@ -9,6 +9,7 @@ BarMember::BarMember(const BarMemberDesign& design, const std::function<void()>&
     , Tag(design.Tag, nullptr)
     , ToolTipText(design.ToolTipText, announce)
     , Enabled(true, announce)
+    , Visible(true, announce)
     , m_key(design.key)
 {
 }

@@ -27,6 +27,7 @@ public:
     Property<std::string> Tag;
     Property<std::string> ToolTipText;
     Property<bool> Enabled;
+    Property<bool> Visible;
 
 private:
     std::string m_key;

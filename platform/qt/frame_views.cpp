@@ -213,6 +213,7 @@ void ToolBarView::control_changed()
     for (std::size_t i = 0; i < m_actions.size(); ++i) {
         const BarMember& button = m_control->Buttons()[i];
         m_actions[i]->setEnabled(button.Enabled);
+        m_actions[i]->setVisible(button.Visible);
         m_actions[i]->setText(to_qt(button.Caption.get().empty() ? button.key() : button.Caption));
         m_actions[i]->setToolTip(to_qt(button.ToolTipText));
     }
