@@ -2,7 +2,8 @@
 // programs that its engines come with. Prints one line a number; a ratio under 1 is better than the
 // program that it is compared with.
 //
-// bench_voice --helper PROGRAM [--quick]: PROGRAM speaks (tessavox-voice-helper).
+// bench_voice --helper PROGRAM --voices FOLDER [--quick]: PROGRAM speaks (tessavox-voice-helper),
+// FOLDER has the descriptions of festival's voices that come with it.
 #include "platform/failure.h"
 #include "platform/voice/rendering/helper_engines.h"
 #include "platform/voice/sound/audio_sink.h"
@@ -40,17 +41,29 @@ double median(std::vector<double> values)
     return values[values.size() / 2];
 }
 
-// Tells when the first frames come; for the rest it is a clock.
+// Tells when the first frames come, and how long there was nothing to hear afterwards.
 class FirstWrite {
 public:
-    void written()
+    void written(double seconds)
     {
         const std::lock_guard lock(m_mutex);
-        if (m_written)
-            return;
-        m_written = true;
-        m_when = Clock::now();
-        m_condition.notify_one();
+        const auto now = Clock::now();
+        if (!m_written) {
+            m_written = true;
+            m_when = m_plays_until = now;
+            m_gaps = {};
+            m_condition.notify_one();
+        }
+        if (now > m_plays_until && now > m_when + std::chrono::seconds(1))
+            m_gaps += now - m_plays_until;
+        m_plays_until = std::max(m_plays_until, now)
+            + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+    }
+    /// Those after the first second.
+    double milliseconds_of_gaps()
+    {
+        const std::lock_guard lock(m_mutex);
+        return std::chrono::duration<double, std::milli>(m_gaps).count();
     }
     Clock::time_point wait()
     {
@@ -69,6 +82,8 @@ private:
     std::condition_variable m_condition;
     bool m_written = false;
     Clock::time_point m_when;
+    Clock::time_point m_plays_until;
+    Clock::duration m_gaps{};
 };
 
 class WatchedSink : public AudioSink {
@@ -83,7 +98,8 @@ public:
     void write(std::span<const std::byte> frames) override
     {
         m_clock->write(frames);
-        m_first.written();
+        const PcmFormat form = format();
+        m_first.written(static_cast<double>(frames.size()) / form.block_align() / form.rate);
     }
     void finish() override { m_clock->finish(); }
     std::uint64_t played() override { return m_clock->played(); }
@@ -178,19 +194,48 @@ private:
     std::thread m_thread;
 };
 
+// The user's folder of voices, with a slow engine in it.
+class DescribedEngine {
+public:
+    DescribedEngine()
+    {
+        const auto voices = m_folder / "tessavox/voices";
+        std::filesystem::create_directories(voices);
+        std::ofstream(voices / "half-speed.voice")
+            << "Name = Half\nLanguage = en-US\nMode = directory\nReads = " TESSAVOX_BENCH
+               "\nCommand = python3 " TESSAVOX_BENCH "/half_speed_engine.py {dir}\n";
+        setenv("XDG_DATA_HOME", m_folder.c_str(), 1);
+    }
+    ~DescribedEngine() { std::filesystem::remove_all(m_folder); }
+    DescribedEngine(const DescribedEngine&) = delete;
+    DescribedEngine& operator=(const DescribedEngine&) = delete;
+
+private:
+    const std::filesystem::path m_folder
+        = std::filesystem::temp_directory_path() / ("bench-data-" + std::to_string(getpid()));
+};
+
 class Bench {
 public:
-    Bench(const std::string& helper, bool quick)
+    Bench(HelperOptions helper, bool quick)
         : m_rounds(quick ? 3 : 5)
+        , m_helper(std::move(helper))
+    {
+        std::filesystem::create_directories(m_folder);
+        start();
+    }
+    ~Bench() { std::filesystem::remove_all(m_folder); }
+
+    // All engines anew.
+    void start()
     {
         SpeechServiceOptions options;
         options.post = [](const std::function<void()>&) {};
-        m_service = make_speech_service(std::move(options), start_helper_engines({ helper, 0, {} }),
+        m_voice.reset();
+        m_service = make_speech_service(std::move(options), start_helper_engines(m_helper),
             std::make_unique<WatchedServer>(m_first));
         m_voice = m_service->create_voice(m_deaf);
-        std::filesystem::create_directories(m_folder);
     }
-    ~Bench() { std::filesystem::remove_all(m_folder); }
 
     void set_voice(const std::string& id)
     {
@@ -253,6 +298,51 @@ public:
             median(theirs), median(ours) / median(theirs));
     }
 
+    // From nothing to the first sound, beside the program by itself.
+    void festival(const std::string& name, const std::string& voice)
+    {
+        const std::u16string text = u"Nobody in the village took any notice of him.";
+        const std::string in = m_folder / "text.txt";
+        std::ofstream(in) << to_utf8(text) << '\n';
+        const std::string line = "festival -b '(define voice " + voice + ")' '(define folder \""
+            + m_folder.string() + "\")' " + m_helper.shipped_voices + "/festival.scm < " + in
+            + " > /dev/null 2>&1";
+        std::vector<double> ours;
+        std::vector<double> theirs;
+        for (int i = 0; i < m_rounds; ++i) {
+            start();
+            set_voice("voice:festival-" + name);
+            m_first.reset();
+            const auto begin = Clock::now();
+            m_voice->Speak(text, SVSFlagsAsync);
+            ours.push_back(
+                std::chrono::duration<double, std::milli>(m_first.wait() - begin).count());
+            m_voice->Speak(u"", SVSFPurgeBeforeSpeak);
+            const auto start = Clock::now();
+            if (std::system(line.c_str()) != 0) {
+                std::printf("first sound of festival %s: it is not installed\n", name.c_str());
+                return;
+            }
+            theirs.push_back(milliseconds_since(start));
+        }
+        constexpr double most_more_ms = 30;
+        const double limit = median(theirs) + most_more_ms;
+        std::printf("first sound of festival %s, cold: %.0f ms, %.0f ms (its own time and 30 ms), "
+                    "ratio %.2f\n",
+            name.c_str(), median(ours), limit, median(ours) / limit);
+    }
+
+    void gaps(const TextSlice& text)
+    {
+        set_voice("voice:half-speed");
+        m_first.reset();
+        m_voice->Speak(text, SVSFlagsAsync | SVSFIsNotXML);
+        const auto begin = Clock::now();
+        m_voice->WaitUntilDone(-1);
+        std::printf("gaps after the first second, engine at half of real time: %.0f ms in %.0f s\n",
+            m_first.milliseconds_of_gaps(), milliseconds_since(begin) / 1000);
+    }
+
     void memory(const TextSlice& text)
     {
         save(english(1000), 22);
@@ -265,6 +355,7 @@ public:
 
 private:
     const int m_rounds;
+    const HelperOptions m_helper;
     const std::filesystem::path m_folder
         = std::filesystem::temp_directory_path() / ("bench-voice-" + std::to_string(getpid()));
     FirstWrite m_first;
@@ -278,16 +369,19 @@ private:
 int main(int argc, char** argv)
 {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    std::string helper;
+    HelperOptions helper;
     bool quick = false;
     for (int i = 1; i < argc; ++i) {
         const std::string argument = argv[i];
         if (argument == "--helper" && i + 1 < argc)
-            helper = argv[++i];
+            helper.path = argv[++i];
+        else if (argument == "--voices" && i + 1 < argc)
+            helper.shipped_voices = argv[++i];
         else if (argument == "--quick")
             quick = true;
     }
     try {
+        const DescribedEngine half_speed;
         Bench bench(helper, quick);
         bench.set_voice("espeak:gmw/en");
         // First of all, as what the other measurements leave allocated would hide the cost.
@@ -308,7 +402,9 @@ int main(int argc, char** argv)
         bench.against("save 100 kB, 48 kHz stereo", chapter, 39, "espeak-ng -v gmw/en");
         bench.set_voice("flite:kal16");
         bench.against("save 20 kB with kal16", english(20'000), 18, "flite -voice kal16");
-        bench.set_voice("espeak:gmw/en");
+        bench.festival("slt", "voice_cmu_us_slt_arctic_hts");
+        bench.festival("kal", "voice_kal_diphone");
+        bench.gaps(english(quick ? 300 : 900));
     } catch (const Failure& failure) {
         std::cerr << failure.what() << '\n';
         return 1;

@@ -222,9 +222,10 @@ def main():
     bed.forget_settings()
     opening_of_documents(table, program)
     heard(table, folder)
-    figures(table, [os.path.join(folder, "bench_voice"),
-                    "--helper", os.path.join(build, "tessavox-voice-helper"), *sys.argv[2:]])
     sources = os.path.dirname(__file__)
+    figures(table, [os.path.join(folder, "bench_voice"),
+                    "--helper", os.path.join(build, "tessavox-voice-helper"),
+                    "--voices", os.path.join(sources, "..", "share", "voices"), *sys.argv[2:]])
     figures(table, [os.path.join(folder, "bench_alignment"),
                     os.path.join(sources, "sentences.txt"),
                     os.path.join(sources, "festival_truth.scm")])

@@ -15,6 +15,7 @@ constexpr double seconds_ahead = 10;
 constexpr double units_a_second = 15; // at rate 0, roughly, whatever the voice
 constexpr std::size_t most_items_ahead = 256;
 constexpr std::size_t longest_first_units = 160; // some ten seconds of speech, some ms of work
+constexpr std::size_t longest_first_units_of_a_natural_voice = 60; // up to some seconds of work
 
 } // namespace
 
@@ -67,24 +68,32 @@ bool ReadingAhead::read_one()
         m_all_read = true;
         return false;
     }
-    const bool first = std::holds_alternative<Utterance>(*item) && std::exchange(m_first, false);
     m_items.push_back({ { std::move(*item), std::move(place) }, -1, 0, {} });
-    if (first && m_pace == Pace::Live)
-        divide_first();
+    if (m_pace == Pace::Live)
+        while (divide_last()) { }
     return true;
 }
 
 // The sound starts when the first utterance is rendered, so a very long one is given in two parts.
-void ReadingAhead::divide_first()
+// A natural voice may need half as long to render as it speaks: each of its parts is rendered while
+// those before it are heard, so none is longer than they are together.
+bool ReadingAhead::divide_last()
 {
     Spoken& item = m_items.back();
-    auto& utterance = std::get<Utterance>(item.item);
-    const std::size_t division = division_of(utterance, longest_first_units);
+    auto* utterance = std::get_if<Utterance>(&item.item);
+    if (!utterance)
+        return false;
+    std::size_t most_units = m_units_read == 0 ? longest_first_units : utterance->text.size();
+    if (m_voices.is_natural(utterance->style))
+        most_units = std::max(longest_first_units_of_a_natural_voice, m_units_read * 4 / 5);
+    const std::size_t division = division_of(*utterance, most_units);
+    m_units_read += division == 0 ? utterance->text.size() : utterance->tokens[division].begin;
     if (division == 0)
-        return;
-    Spoken rest{ { rest_of(utterance, division), item.place }, -1, 0, {} };
-    utterance = start_of(utterance, division);
+        return false;
+    Spoken rest{ { rest_of(*utterance, division), item.place }, -1, 0, {} };
+    *utterance = start_of(*utterance, division);
     m_items.push_back(std::move(rest));
+    return true;
 }
 
 std::optional<Spoken> ReadingAhead::next(const std::function<bool()>& interrupted)
@@ -115,7 +124,7 @@ void ReadingAhead::go_to(const ReadingPlace& place)
     forget_orders();
     m_items.clear();
     m_all_read = false;
-    m_first = true;
+    m_units_read = 0;
     m_reader = TextReader(m_job.text, m_job.reading, m_voices, place);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/voice/engines/voice_catalog.h"
+#include "platform/voice/natural/natural_voices.h"
 #include "platform/voice/playback.h"
 #include "platform/voice/speech_engines.h"
 
@@ -27,6 +28,13 @@ public:
         return m_catalog.choose(required, optional, current < 0 ? m_own : current);
     }
     int voice_for(const SpeechStyle& style) const { return style.voice < 0 ? m_own : style.voice; }
+    /// Whether a style's voice is a natural one, which may be slow.
+    bool is_natural(const SpeechStyle& style) const
+    {
+        const int voice = voice_for(style);
+        return voice >= 0 && static_cast<std::size_t>(voice) < m_catalog.tokens().size()
+            && is_natural_voice(m_catalog.tokens()[static_cast<std::size_t>(voice)].id);
+    }
 
 private:
     const VoiceCatalog& m_catalog;
@@ -81,7 +89,7 @@ public:
 private:
     bool read_one();
     bool far_enough() const;
-    void divide_first();
+    bool divide_last();
     void forget_orders();
 
     const JobVoices& m_voices;
@@ -91,7 +99,7 @@ private:
     const Pace m_pace;
     TextReader m_reader;
     bool m_all_read = false;
-    bool m_first = true; // the listener waits for the next item
+    std::size_t m_units_read = 0; // of text, since the listener has waited for the first item
     std::deque<Spoken> m_items; // read and not taken
     std::size_t m_ordered = 0; // so many of them, from the first
 };

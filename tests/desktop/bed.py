@@ -152,11 +152,14 @@ class Control:
         xdotool("mouseup", 1)
 
     def choose(self, index):
-        """Chooses an entry of a list by its position, with mouse and keys. Returns its text."""
+        """Chooses an entry of a list by its position, with mouse and keys: -1 is the last one.
+        Returns its text."""
         entries = self.children()[0]
-        entry = Control(entries.node.get_child_at_index(index)).name
+        count = entries.node.get_child_count() if index < 0 else 0
+        entry = Control(entries.node.get_child_at_index(count + index)).name
         self.press_until(lambda: entries.showing, "the open list")
-        keys("Home", *["Down"] * index, "Return")
+        keys(*(["End", *["Up"] * (-1 - index)] if index < 0 else ["Home", *["Down"] * index]),
+             "Return")
         wait_for(lambda: not entries.showing and self.name == entry, f"'{entry}' is chosen")
         return entry
 

@@ -109,9 +109,12 @@ public:
     {
         VoiceDescription description
             = parse_voice_description(read_small_file(file, most_description_bytes));
-        const fs::path program = find_program(description.command.front(), m_programs.search_path);
+        const std::string& named = description.command.front();
+        const fs::path program
+            = find_program(named.starts_with("~/") ? full_path(named, file).string() : named,
+                m_programs.search_path);
         if (program.empty())
-            throw Failure("no program " + description.command.front() + " is installed");
+            throw Failure("no program " + named + " is installed");
         description.command.front() = program;
         for (fs::path& place : description.reads)
             place = full_path(place, file);

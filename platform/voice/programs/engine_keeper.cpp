@@ -224,7 +224,7 @@ VoicePlaces voice_places(const std::string& shipped)
     VoicePlaces places;
     places.folders = voice_folders(variable("XDG_DATA_HOME"), variable("HOME"));
     if (!shipped.empty())
-        places.folders.descriptions.emplace_back(shipped);
+        places.folders.descriptions.push_back(fs::absolute(shipped));
     places.programs.home = variable("HOME");
     places.programs.search_path = variable("PATH");
     // Where programs of a user's own are put, which a desktop doesn't always search.

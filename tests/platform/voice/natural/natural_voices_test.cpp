@@ -121,6 +121,19 @@ TEST_F(NaturalVoiceFolders, TellOfEachFileThatIsNoVoiceWhy)
             HasSubstr("is no plain text"), HasSubstr("is no plain text")));
 }
 
+TEST_F(NaturalVoiceFolders, AreNotReadByTheProgramThatSetsUpMice)
+{
+    const auto found_with = [&](const std::string& name, const std::string& script) {
+        root.write("bin/" + name, script);
+        fs::permissions(root / ("bin/" + name), fs::perms::owner_all);
+        return find_piper(root / "bin");
+    };
+    EXPECT_EQ(found_with("piper", "#! /usr/bin/python3\ngi.require_version('Gtk', '3.0')"), "");
+    EXPECT_EQ(
+        found_with("piper", "#! /usr/bin/python3\nfrom piper import main"), root / "bin/piper");
+    EXPECT_EQ(found_with("piper-tts", ""), root / "bin/piper-tts");
+}
+
 TEST(VoiceFolders, AreThoseOfTheUserBeforeThoseOfTheSystem)
 {
     EXPECT_EQ(voice_folders("/data", "/home/me").descriptions.front(), "/data/tessavox/voices");

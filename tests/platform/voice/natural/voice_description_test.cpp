@@ -16,7 +16,8 @@ TEST(VoiceDescription, SaysAllThatStandsInIt)
         "# A voice\n\n  Name=Polly \r\nLanguage = zh-Hant-TW\nMode = wave\n"
         "Command = \"/opt/my parrot\" -o {out} --to={speaker} \\\"{text}\\\" \"\" -m{model}\n"
         "Model = polly.bin\nSpeaker = 0\nGender = Female\nAge = Senior\nVendor = Birds = us\n"
-        "Reference = cmn\nSampleRate = 22050");
+        "Reference = cmn\nSampleRate = 22050\nEncoding = ISO-8859-2\n"
+        "Reads = \"~/my models\" birds");
     EXPECT_EQ(voice.mode, CommandMode::wave);
     EXPECT_THAT(voice.command,
         ElementsAre(
@@ -24,8 +25,10 @@ TEST(VoiceDescription, SaysAllThatStandsInIt)
     EXPECT_EQ(voice.speaker, 0);
     EXPECT_EQ(voice.sample_rate, 22050);
     EXPECT_THAT(std::vector({ voice.name, voice.language, voice.model.string(), voice.gender,
-                    voice.age, voice.vendor, voice.reference }),
-        ElementsAre("Polly", "zh-Hant-TW", "polly.bin", "Female", "Senior", "Birds = us", "cmn"));
+                    voice.age, voice.vendor, voice.reference, voice.encoding }),
+        ElementsAre("Polly", "zh-Hant-TW", "polly.bin", "Female", "Senior", "Birds = us", "cmn",
+            "ISO-8859-2"));
+    EXPECT_THAT(voice.reads, ElementsAre("~/my models", "birds"));
 }
 
 std::string failure_of(const std::string& description)

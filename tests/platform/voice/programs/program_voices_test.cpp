@@ -32,6 +32,7 @@ protected:
         for (const char* behaviour : { "crash", "hang", "good" })
             describe(behaviour, "directory", stand_in + std::string(behaviour) + " {dir}",
                 "Reads = " STAND_IN_ENGINES);
+        describe("told", "frames", stand_in + std::string("told"), "Reads = " STAND_IN_ENGINES);
         engines = start_helper_engines({ TESSAVOX_VOICE_HELPER, 1, {} });
         queue = engines->live_queue();
     }
@@ -90,7 +91,7 @@ TEST_F(ProgramVoices, StandAtTheEndOfTheListUnderReadableNames)
     EXPECT_THAT(names,
         testing::ElementsAre("English (United States), crash",
             "English (United States), female, flite (Flite)", "English (United States), good",
-            "English (United States), hang"));
+            "English (United States), hang", "English (United States), told"));
     EXPECT_TRUE(engines->voices()->tokens().back().id.starts_with("voice:"));
 }
 
@@ -117,6 +118,14 @@ TEST_F(ProgramVoices, HaveTheirWordsWhereTheyAreHeard)
                 - static_cast<double>(truth.words[word].frame) / truth.sample_rate);
     }
     EXPECT_LT(sum / count, 0.03);
+}
+
+TEST_F(ProgramVoices, SayThemselvesWhereTheirWordsAreIfTheyKnow)
+{
+    const Rendering told = spoken("voice:told", utterance_of(u"One two three."));
+    EXPECT_EQ(told.words[0].frame, 4000U);
+    EXPECT_GT(told.words[1].frame, 4000U);
+    EXPECT_EQ(told.words[2].frame, 12000U);
 }
 
 TEST_F(ProgramVoices, AreBentToTheSpeedAndSpellAndAreCutWhereTheyWereSpokenBefore)

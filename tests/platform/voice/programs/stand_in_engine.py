@@ -58,6 +58,7 @@ ANSWERS = {
     "network": lambda: __import__("socket").socket() and wave(),
     "home": lambda: open(os.environ["HOME"] + "/diary").read() and wave(),
     "frames": lambda: b"frames 16000 8 0 4\n" + bytes(16),
+    "told": lambda: b"frames 16000 16000 4000 - 12000\n" + b"\0\x20\0\xe0" * 8000,
     "no frames": lambda: b"Loading the model...\n",
     "words in no order": lambda: b"frames 16000 8 4 0\n" + bytes(16),
 }
