@@ -121,8 +121,9 @@ constexpr int writing[] = {
 };
 
 // What programs of others need to run at all: shells, interpreters, and what computes on many
-// threads. Rights and times of files are not among it, because the wall around files lets whoever may
-// read one change them. None of it leaves the process group, so that whoever started it can end it whole.
+// threads. Rights and times of files are not among it, because the wall around files lets whoever
+// may read one change them. None of it leaves the process group, so that whoever started it can end
+// it whole.
 constexpr int executing[] = {
     // programs and their children
     SCMP_SYS(execve),
