@@ -97,16 +97,16 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
     QtRichTextPanes panes(clipboard, files);
     const std::unique_ptr<SpeechService> speech = make_speech(post, texts, std::move(engines));
     Platform platform{ windows, post, quit, [] { QCoreApplication::processEvents(); }, files,
-        clipboard, changes, message_boxes, dialogs, font_dialogs, windows, screen, tray, *hot_keys, shell, skin,
-        blocking_work, panes, *speech, texts,
+        clipboard, changes, message_boxes, dialogs, font_dialogs, windows, screen, tray, *hot_keys,
+        shell, skin, blocking_work, panes, *speech, texts,
         prepare_config_folder(find_config_home(), app_folder + "/conf"), app_folder, command_line };
 
     Tessavox tessavox(platform);
     const EndSignals end_signals(gate, [&tessavox] {
+        // A dialog that outlives the main window doesn't hold the end up.
+        attempt([&] { tessavox.main_window().Unload(); });
         if (!tessavox.main_window().is_loaded())
             quit();
-        else
-            attempt([&] { tessavox.main_window().Unload(); });
     });
     blocking_work.end_is_wanted = [&end_signals] { return end_signals.is_wanted(); };
     // In the message loop, so that what comes during the first messages waits for the end of Main.

@@ -79,6 +79,16 @@ QIcon tool_icon(const std::string& key, const QStyle& style)
     return {};
 }
 
+/// A button without a caption says what its tool tip does.
+QString text_of(const BarMember& button)
+{
+    for (const std::string& text : { button.Caption.get(), button.ToolTipText.get() }) {
+        if (!text.empty())
+            return to_qt(text);
+    }
+    return to_qt(button.key());
+}
+
 } // namespace
 
 // Menus ------------------------------------------------------------------------------------------
@@ -214,7 +224,7 @@ void ToolBarView::control_changed()
         const BarMember& button = m_control->Buttons()[i];
         m_actions[i]->setEnabled(button.Enabled);
         m_actions[i]->setVisible(button.Visible);
-        m_actions[i]->setText(to_qt(button.Caption.get().empty() ? button.key() : button.Caption));
+        m_actions[i]->setText(text_of(button));
         m_actions[i]->setToolTip(to_qt(button.ToolTipText));
     }
 }
