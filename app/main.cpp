@@ -14,6 +14,7 @@
 #include "platform/qt/message_boxes.h"
 #include "platform/qt/message_gate.h"
 #include "platform/qt/outside_changes.h"
+#include "platform/qt/program_style.h"
 #include "platform/qt/rich_text_pane.h"
 #include "platform/qt/screen.h"
 #include "platform/qt/shell.h"
@@ -42,6 +43,7 @@ void set_up(QApplication& application)
     application.setApplicationName("Tessavox");
     application.setDesktopFileName("tessavox");
     application.setQuitOnLastWindowClosed(false); // the logic knows when all has been unloaded
+    QApplication::setStyle(std::make_unique<ProgramStyle>().release()); // which it then owns
     QFont::insertSubstitution("Comic Sans MS", "Comic Neue");
 }
 

@@ -10,8 +10,8 @@ namespace tessavox {
 
 class frmFind;
 
-/// Each command acts on the text of the document that is active when it runs, also of one that shows
-/// its web page. Copies are plain text.
+/// Each command acts on the text of the document that is active when it runs, also of one that
+/// shows its web page. Copies are plain text.
 class EditCommands {
 public:
     /// Adds its commands to the Edit menu.

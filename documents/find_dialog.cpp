@@ -126,9 +126,7 @@ void frmFind::continued_search()
     std::int32_t foundAt = 0;
     std::int32_t searchStart = 0;
     attempt_each([&] { searchStart = pane().SelStart() + pane().SelLength(); },
-        [&] {
-            foundAt = pane().Find(to_utf16(txtFind.Text.get()), searchStart, searchOptions());
-        });
+        [&] { foundAt = pane().Find(to_utf16(txtFind.Text.get()), searchStart, searchOptions()); });
     if (foundAt != -1) {
         attempt([&] { ActiveForm(m_process.forms).rtfText.SetFocus(); });
     } else {
@@ -164,8 +162,8 @@ void frmFind::cmdReplaceAll_Click()
     if (txtFind.Text.get().empty())
         return;
     attempt([&] {
-        Replacing replacing(pane(), to_utf16(txtFind.Text.get()), to_utf16(txtReplace.Text.get()),
-            searchOptions());
+        Replacing replacing(
+            pane(), to_utf16(txtFind.Text.get()), to_utf16(txtReplace.Text.get()), searchOptions());
         if (!replacing.run(first_run))
             m_process.platform.blocking_work.wait(
                 text(2340), [&] { return replacing.run(further_run); },

@@ -127,11 +127,9 @@ void FormatCommands::ChangeCase(std::u16string (*convert)(std::u16string_view))
 {
     Clipboard& clipboard = m_process.platform.clipboard;
     std::u16string text;
-    attempt_each(
-        [&] { clipboard.SetText(m_files.active_document().rtfText->SelText().view()); },
+    attempt_each([&] { clipboard.SetText(m_files.active_document().rtfText->SelText().view()); },
         [&] { text = convert(clipboard.GetText().view()); },
-        [&] { m_files.active_document().rtfText->set_SelText(text); },
-        [&] { clipboard.Clear(); });
+        [&] { m_files.active_document().rtfText->set_SelText(text); }, [&] { clipboard.Clear(); });
 }
 
 void FormatCommands::mnuFormatCSLower_Click()

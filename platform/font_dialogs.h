@@ -9,7 +9,8 @@ namespace tessavox {
 /// What a font dialog begins with, and what was chosen in it. The names are those of the well-known
 /// common dialog.
 struct FontChoice {
-    int Flags = 0; // 1 screen fonts, 2 printer fonts, 256 effects: strike-through, underline, colour
+    int Flags
+        = 0; // 1 screen fonts, 2 printer fonts, 256 effects: strike-through, underline, colour
     std::string FontName;
     double FontSize = 0; // points
     bool FontBold = false;

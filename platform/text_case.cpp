@@ -10,8 +10,8 @@ namespace tessavox {
 
 namespace {
 
-using Convert = int32_t (*)(
-    char16_t*, int32_t, const char16_t*, int32_t, const char* locale, UErrorCode*);
+using Convert
+    = int32_t (*)(char16_t*, int32_t, const char16_t*, int32_t, const char* locale, UErrorCode*);
 
 /// The result may be longer or shorter than the text.
 std::u16string converted(std::u16string_view text, Convert convert)
@@ -55,9 +55,10 @@ std::u16string word_capitals(std::u16string_view text)
             result += text[first];
             continue;
         }
-        const auto end = static_cast<std::size_t>(
-            std::find_if(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), separates_words)
-            - text.begin());
+        const auto end
+            = static_cast<std::size_t>(std::find_if(text.begin() + static_cast<std::ptrdiff_t>(at),
+                                           text.end(), separates_words)
+                - text.begin());
         result += upper_case(text.substr(first, at - first));
         result += lower_case(text.substr(at, end - at));
         at = end;

@@ -7,7 +7,6 @@
 #include "platform/qt/twips.h"
 
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QMdiSubWindow>
 #include <QScrollArea>
 
@@ -52,10 +51,6 @@ public:
         scroll.setFocusPolicy(Qt::NoFocus);
         scroll.setWidgetResizable(true);
         scroll.setWidget(&canvas);
-        // The places of the controls count from the left in every language, so what sticks out does
-        // so at the right.
-        scroll.setLayoutDirection(Qt::LeftToRight);
-        canvas.setLayoutDirection(QGuiApplication::layoutDirection());
         setWidget(&scroll);
         setAttribute(Qt::WA_DeleteOnClose, false);
         // Were it a stop of the tab key, a screen reader would be told of the frame instead of the
@@ -180,6 +175,8 @@ void ChildWindow::client_sized()
     if (m_area->resized)
         m_area->resized();
     report_client_size(m_window.scroll.viewport()->size());
+    if (!m_window.canvas.isLeftToRight())
+        redraw(); // all places count from the right edge, which has moved
     if (m_extent_is_known || !form() || !views())
         return;
     m_extent_is_known = true;

@@ -10,7 +10,6 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QProxyStyle>
 #include <QScreen>
 #include <QStyleOption>
 #include <QStylePainter>
@@ -22,33 +21,8 @@ namespace tessavox {
 namespace {
 
 constexpr int visible_list_entries = 20;
-constexpr int list_text_margin = 4; // pixels
+constexpr int list_text_margin = 5; // pixels from the edge
 constexpr int key_intervals_of_a_pause = 2;
-
-/// Gives lists a popup of limited height with a scroll bar, where some styles would cover the whole
-/// screen as if it were a menu.
-class ScrollingListStyle : public QProxyStyle {
-public:
-    /// One for all lists.
-    static QStyle& shared()
-    {
-        constexpr char name[] = "scrollingLists";
-        if (auto* known = qApp->findChild<QProxyStyle*>(name))
-            return *known;
-        auto& style = make_child<ScrollingListStyle>();
-        style.setObjectName(name);
-        style.setParent(qApp);
-        return style;
-    }
-
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-        QStyleHintReturn* result) const override
-    {
-        if (hint == SH_ComboBox_Popup)
-            return 0;
-        return QProxyStyle::styleHint(hint, option, widget, result);
-    }
-};
 
 /// A list whose popup is as wide as its longest entry needs, whatever the width of the box. What is
 /// typed finds the entry that begins with it, or else one that contains it; blanks too may be part
@@ -59,7 +33,6 @@ public:
     explicit WideComboBox(QWidget* parent)
         : QComboBox(parent)
     {
-        setStyle(&ScrollingListStyle::shared());
         m_pause.setSingleShot(true);
         connect(&m_pause, &QTimer::timeout, this, &WideComboBox::choose_found);
     }
@@ -90,17 +63,16 @@ protected:
             return QComboBox::paintEvent(event);
         QStyleOptionComboBox option;
         initStyleOption(&option);
-        const QSize field
-            = style()
-                  ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this)
-                  .size();
-        const QSize room(field.width() - list_text_margin, field.height());
+        const QRect arrow = QStyle::visualRect(layoutDirection(), rect(),
+            style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxArrow, this));
+        const QRect room(list_text_margin, 0, arrow.left() - list_text_margin + 1, height());
         QStylePainter painter(this);
-        painter.setFont(fitted_font(font(), option.currentText, room));
-        option.currentText
-            = painter.fontMetrics().elidedText(option.currentText, Qt::ElideRight, room.width());
         painter.drawComplexControl(QStyle::CC_ComboBox, option);
-        painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+        painter.setFont(fitted_font(font(), currentText(), room.width()));
+        painter.drawItemText(QStyle::visualRect(layoutDirection(), rect(), room),
+            QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignVCenter,
+            option.palette, isEnabled(), fitted_text(painter.font(), currentText(), room.width()),
+            QPalette::ButtonText);
     }
 
     void keyPressEvent(QKeyEvent* event) override
@@ -220,9 +192,14 @@ private:
         const QString text = to_qt(m_control.Text);
         if (QLineEdit* line = m_box.lineEdit(); line && line->text() != text)
             line->setText(text);
-        // The box may be too narrow for its entry; the tool tip has room for it.
-        const QString tip = to_qt(m_control.ToolTipText);
-        m_box.setToolTip(tip.isEmpty() ? text : text.isEmpty() ? tip : tip + "\n" + text);
+    }
+
+    // The box may be too narrow for its entry; the tool tip has room for it.
+    QString tip() const override
+    {
+        const QString own = WidgetView::tip();
+        const QString text = to_qt(m_control.Text);
+        return own.isEmpty() ? text : text.isEmpty() ? own : own + "\n" + text;
     }
 
     ComboBox& m_control;

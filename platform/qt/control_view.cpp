@@ -35,6 +35,16 @@ QRect place_of(const Control& control)
     return to_pixels(control.Left(), control.Top(), width, control.Height());
 }
 
+/// The same in a window that runs from right to left, where places count from the right edge.
+QRect mirrored(const QRect& place, const QWidget& widget)
+{
+    const QWidget* parent = widget.parentWidget();
+    if (!parent || parent->isLeftToRight())
+        return place;
+    return { parent->width() - place.x() - place.width(), place.y(), place.width(),
+        place.height() };
+}
+
 using Maker = std::unique_ptr<WidgetView> (*)(Control&, QWidget&);
 
 template <class Kind, std::unique_ptr<WidgetView> (*make)(Kind&, QWidget&)>
@@ -81,15 +91,20 @@ void WidgetView::control_changed()
     if (m_widget.window()->focusWidget() == &m_widget
         && !(m_control->Enabled && m_control->Visible))
         about_to_lose_focus();
-    const QRect place = place_of(*m_control);
+    const QRect place = mirrored(place_of(*m_control), m_widget);
     if (m_widget.geometry() != place)
         m_widget.setGeometry(place);
     m_widget.setEnabled(m_control->Enabled);
     m_widget.setVisible(m_control->Visible);
-    if (const QString tip = to_qt(m_control->ToolTipText); m_widget.toolTip() != tip)
-        m_widget.setToolTip(tip);
     redraw();
+    if (const QString shown = tip(); m_widget.toolTip() != shown)
+        m_widget.setToolTip(shown);
     draw_name();
+}
+
+QString WidgetView::tip() const
+{
+    return to_qt(m_control->ToolTipText);
 }
 
 bool WidgetView::user_may_act() const
@@ -112,6 +127,10 @@ void WidgetView::draw_name()
         std::begin(names), std::end(names), [](const QString& one) { return !one.isEmpty(); });
     if (name != std::end(names) && focus_widget().accessibleName() != *name)
         focus_widget().setAccessibleName(*name);
+    // The toolkit would describe it by its tool tip, and so say its name or text once more.
+    const QString own = to_qt(m_control->ToolTipText);
+    if (tip() != own && m_widget.accessibleDescription() != own)
+        m_widget.setAccessibleDescription(own);
 }
 
 std::unique_ptr<WidgetView> make_widget_view(Control& control, QWidget& parent)

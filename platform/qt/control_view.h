@@ -41,6 +41,8 @@ public:
 protected:
     /// Caption, value and the like; geometry and state are done.
     virtual void redraw() { }
+    /// The tool tip, as it is after redraw().
+    virtual QString tip() const;
     /// The control has the focus and is about to be disabled or hidden.
     virtual void about_to_lose_focus() { }
     /// Reports something to the control. Afterwards the widget shows what the control made of it.

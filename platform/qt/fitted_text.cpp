@@ -1,42 +1,42 @@
 #include "platform/qt/fitted_text.h"
 
-#include <QApplication>
 #include <QFontMetrics>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace tessavox {
-namespace {
 
-constexpr double smallest_legible_points = 7;
-
-QFont resized(QFont font, double points)
+QFont fitted_font(QFont font, const QString& text, int width)
 {
-    font.setPointSizeF(points);
+    constexpr double tightest = -0.5; // pixels a letter: some 4 % of a common font's
+    const int spare = width - QFontMetrics(font).size(Qt::TextShowMnemonic, text).width();
+    if (spare < 0)
+        font.setLetterSpacing(QFont::AbsoluteSpacing,
+            std::max(tightest, (spare - 1) / static_cast<double>(text.size())));
     return font;
 }
 
-} // namespace
-
-QFont fitted_font(QFont font, const QString& text, const QSize& room)
+QString fitted_text(const QFont& font, const QString& text, int width)
 {
-    const double smallest = std::min(smallest_legible_points, font.pointSizeF());
-    const auto fits = [&] {
-        const QSize size = QFontMetrics(font).size(Qt::TextShowMnemonic, text);
-        return size.width() <= room.width() && size.height() <= room.height();
-    };
-    while (!fits() && font.pointSizeF() > smallest)
-        font.setPointSizeF(std::max(smallest, font.pointSizeF() - 0.5));
-    return font;
-}
-
-QString fit_text(QWidget& widget, const QString& text, const QSize& room, double scale)
-{
-    const QFont base = QApplication::font(&widget);
-    const QFont font = fitted_font(resized(base, base.pointSizeF() * scale), text, room);
-    if (widget.font() != font)
-        widget.setFont(font);
     return QFontMetrics(font).elidedText(
-        text, Qt::ElideRight, std::max(room.width(), 0), Qt::TextShowMnemonic);
+        text, Qt::ElideRight, std::max(width, 0), Qt::TextShowMnemonic);
+}
+
+QString fit_text(QWidget& widget, const QFont& font, const QString& text, int width)
+{
+    const QFont fitted = fitted_font(font, text, width);
+    if (widget.font() != fitted)
+        widget.setFont(fitted);
+    return fitted_text(fitted, text, width);
+}
+
+QString tip_for(const QString& text, const QString& shown, const QString& tip)
+{
+    if (shown == text)
+        return tip;
+    const QString whole = QString(text).remove('&');
+    return tip.isEmpty() ? whole : whole + "\n" + tip;
 }
 
 } // namespace tessavox

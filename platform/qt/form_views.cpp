@@ -105,6 +105,7 @@ void FormViews::name_all()
         if (label) {
             if (auto* drawn = qobject_cast<QLabel*>(&view_of(*label)->widget()))
                 drawn->setBuddy(&view->focus_widget());
+            view_of(*label)->control_changed(); // it stands on the line of its buddy
         }
     }
 }
@@ -129,8 +130,10 @@ QSize FormViews::fixed_extent() const
         if (!control->is_shown() || !keeps_its_size(*control))
             continue;
         const QWidget& widget = view->widget();
-        const QPoint corner = widget.mapTo(&m_canvas, QPoint(widget.width(), widget.height()));
-        extent = extent.expandedTo({ corner.x(), corner.y() });
+        const QRect place(widget.mapTo(&m_canvas, QPoint()), widget.size());
+        const int across
+            = m_canvas.isLeftToRight() ? place.x() + place.width() : m_canvas.width() - place.x();
+        extent = extent.expandedTo({ across, place.y() + place.height() });
     }
     return extent;
 }

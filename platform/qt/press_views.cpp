@@ -8,6 +8,7 @@
 #include "platform/qt/transport_icons.h"
 #include "platform/qt/view_makers.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QGroupBox>
 #include <QLabel>
@@ -26,7 +27,8 @@ namespace {
 constexpr int big_button_height = 40;
 constexpr double big_button_text_scale = 1.3;
 constexpr int sign_side = 24;
-constexpr int text_margin = 6;
+constexpr int text_margin = 6; // beside a sign
+constexpr int edge_and_margin = 2; // of a button, on each side of its text
 constexpr int label_indent = 3;
 
 struct SignRow {
@@ -120,7 +122,7 @@ public:
 private:
     void redraw() override
     {
-        QSize room = m_button.size() - QSize(2 * text_margin, 4);
+        int room = m_button.width() - 2 * edge_and_margin;
         const bool big = m_button.height() >= big_button_height;
         if (m_sign && big) {
             const QPalette& colours = m_button.palette();
@@ -128,10 +130,16 @@ private:
             m_button.setIcon(
                 transport_icon(*m_sign, colours.color(QPalette::Active, QPalette::ButtonText),
                     colours.color(QPalette::Disabled, QPalette::ButtonText)));
-            room.rwidth() -= sign_side + text_margin;
+            room -= sign_side + text_margin;
         }
-        m_button.setText(
-            fit_text(m_button, shown_caption(m_control), room, big ? big_button_text_scale : 1));
+        QFont font = QApplication::font(&m_button);
+        font.setPointSizeF(font.pointSizeF() * (big ? big_button_text_scale : 1));
+        m_button.setText(fit_text(m_button, font, shown_caption(m_control), room));
+    }
+
+    QString tip() const override
+    {
+        return tip_for(shown_caption(m_control), m_button.text(), WidgetView::tip());
     }
 
     /// A button often disables itself by what it does. Whoever presses it by the keyboard then
@@ -185,11 +193,17 @@ private:
     {
         const int sign = m_box.style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, &m_box)
             + m_box.style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing, nullptr, &m_box);
-        m_box.setText(fit_text(m_box, shown_caption(m_control), m_box.size() - QSize(sign + 2, 0)));
+        m_box.setText(fit_text(
+            m_box, QApplication::font(&m_box), shown_caption(m_control), m_box.width() - sign));
         m_box.setTristate(m_control.Value == 2);
         m_box.setCheckState(m_control.Value == 2 ? Qt::PartiallyChecked
                 : m_control.Value == 1           ? Qt::Checked
                                                  : Qt::Unchecked);
+    }
+
+    QString tip() const override
+    {
+        return tip_for(shown_caption(m_control), m_box.text(), WidgetView::tip());
     }
 
     CheckBox& m_control;
@@ -203,14 +217,24 @@ public:
         , m_control(control)
         , m_label(label)
     {
-        label.setContentsMargins(label_indent, 0, 0, 0);
     }
 
 private:
     void redraw() override
     {
-        m_label.setText(
-            fit_text(m_label, shown_caption(m_control), m_label.size() - QSize(label_indent, 0)));
+        // A list is as high as its font asks; with the same middle both have the same baseline.
+        if (const QWidget* box = m_label.buddy(); box && box->y() == m_label.y())
+            m_label.resize(m_label.width(), std::max(m_label.height(), box->height()));
+        const QString caption = shown_caption(m_control);
+        const QFont font = QApplication::font(&m_label);
+        const int spare = m_label.width() - QFontMetrics(font).horizontalAdvance(caption);
+        m_label.setIndent(std::clamp(spare, 0, label_indent));
+        m_label.setText(fit_text(m_label, font, caption, m_label.width()));
+    }
+
+    QString tip() const override
+    {
+        return tip_for(shown_caption(m_control), m_label.text(), WidgetView::tip());
     }
 
     Label& m_control;

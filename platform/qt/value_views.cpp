@@ -4,7 +4,6 @@
 #include "platform/controls/scroll_bar.h"
 #include "platform/controls/text_box.h"
 #include "platform/qt/child_widget.h"
-#include "platform/qt/fitted_text.h"
 #include "platform/qt/rich_text_pane.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/view_makers.h"
@@ -176,7 +175,6 @@ public:
         for (const BarMember& tab : control.Tabs())
             area.heads.addTab(to_qt(tab.Caption));
         area.heads.setObjectName(to_qt(control.name()) + "Heads");
-        fit_text(area.heads, "Text", { 200, TabStripArea::heads_height - 4 });
         const auto select = [this](int index) { user_did([&] { m_control.user_select(index); }); };
         connect(&area.heads, &QTabBar::currentChanged, this, select);
         area.heads.clicked_in_front = select;

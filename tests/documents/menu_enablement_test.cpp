@@ -35,7 +35,8 @@ TEST_F(Menus, FollowTheDocumentsTheReadingTheSelectionAndTheClipboard)
         clipboard.text = copied ? u"a" : u"";
         States expected = with(all(before), with_document_only, "on");
         expected = with(expected, menus + " mnuFile tbToolBar Toolbar2", word(!speaking));
-        expected = with(expected, on_selection + " mnuPopCopy mnuPopCut mnuEditCopy mnuEditCut", word(selected));
+        expected = with(expected, on_selection + " mnuPopCopy mnuPopCut mnuEditCopy mnuEditCut",
+            word(selected));
         expected = with(expected, on_clipboard + " mnuPopPaste mnuEditPaste", word(copied));
         EXPECT_EQ(after_setmenu(before), expected) << bits;
     }

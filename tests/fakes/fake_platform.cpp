@@ -155,8 +155,8 @@ bool FakeBlockingWork::wait(const std::string& text, const std::function<bool()>
 FakePlatform::FakePlatform()
     : platform{ windows, [this](std::function<void()> call) { posted.push_back(std::move(call)); },
         [this] { has_quit = true; }, [this] { during_events(); }, files, clipboard, changes, boxes,
-        dialogs, font_dialogs, arrangement, screen, tray, hot_keys, shell, skin, blocking_work, panes, speech, texts,
-        "/home/conf", "/app", {} }
+        dialogs, font_dialogs, arrangement, screen, tray, hot_keys, shell, skin, blocking_work,
+        panes, speech, texts, "/home/conf", "/app", {} }
 {
 }
 

@@ -283,13 +283,15 @@ TEST_F(Views, EveryControlHasANameForScreenReaders)
     form->combo.AddItem("Alice");
     form->combo.ListIndex = 0;
     form->slider.ToolTipText = "How fast";
+    form->check.ToolTipText = "Ticked by you";
     const struct {
         const char* widget;
         const char* name;
         const char* description;
-    } rows[] = { { "SpeakBtn", "Read", "" }, { "check", "Read Clipboard Automatically", "" },
-        { "combo", "Alice", "Alice" }, { "slider", "How fast", "How fast" },
-        { "tabsHeads", "Text", "" }, { "text", "Text", "F6 or Shift+Tab leaves the text" } };
+    } rows[] = { { "SpeakBtn", "Read", "" },
+        { "check", "Read Clipboard Automatically", "Ticked by you" }, { "combo", "Alice", "Alice" },
+        { "slider", "How fast", "How fast" }, { "tabsHeads", "Text", "" },
+        { "text", "Text", "F6 or Shift+Tab leaves the text" } };
     for (const auto& row : rows) {
         const QAccessibleInterface* shown
             = QAccessible::queryAccessibleInterface(&desktop.find<QWidget>(row.widget));
@@ -319,6 +321,39 @@ TEST_F(Views, TwipsAreFifteenToThePixelAndWhatSticksOutIsCut)
     EXPECT_EQ(desktop.find<QPushButton>("SpeakBtn").geometry(), QRect(0, 0, 185, 52));
     EXPECT_EQ(desktop.find<QCheckBox>("check").geometry(), QRect(8, 60, 177, 17));
     EXPECT_GE(desktop.find<QComboBox>("combo").height(), 21);
+}
+
+TEST_F(Views, FromRightToLeftPlacesCountFromTheRightEdge)
+{
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    desktop.settle();
+    const auto& read = desktop.find<QPushButton>("SpeakBtn");
+    const auto& column = *read.parentWidget();
+    for (const int wider : { 60, 0 }) {
+        QWidget& frame = desktop.find<QMainWindow>("DemoMain");
+        frame.resize(frame.width() + wider, frame.height());
+        desktop.settle();
+        EXPECT_EQ(column.geometry().right(), column.parentWidget()->rect().right());
+    }
+    EXPECT_EQ(desktop.find<QLabel>("label").geometry().right(), column.rect().right());
+    EXPECT_EQ(desktop.find<QComboBox>("combo").geometry().left(), 0);
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
+TEST_F(Views, WhatIsCutIsWholeInTheToolTipAndNoTextIsSmallerThanItsNeighbours)
+{
+    const auto& label = desktop.find<QLabel>("label");
+    const auto& combo = desktop.find<QComboBox>("combo");
+    auto& check = desktop.find<QCheckBox>("check");
+    form->check.ToolTipText = "Ticked by you";
+    form->check.Caption = std::string(60, 'm');
+    EXPECT_EQ(check.text().back(), QChar(u'…'));
+    EXPECT_EQ(check.toolTip().toStdString(), std::string(60, 'm') + "\nTicked by you");
+    EXPECT_EQ(check.font().pointSizeF(), label.font().pointSizeF());
+    EXPECT_NEAR(label.geometry().center().y(), combo.geometry().center().y(), 1);
+    form->check.Caption = "Short";
+    EXPECT_EQ(check.toolTip(), "Ticked by you");
+    EXPECT_EQ(check.font().letterSpacing(), 0);
 }
 
 TEST_F(Views, MenusShowOnlyWhatDoesSomething)
