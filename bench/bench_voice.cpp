@@ -203,7 +203,7 @@ public:
         std::filesystem::create_directories(voices);
         std::ofstream(voices / "half-speed.voice")
             << "Name = Half\nLanguage = en-US\nMode = directory\nReads = " TESSAVOX_BENCH
-               "\nCommand = python3 " TESSAVOX_BENCH "/half_speed_engine.py {dir}\n";
+               "\nCommand = /usr/bin/python3 " TESSAVOX_BENCH "/half_speed_engine.py {dir}\n";
         setenv("XDG_DATA_HOME", m_folder.c_str(), 1);
     }
     ~DescribedEngine() { std::filesystem::remove_all(m_folder); }
