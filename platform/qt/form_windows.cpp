@@ -15,6 +15,8 @@
 #include <QMouseEvent>
 #include <QScreen>
 
+#include <utility>
+
 namespace tessavox {
 namespace {
 
@@ -114,7 +116,25 @@ void QtFormWindow::control_changed()
         m_top->setWindowState(with_state(m_top->windowState(), m_state));
     }
     if (m_form && !first)
+        show_or_hide();
+}
+
+// A handler that brings a minimised window back shows it first and makes it normal then. Shown in
+// between, it would be reported as minimised once more, and hide again.
+void QtFormWindow::show_or_hide()
+{
+    const bool comes = m_form->Visible && !m_top->isVisible();
+    if (!comes || m_form->window_state != WindowState::minimised)
         m_top->setVisible(m_form->Visible);
+    else if (!std::exchange(m_show_waits, true))
+        QMetaObject::invokeMethod(
+            m_top,
+            [this] {
+                m_show_waits = false;
+                if (m_form)
+                    m_top->setVisible(m_form->Visible);
+            },
+            Qt::QueuedConnection);
 }
 
 void QtFormWindow::make_and_show()

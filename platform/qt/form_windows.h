@@ -67,6 +67,7 @@ private:
     virtual void show_first() = 0;
     virtual void resize_to(const QSize& pixels) = 0;
     void move_to_place();
+    void show_or_hide();
 
     Form* m_form;
     MessageGate& m_gate;
@@ -76,6 +77,7 @@ private:
     std::vector<std::unique_ptr<TimerView>> m_timers;
     std::string m_caption; // as shown
     WindowState m_state = WindowState::normal;
+    bool m_show_waits = false;
     double m_left;
     double m_top_edge;
     double m_width;
