@@ -18,6 +18,8 @@ from window_watch import Screen  # noqa: E402
 
 WARM_STARTS = 5
 IDLE_SECONDS = 5
+COPIES = 7
+SOUND = 8  # of 32767; a silent output has zeros
 DOCUMENTS = 30  # as many as there can be
 PAINTED_COLOURS = 8  # text with smooth edges has many more, an empty window fewer
 
@@ -117,6 +119,42 @@ def running_program(table, program_path):
             table.add("processor use while reading", 100 * (processor_seconds(pid) - used)
                       / (time.monotonic() - start), "% of a core")
             table.add("memory while reading (PSS)", memory(pid)[0], "MB", 100)
+
+
+def copied_until_heard(program, recorder, text):
+    """Milliseconds from the end of another program's copying to the first sample."""
+    recorder.wait_for_silence()
+    begin = recorder.position()
+    subprocess.run(["xclip", "-selection", "clipboard", "-i"], check=True, input=text.encode())
+    recorder.wait_for_sound(begin)
+    first = next(i for i, sample in enumerate(recorder.samples(begin)) if abs(sample) > SOUND)
+    program.wait_until_idle()
+    return 1000 * first / recorder.rate
+
+
+def second_start_until_silent(program_path, recorder):
+    """Milliseconds from a second start to the last sample, and processor time of that start."""
+    begin = recorder.position()
+    process = subprocess.Popen([program_path, "500"])
+    _, _, usage = os.wait4(process.pid, 0)
+    recorder.wait_for_silence(1)  # longer than any pause in the text
+    samples = recorder.samples(begin)
+    last = max(i for i, sample in enumerate(samples) if abs(sample) > SOUND)
+    return 1000 * last / recorder.rate, 1000 * (usage.ru_utime + usage.ru_stime)
+
+
+def driven(table, program_path):
+    with bed.Recorder() as recorder, bed.Program(path=program_path) as program:
+        times = sorted(copied_until_heard(program, recorder, f"word {number}")
+                       for number in range(COPIES))
+        table.add("a copy in another program until its first sample", times[COPIES // 2], "ms", 60)
+        program.find("check box").press()
+        program.text_pane().text = "The quick brown fox jumps over the lazy dog " * 50
+        program.read()
+        recorder.wait_for_sound()
+        until_silent, used = second_start_until_silent(program_path, recorder)
+        table.add("a second start with 500 until silence", until_silent, "ms", 1200)
+        table.add("processor time of that second start", used, "ms", 50)
 
 
 def opening_of_documents(table, program_path):
@@ -219,6 +257,8 @@ def main():
     start_of_program(table, program)
     bed.forget_settings()
     running_program(table, program)
+    bed.forget_settings()
+    driven(table, program)
     bed.forget_settings()
     opening_of_documents(table, program)
     heard(table, folder)
