@@ -20,7 +20,9 @@ constexpr std::int16_t speed_changed_line = 3;
 /// again makes another text of it.
 TextSlice marked_as_read(const TextSlice& text)
 {
-    std::u16string marked(text.view());
+    std::u16string marked;
+    marked.reserve(text.size() + 1);
+    marked += text.view();
     marked += u' ';
     return marked;
 }
@@ -36,8 +38,8 @@ Handshake::Handshake(Process& process, MainControls& main, PCCFile& text_file)
 
 void Handshake::start()
 {
-    const TextSlice text = m_process.platform.clipboard.GetText();
-    lastClipboardText = text.empty() ? TextSlice() : marked_as_read(text);
+    m_lay_there = m_process.platform.clipboard.GetText();
+    lastClipboardText = m_lay_there.empty() ? TextSlice() : marked_as_read(m_lay_there);
     m_main.Timer1.Tick = [this] { Timer1_Timer(); };
     m_main.Timer2.Tick = [this] { Timer2_Timer(); };
     m_process.platform.changes.watch(
@@ -83,9 +85,12 @@ void Handshake::read_clipboard(bool commanded)
     Clipboard& clipboard = m_process.platform.clipboard;
     const TextSlice first = clipboard.GetText(commanded ? Patience::some : Patience::none);
     const TextSlice second = clipboard.GetText(Patience::none);
-    if (!first.empty() && is_new(second)) {
+    // What lay there before the start is read only if somebody asks for it, or copies it again.
+    const bool is_wanted = commanded || !second.is_same(m_lay_there);
+    if (!first.empty() && is_wanted && is_new(second)) {
+        m_lay_there = {};
         attempt_each([&] { ActiveForm(m_process.forms).speech.reading.ReadClipbdBtn_Click(); },
-            [&] { clipboard.SetText(marked_as_read(clipboard.GetText(Patience::none)).view()); });
+            [&] { clipboard.SetText(marked_as_read(clipboard.GetText(Patience::none))); });
         lastClipboardText = clipboard.GetText(Patience::none);
     }
     if (commanded)

@@ -19,8 +19,8 @@ class Handshake {
 public:
     Handshake(Process& process, MainControls& main, PCCFile& text_file);
 
-    /// From now on the two timers of the main window look. What lies on the clipboard counts as
-    /// read.
+    /// From now on the two timers of the main window look. What lies on the clipboard isn't read by
+    /// itself.
     void start();
 
 private:
@@ -39,6 +39,7 @@ private:
     std::set<std::string> m_unreadable; // files about which a message has come
     /// The clipboard's text as read last, with the blank that marks it as read.
     TextSlice lastClipboardText;
+    TextSlice m_lay_there; // at the start
 };
 
 } // namespace tessavox

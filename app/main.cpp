@@ -38,6 +38,14 @@ namespace {
 
 using namespace tessavox;
 
+/// Of the two that a Wayland session offers, X11 is the one that places the dock bar and tells when
+/// something is copied in another program. Whoever has chosen already has chosen well.
+void choose_desktop()
+{
+    if (qEnvironmentVariableIsSet("DISPLAY") && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "xcb;wayland");
+}
+
 void set_up(QApplication& application)
 {
     application.setApplicationName("Tessavox");
@@ -144,6 +152,7 @@ int main(int count, char** arguments)
     if (pass_command_on(files, config_folder_in(find_config_home()) + "/", command_line))
         return 0;
     std::shared_ptr<voice::SpeechEngines> engines = start_engines();
+    choose_desktop();
     QApplication application(count, arguments);
     set_up(application);
     return run(files, std::move(engines), command_line);

@@ -34,14 +34,14 @@ EditCommands::~EditCommands() = default;
 void EditCommands::mnuEditCut_Click()
 {
     RichTextPane& pane = ActiveForm(m_process.forms).rtfText.pane();
-    attempt_each([&] { m_process.platform.clipboard.SetText(pane.SelText().view()); },
+    attempt_each([&] { m_process.platform.clipboard.SetText(pane.SelText()); },
         [&] { pane.set_SelText({}); });
 }
 
 void EditCommands::mnuEditCopy_Click()
 {
     RichTextPane& pane = ActiveForm(m_process.forms).rtfText.pane();
-    m_process.platform.clipboard.SetText(pane.SelText().view());
+    m_process.platform.clipboard.SetText(pane.SelText());
 }
 
 void EditCommands::mnuEditPaste_Click()

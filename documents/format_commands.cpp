@@ -127,7 +127,7 @@ void FormatCommands::ChangeCase(std::u16string (*convert)(std::u16string_view))
 {
     Clipboard& clipboard = m_process.platform.clipboard;
     std::u16string text;
-    attempt_each([&] { clipboard.SetText(m_files.active_document().rtfText->SelText().view()); },
+    attempt_each([&] { clipboard.SetText(m_files.active_document().rtfText->SelText()); },
         [&] { text = convert(clipboard.GetText().view()); },
         [&] { m_files.active_document().rtfText->set_SelText(text); }, [&] { clipboard.Clear(); });
 }

@@ -33,17 +33,27 @@ const QMimeData& offered_by_the_desktop()
 } // namespace
 
 QtClipboard::QtClipboard()
-    : m_fetch(ClipboardFetch::is_possible() ? std::make_unique<ClipboardFetch>() : nullptr)
+    : m_fetch(ClipboardFetch::of_this_session())
 {
-    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, [this] {
-        m_is_current = false;
-        m_text = {};
-        if (m_fetch)
-            m_fetch->stop();
-        tell();
-    });
+    if (!m_fetch) {
+        connect(QApplication::clipboard(), &QClipboard::dataChanged, this, [this] { changed(); });
+        return;
+    }
+    m_fetch->when_changed([this] { changed(); });
+    m_fetch->when_done([this] { tell(); });
+}
+
+void QtClipboard::changed()
+{
+    m_is_current = false;
+    m_text = {};
     if (m_fetch)
-        m_fetch->when_done([this] { tell(); });
+        m_fetch->stop();
+    // What the windows have copied comes back through the session while they answer it, so nobody
+    // may wait for it.
+    if (is_ours_to_ask() && QApplication::clipboard()->ownsClipboard())
+        m_fetch->start();
+    tell();
 }
 
 TextSlice QtClipboard::GetText(Patience patience)
@@ -53,7 +63,7 @@ TextSlice QtClipboard::GetText(Patience patience)
     } else if (!m_is_current) {
         const QString text = copied_text(offered_by_the_desktop());
         if (!text.isEmpty() || !offers_text(offered_by_the_desktop()))
-            keep(text);
+            keep(as_utf16(text));
     }
     return m_text;
 }
@@ -68,26 +78,26 @@ bool QtClipboard::has_text()
     return m_is_current ? !m_text.empty() : m_fetch->offers_text();
 }
 
-void QtClipboard::SetText(std::u16string_view text)
+void QtClipboard::SetText(const TextSlice& text)
 {
-    if (text.empty())
-        return Clear();
-    const QString wanted = as_qstring(text);
-    QApplication::clipboard()->setText(wanted);
-    if (!QApplication::clipboard()->ownsClipboard())
-        throw Failure("the clipboard takes no text");
-    keep(wanted);
+    if (m_fetch) {
+        m_fetch->offer(text);
+    } else {
+        QApplication::clipboard()->setText(as_qstring(text.view()));
+        if (!text.empty() && !QApplication::clipboard()->ownsClipboard())
+            throw Failure("the clipboard takes no text");
+    }
+    keep(text);
 }
 
 void QtClipboard::Clear()
 {
-    QApplication::clipboard()->clear();
-    keep({});
+    SetText({});
 }
 
 bool QtClipboard::is_ours_to_ask() const
 {
-    return m_fetch && !QApplication::clipboard()->ownsClipboard();
+    return m_fetch && !m_fetch->is_ours();
 }
 
 void QtClipboard::fetch(Patience patience)
@@ -100,7 +110,7 @@ void QtClipboard::fetch(Patience patience)
     if (waits)
         m_fetch->wait(patience_of_a_user);
     if (m_fetch->is_done())
-        keep(copied_text(m_fetch->offered()));
+        keep(m_fetch->take_text());
 }
 
 void QtClipboard::tell() const
@@ -109,9 +119,9 @@ void QtClipboard::tell() const
         m_notice();
 }
 
-void QtClipboard::keep(const QString& text)
+void QtClipboard::keep(TextSlice text)
 {
-    m_text = as_utf16(text);
+    m_text = std::move(text);
     m_is_current = true;
 }
 

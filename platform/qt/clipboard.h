@@ -18,7 +18,7 @@ public:
     QtClipboard();
     TextSlice GetText(Patience patience) override;
     bool has_text() override;
-    void SetText(std::u16string_view text) override;
+    void SetText(const TextSlice& text) override;
     void Clear() override;
     /// `notice` runs whenever a read may give another text from now on.
     void when_changed(std::function<void()> notice) { m_notice = std::move(notice); }
@@ -26,7 +26,8 @@ public:
 private:
     bool is_ours_to_ask() const;
     void fetch(Patience patience);
-    void keep(const QString& text);
+    void keep(TextSlice text);
+    void changed();
     void tell() const;
 
     std::unique_ptr<ClipboardFetch> m_fetch; // null where it isn't possible

@@ -1,17 +1,17 @@
-// Fetches what another program offers on the clipboard of an X11 session.
+// The clipboard as a session offers it to a program that isn't in front.
 #pragma once
 
+#include "platform/qt/copied_forms.h"
+
 #include <QByteArray>
-#include <QMimeData>
 #include <QObject>
 
 #include <chrono>
-#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <poll.h>
 #include <vector>
-
-struct xcb_connection_t;
 
 namespace tessavox {
 
@@ -20,14 +20,20 @@ namespace tessavox {
 /// in advance(), or in wait(). What is fetched is the form that the text is best taken from.
 class ClipboardFetch : public QObject {
 public:
-    ClipboardFetch();
-    ~ClipboardFetch() override;
+    using Notice = std::function<void()>;
 
-    /// Whether the clipboard of this session can be asked in this way.
-    static bool is_possible();
+    /// The one for this session; null if only the toolkit can reach its clipboard.
+    static std::unique_ptr<ClipboardFetch> of_this_session();
 
-    /// `notice` runs when all is done.
-    void when_done(std::function<void()> notice) { m_notice = std::move(notice); }
+    /// Whether what lies there is this program's own.
+    virtual bool is_ours() const = 0;
+    /// Puts a text there; nothing if it is empty. @throws Failure if the session doesn't take it.
+    virtual void offer(const TextSlice& text) = 0;
+
+    /// `notice` runs when something else lies there.
+    void when_changed(Notice notice) { m_changed = std::move(notice); }
+    /// `notice` runs when all is fetched.
+    void when_done(Notice notice) { m_done = std::move(notice); }
 
     /// Asks anew, and forgets what was asked and offered before.
     void start();
@@ -41,40 +47,37 @@ public:
     void wait(std::chrono::milliseconds patience);
 
     /// Whether the owner is known to offer a form of text.
-    bool offers_text() const { return m_offers_text; }
-    /// What was fetched, once it is done.
-    const QMimeData& offered() const { return m_offered; }
+    bool offers_text() const { return m_forms && m_forms->offer_text(); }
+    /// What was fetched, once it is done; it is forgotten here.
+    TextSlice take_text();
+
+protected:
+    /// What there is; has offered() or end() called, at once or later.
+    virtual void ask_for_forms() = 0;
+    /// A form that was offered; has received() called, at once or later.
+    virtual void ask_for(const TextForm& form) = 0;
+    /// Whatever still comes of the last question is no answer any more.
+    virtual void drop_question() = 0;
+    virtual void handle_events() = 0;
+    virtual std::vector<pollfd> awaited() const = 0;
+
+    void changed() const;
+    void offered(const std::function<bool(const TextForm&)>& is_offered);
+    /// A piece of the answer, an empty one at its end.
+    void received(const QByteArray& piece);
+    void end(); // there is no more to fetch
 
 private:
-    enum class State { idle, asked, receiving_pieces, done };
-    struct Form;
-    struct Atoms;
-    struct Disconnect {
-        void operator()(xcb_connection_t* connection) const;
-    };
-
-    std::uint32_t atom(const char* name);
-    void ask(std::uint32_t target);
+    enum class State { idle, asked, done };
     void ask_for_next();
-    void answered(std::uint32_t target, std::uint32_t property);
-    void take_answer();
-    void answer_is_complete();
-    void choose_forms();
 
-    std::unique_ptr<xcb_connection_t, Disconnect> m_connection;
-    std::unique_ptr<Atoms> m_atoms;
-    std::uint32_t m_window = 0;
+    Notice m_changed;
+    Notice m_done;
     State m_state = State::idle;
     std::chrono::steady_clock::time_point m_start;
-    std::uint32_t m_target = 0; // asked for at present
-    std::uint32_t m_property = 0; // where the answer will be
-    std::size_t m_turn = 0;
+    std::optional<CopiedForms> m_forms;
+    const TextForm* m_asked = nullptr;
     QByteArray m_answer;
-    std::vector<const Form*> m_to_ask;
-    const Form* m_asked = nullptr;
-    bool m_offers_text = false;
-    QMimeData m_offered;
-    std::function<void()> m_notice;
 };
 
 } // namespace tessavox

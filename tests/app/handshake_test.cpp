@@ -99,16 +99,25 @@ TEST_F(Handshakes, LooksRestUntilANoticeComesAlsoIfItComesDuringALook)
 
 TEST_F(Handshakes, WhatLayOnTheClipboardBeforeTheStartIsNotRead)
 {
-    clipboard.text = u"before ";
+    const auto spoken_at_a_look = [&] {
+        main.Timer1.tick();
+        return spoken();
+    };
+    clipboard.text = u"before";
     clipboard.fetched = false;
     start();
     document().Check1.Value = 1;
-    clipboard.text = u"before  ";
-    main.Timer1.tick();
-    EXPECT_EQ(spoken(), Texts());
-    clipboard.text = u"";
-    main.Timer1.tick();
+    EXPECT_EQ(spoken_at_a_look(), Texts());
+    EXPECT_EQ(clipboard.text, u"before");
+    clipboard.copy_again();
+    EXPECT_EQ(spoken_at_a_look(), Texts{ "\"before\"" });
+}
+
+TEST_F(Handshakes, WhatLayOnTheClipboardBeforeTheStartIsReadByACommand)
+{
     clipboard.text = u"before";
+    start();
+    web() = file_of_lines({ "1", "0", "0", "0" });
     main.Timer1.tick();
     EXPECT_EQ(spoken(), Texts{ "\"before\"" });
 }

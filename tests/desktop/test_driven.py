@@ -3,12 +3,14 @@
 import os
 import signal
 import subprocess
+import tempfile
 import unittest
 
 import bed
-from bed import Program, Recorder, config_folder, forget_settings, wait_for
+from bed import Program, Recorder, config_folder, forget_settings, keys, type_text, wait_for
 
 LONG = "This is a long text that goes on and on, so that there is time to pause it. " * 4
+ZEROS = ["0"] * 4
 
 
 def copied(text, kind="UTF8_STRING"):
@@ -21,19 +23,47 @@ def pasted():
                           text=True).stdout
 
 
+def path_of(name):
+    return os.path.join(config_folder, name)
+
+
 def note(name):
     """The values that a small file holds; none before it is there."""
-    path = os.path.join(config_folder, name)
-    if not os.path.exists(path):
+    if not os.path.exists(path_of(name)):
         return []
-    with open(path, newline="") as file:
+    with open(path_of(name), newline="") as file:
         return file.read().replace('"', "").split("\r\n")[1:-2]
+
+
+def put(name, content):
+    """Makes it these bytes, in one step, or "missing", a "directory", or a "huge" file."""
+    path, new = path_of(name), path_of(name) + ".new"
+    if os.path.isdir(path):
+        os.rmdir(path)
+    if content in ("missing", "directory"):
+        os.remove(path)
+        if content == "directory":
+            os.mkdir(path)
+        return
+    with open(new, "wb") as file:
+        if content == "huge":
+            file.truncate(1 << 30)
+        else:
+            file.write(content)
+    os.replace(new, path)
 
 
 def send(command):
     """A second start with a number: it ends at once and its flag is taken."""
     subprocess.run([bed.program_path, command], check=True)
-    wait_for(lambda: note("web.txt") == ["0"] * 4, f"the command {command} is taken")
+    wait_for(lambda: note("web.txt") == ZEROS, f"the command {command} is taken")
+
+
+class Second(Program):
+    """One that asks first, because a copy counts as running."""
+
+    def _started(self):
+        return self.find_all("push button", "Close")
 
 
 class Driven(unittest.TestCase):
@@ -42,12 +72,30 @@ class Driven(unittest.TestCase):
         copied("lay there before the start")
         self.recorder = self.enterContext(Recorder())
 
-    def start(self):
+    def start(self, copies_are_read=True):
         self.program = self.enterContext(Program())
         self.stop = self.program.find_all("push button", "Stop")[0]
+        if not copies_are_read:
+            self.program.find("check box").press()
+
+    def spawn(self, *arguments):
+        process = subprocess.Popen([bed.program_path, *arguments])
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
+        return process
+
+    def save_what_was_copied(self, command):
+        path = os.path.join(self.enterContext(tempfile.TemporaryDirectory()), "copied.wav")
+        command()
+        self.program.file_dialog()
+        type_text(path)
+        keys("Return")
+        self.program.answer(self.program.wait_for_message())
+        self.assertGreater(os.path.getsize(path), 48000)
 
     def test_what_is_copied_is_heard_and_marked_as_often_as_it_is_copied(self):
         self.start()
+        self.assertEqual(pasted(), "lay there before the start")
         for _ in range(2):
             copied("Hello")
             wait_for(lambda: self.stop.enabled, "the reading begins")
@@ -64,32 +112,83 @@ class Driven(unittest.TestCase):
         send("400")
         self.assertFalse(self.stop.enabled, "neither the dropped text nor a picture is read")
 
-    def test_second_starts_pause_resume_stop_and_save(self):
-        self.start()
-        self.program.find("check box").press()
-        self.program.text_pane().text = LONG
-        self.program.read()
+    def test_second_starts_read_pause_resume_stop_and_save(self):
+        self.start(copies_are_read=False)
+        copied(LONG)
+        send("300")
+        wait_for(lambda: self.stop.enabled, "the reading begins")
+        self.recorder.wait_for_sound()
+        wait_for(lambda: pasted() == "", "an empty clipboard")
         send("400")
         self.program.button("Resume")
+        self.recorder.wait_for_silence()
         send("400")
         self.program.button("Pause")
+        self.recorder.wait_for_sound()
         send("500")
         self.program.wait_until_idle()
-        subprocess.run([bed.program_path, "600"], check=True)
-        self.program.file_dialog()
+        copied("A text that is saved")
+        self.save_what_was_copied(lambda: subprocess.run([bed.program_path, "600"], check=True))
         self.assertEqual(note("opened.txt"), ["1"])
 
-    def test_a_cold_start_with_300_reads_out_of_sight(self):
-        program = subprocess.Popen([bed.program_path, "300"])
-        self.addCleanup(program.wait)
-        self.addCleanup(program.kill)
-        wait_for(lambda: note("opened.txt") == ["1"], "it has become the application")
-        copied("Hello from out of sight")
-        subprocess.run([bed.program_path, "300"], check=True)
+    def test_a_cold_start_opens_a_window_unless_it_has_something_to_read_or_save(self):
+        for command in ("400", "500", "a word"):
+            with self.subTest(command), Program(command) as program:
+                wait_for(lambda: note("opened.txt") == ["1"], "it has become the application")
+                self.assertEqual(note("web.txt"), ZEROS)
+                self.assertEqual(program.close(), 0)
+                self.assertEqual(note("opened.txt"), ["0"])
+        process = self.spawn("300")
         self.recorder.wait_for_sound()
-        program.send_signal(signal.SIGTERM)
-        self.assertEqual(program.wait(bed.PATIENCE_SECONDS), 0)
+        wait_for(lambda: note("web.txt") == ZEROS and pasted() == "", "the command is taken")
+        shown = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(process.pid)],
+                               capture_output=True, text=True).stdout
+        self.assertEqual(shown, "")
+        process.send_signal(signal.SIGTERM)
+        self.assertEqual(process.wait(bed.PATIENCE_SECONDS), 0)
         self.assertEqual(note("opened.txt"), ["0"])
+
+    def test_a_copy_beside_the_first_is_asked_about_and_leaves_the_flag_at_zero(self):
+        self.start()
+        with Second() as second:
+            second.button("Close").press()
+            self.assertEqual(second.process.wait(bed.PATIENCE_SECONDS), 0)
+        with Second() as second:
+            second.button("Open a new window >>>").press()
+            wait_for(second.main_window, "the second window")
+            self.assertEqual(second.close(), 0)
+        self.assertEqual(note("opened.txt"), ["0"])
+        with Program() as third:  # nobody repairs the flag
+            third.process.kill()
+        with Second() as after_a_crash:
+            after_a_crash.button("Open a new window >>>").press()
+            wait_for(after_a_crash.main_window, "a way out")
+
+    def test_files_that_are_none_cost_one_message_at_most(self):
+        whole = b'"\r\n0\r\n0\r\n0\r\n0\r\n"\r\n'
+        self.start(copies_are_read=False)
+        self.program.text_pane().text = LONG * 20
+        self.program.read()
+        for name in ("web.txt", "control.txt"):
+            for broken in ("missing", "directory", "huge", b"", b"\0\xff" * 500, b'"\r\n0\r\n'):
+                put(name, broken)
+                if isinstance(broken, str):
+                    message = self.program.wait_for_message()
+                    self.assertIn(name, self.program.answer(message))
+                for button in ("Resume", "Pause"):
+                    put("web.txt", whole.replace(b"0", b"1").replace(b"1", b"0", 1))
+                    self.program.button(button)
+                    put(name, whole)
+                self.assertIsNone(self.program.message(), (name, str(broken)[:20]))
+
+    def test_a_storm_of_second_starts_leaves_the_last_command(self):
+        self.start(copies_are_read=False)
+        self.program.text_pane().text = LONG * 20
+        self.program.read()
+        subprocess.run(["sh", "-c", 'for i in $(seq 1000); do "$0" 400 & done; wait',
+                        bed.program_path], check=True)
+        send("500")
+        self.program.wait_until_idle()
 
 
 if __name__ == "__main__":

@@ -45,12 +45,15 @@ public:
     TextSlice GetText(Patience patience) override
     {
         const bool at_hand = std::exchange(fetched, true) || patience == Patience::some;
-        return owner_answers && at_hand ? text : std::u16string();
+        if (m_slice.view() != text)
+            copy_again();
+        return owner_answers && at_hand ? m_slice : TextSlice();
     }
+    void copy_again() { m_slice = text; }
     bool has_text() override { return owner_answers && !text.empty(); }
-    void SetText(std::u16string_view wanted) override
+    void SetText(const TextSlice& wanted) override
     {
-        text = wanted;
+        text = wanted.view();
         owner_answers = true;
     }
     void Clear() override { SetText({}); }
@@ -58,6 +61,9 @@ public:
     std::u16string text;
     bool owner_answers = true;
     bool fetched = true; // or else who doesn't wait gets nothing at first
+
+private:
+    TextSlice m_slice;
 };
 
 class FakeChanges : public OutsideChanges {
