@@ -1,6 +1,8 @@
+#include "tests/contract/blocking_work_contract.h"
 #include "tests/contract/clipboard_contract.h"
 #include "tests/contract/dialogs_contract.h"
 #include "tests/contract/file_store_contract.h"
+#include "tests/contract/form_windows_contract.h"
 #include "tests/contract/rich_text_pane_contract.h"
 #include "tests/fakes/fake_platform.h"
 
@@ -73,6 +75,32 @@ private:
     FakeDialogs m_dialogs;
 };
 
+class FakeBlockingWorkBed {
+public:
+    BlockingWork& work() { return m_work; }
+    void user_wants_an_end() { m_work.looks_until_escape = 0; }
+
+private:
+    FakeBlockingWork m_work;
+};
+
+class FakeWindowsBed {
+public:
+    FormWindows& windows() { return m_windows; }
+    void post(std::function<void()> call) { m_posted.push_back(std::move(call)); }
+    void settle()
+    {
+        for (; !m_posted.empty(); m_posted.pop_front())
+            m_posted.front()();
+    }
+
+private:
+    FakeWindows m_windows;
+    std::deque<std::function<void()>> m_posted;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, BlockingWorkContract, FakeBlockingWorkBed);
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FormWindowsContract, FakeWindowsBed);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, DialogsContract, FakeDialogsBed);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, ClipboardContract, FakeClipboardBed);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, RichTextPaneContract, FakePaneBed);

@@ -2,6 +2,7 @@
 
 #include "platform/controls/timer.h"
 #include "platform/qt/end_signals.h"
+#include "tests/contract/blocking_work_contract.h"
 #include "tests/platform/qt/demo_form.h"
 
 #include <QAccessible>
@@ -30,6 +31,22 @@ struct TickingForm : Form {
     }
     Timer timer{ *this, "timer", 1 };
 };
+
+class QtBlockingWorkBed {
+public:
+    BlockingWork& work() { return m_work; }
+    static void user_wants_an_end()
+    {
+        if (QWidget* window = QApplication::activeModalWidget())
+            QTest::keyClick(window, Qt::Key_Escape);
+    }
+
+private:
+    MessageGate m_gate;
+    QtBlockingWork m_work{ m_gate };
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Qt, BlockingWorkContract, QtBlockingWorkBed);
 
 class Blocking : public testing::Test {
 protected:

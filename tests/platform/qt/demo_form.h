@@ -117,7 +117,7 @@ public:
     }
 
     /// Handles all that is waiting, closed windows and forms included.
-    void settle()
+    static void settle()
     {
         QApplication::processEvents();
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -1,3 +1,4 @@
+#include "tests/contract/form_windows_contract.h"
 #include "tests/platform/qt/demo_form.h"
 
 #include "platform/document_arrangement.h"
@@ -15,6 +16,19 @@
 
 namespace tessavox {
 namespace {
+
+class QtWindowsBed {
+public:
+    FormWindows& windows() { return m_windows; }
+    void post(std::function<void()> call) { m_gate.post(std::move(call)); }
+    static void settle() { DemoDesktop::settle(); }
+
+private:
+    MessageGate m_gate;
+    QtFormWindows m_windows{ m_gate };
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Qt, FormWindowsContract, QtWindowsBed);
 
 class Windows : public testing::Test {
 protected:
