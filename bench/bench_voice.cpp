@@ -18,6 +18,7 @@
 #include <fstream>
 #include <iostream>
 #include <mutex>
+#include <random>
 #include <string>
 #include <sys/resource.h>
 #include <thread>
@@ -144,6 +145,27 @@ std::u16string english(std::size_t units)
     for (std::size_t i = 0; text.size() < units; ++i)
         text += sentences[i % std::size(sentences)];
     text.resize(units);
+    return text;
+}
+
+/// Sentences of all lengths out of thousands of words that no other sentence orders alike.
+std::u16string varied(std::size_t units)
+{
+    std::minstd_rand random(1);
+    const auto up_to = [&random](std::size_t count) { return random() % count; };
+    constexpr std::u16string_view syllables[] = { u"ba", u"con", u"der", u"el", u"fi", u"gran",
+        u"hi", u"in", u"ker", u"lo", u"man", u"ner", u"os", u"pre", u"qui", u"ra", u"ster", u"tion",
+        u"un", u"ver", u"wen", u"ye", u"zo", u"ing" };
+    std::u16string text;
+    while (text.size() < units) {
+        for (std::size_t word = 0, words = 1 + up_to(2 + up_to(60)); word < words; ++word) {
+            for (std::size_t part = 0, parts = 1 + up_to(4); part < parts; ++part)
+                text += syllables[up_to(std::size(syllables))];
+            text += up_to(9) == 0 ? u", " : up_to(40) == 0 ? u" 1,984 " : u" ";
+        }
+        text.back() = u"..?!"[up_to(4)];
+        text += up_to(8) == 0 ? u"\n\n" : u" ";
+    }
     return text;
 }
 
@@ -349,8 +371,10 @@ public:
         const long idle = resident_kilobytes();
         MemoryPeak peak;
         const double time = save(text, 22);
-        std::printf("memory while saving %zu units: %.1f MB above idle, in %.0f s\n", text.size(),
-            static_cast<double>(peak.end() - idle) / 1024, time / 1000);
+        const double most = static_cast<double>(peak.end() - idle) / 1024;
+        const double left = static_cast<double>(resident_kilobytes() - idle) / 1024;
+        std::printf("memory while saving %zu units: %.1f MB above idle, %.1f MB after, in %.0f s\n",
+            text.size(), most, left, time / 1000);
     }
 
 private:
@@ -385,7 +409,7 @@ int main(int argc, char** argv)
         Bench bench(helper, quick);
         bench.set_voice("espeak:gmw/en");
         // First of all, as what the other measurements leave allocated would hide the cost.
-        bench.memory(english(quick ? 1'000'000 : 10'000'000));
+        bench.memory(varied(quick ? 1'000'000 : 10'000'000));
         // The texts begin alike, so that nothing but their length differs.
         const std::u16string ten_words = u"One two three four five six seven eight nine ten. ";
         bench.first_sound("10 words", ten_words);

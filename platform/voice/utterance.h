@@ -61,7 +61,7 @@ struct ContextHint {
 struct Utterance {
     std::u16string text; // plain: no markup, no control characters, no lone surrogates
     std::vector<Token> tokens; // rising, not overlapping; may be empty
-    std::vector<std::string> pronunciation; // phonemes that replace the text; usually empty
+    std::string pronunciation; // phonemes that replace the text, parted by blanks; usually empty
     std::optional<SentenceExtent> sentence; // in the first utterance of each sentence
     bool ends_sentence = false; // the engine's pause between sentences belongs after it
     SpeechStyle style;

@@ -5,7 +5,6 @@ add_library(tessavox_voice STATIC
   pacer.cpp
   playback.cpp
   reading_ahead.cpp
-  stream.cpp
   synthesis_worker.cpp
   system_voice.cpp
   text_source.cpp

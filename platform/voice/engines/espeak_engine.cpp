@@ -139,10 +139,7 @@ std::optional<std::string> replacing_phonemes(const Utterance& utterance, bool e
 {
     if (utterance.pronunciation.empty() || !english)
         return std::nullopt;
-    std::string symbols;
-    for (const std::string& part : utterance.pronunciation)
-        symbols += (symbols.empty() ? "" : " ") + part;
-    return espeak_phonemes_of_sapi(symbols);
+    return espeak_phonemes_of_sapi(utterance.pronunciation);
 }
 
 class EspeakEngine : public Engine {

@@ -258,10 +258,7 @@ std::optional<std::string> replacing_phones(const Utterance& utterance)
 {
     if (utterance.pronunciation.empty())
         return std::nullopt;
-    std::string symbols;
-    for (const std::string& part : utterance.pronunciation)
-        symbols += (symbols.empty() ? "" : " ") + part;
-    auto phones = flite_phones_of_sapi(symbols);
+    auto phones = flite_phones_of_sapi(utterance.pronunciation);
     if (phones)
         phones = "pau " + *phones + " pau";
     return phones;

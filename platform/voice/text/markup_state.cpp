@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <charconv>
 #include <optional>
-#include <ranges>
 
 namespace tessavox::voice {
 
@@ -106,11 +105,8 @@ void set_context(const Setter& to)
 
 PronunciationPtr pronunciation_of(const FoundTag& tag)
 {
-    const std::string symbols = text_of(tag, "sym");
     auto pronunciation = std::make_shared<Pronunciation>();
-    for (const auto& symbol : std::views::split(symbols, ' '))
-        if (!symbol.empty())
-            pronunciation->phonemes.emplace_back(symbol.begin(), symbol.end());
+    pronunciation->phonemes = trimmed(text_of(tag, "sym"));
     pronunciation->source_begin = tag.source_begin;
     pronunciation->source_end = static_cast<std::uint32_t>(tag.tag.end);
     return pronunciation->phonemes.empty() ? nullptr : pronunciation;

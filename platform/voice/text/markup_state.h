@@ -37,7 +37,7 @@ enum class Element : std::uint8_t {
 
 /// The phonemes of a pron element, and where its tag stands.
 struct Pronunciation {
-    std::vector<std::string> phonemes;
+    std::string phonemes;
     std::uint32_t source_begin = 0;
     std::uint32_t source_end = 0;
 };

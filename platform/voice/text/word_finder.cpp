@@ -140,49 +140,6 @@ bool joins(Sign before, Sign sign, Sign after, bool lone)
     }
 }
 
-/// The end of the word that begins at `begin`; `end` is the end of the text without a blank.
-std::uint32_t word_end(std::u16string_view text, std::uint32_t begin, std::uint32_t end)
-{
-    std::uint32_t at = begin + 1;
-    std::uint32_t part = begin;
-    for (;;) {
-        while (at < end && is_word(sign_of(text[at])))
-            ++at;
-        if (at + 1 >= end
-            || !joins(
-                sign_of(text[at - 1]), sign_of(text[at]), sign_of(text[at + 1]), at - part == 1))
-            break;
-        part = at + 1;
-        at += 2;
-    }
-    const bool percent
-        = at < end && sign_of(text[at]) == Sign::percent && sign_of(text[at - 1]) == Sign::digit;
-    return percent ? at + 1 : at;
-}
-
-/// The words of a text without blanks in which nothing is complex.
-void find_simple(std::u16string_view text, std::uint32_t begin, std::uint32_t end, WordRule rule,
-    std::vector<FoundWord>& found)
-{
-    for (std::uint32_t at = begin; at < end;) {
-        const Sign sign = sign_of(text[at]);
-        std::uint32_t next = at + 1;
-        if (is_word(sign)) {
-            next = word_end(text, at, end);
-        } else if (sign == Sign::currency && next < end && sign_of(text[next]) == Sign::digit) {
-            next = word_end(text, next, end);
-        } else if (is_spoken(sign)) {
-            while (next < end && text[next] == text[at])
-                ++next;
-        } else if (rule == WordRule::words) {
-            at = next;
-            continue;
-        }
-        found.push_back({ at, next });
-        at = next;
-    }
-}
-
 } // namespace
 
 /// An ICU break iterator, or none if ICU has no data.
@@ -221,11 +178,13 @@ private:
     std::unique_ptr<UBreakIterator, Close> m_iterator;
 };
 
-/// A piece between two boundaries of ICU, as the rules above see it.
+/// What the words are put together from: a run of letters and digits, or one sign.
 struct WordFinder::Piece {
     FoundWord extent;
-    Sign sign; // letter: any word
+    Sign first; // of its first character and its last; letter: any word
+    Sign last;
     bool joinable; // false for scripts whose words stand without blanks
+    std::uint32_t length() const { return extent.end - extent.begin; }
 };
 
 namespace {
@@ -281,27 +240,35 @@ void WordFinder::find(std::u16string_view text, WordRule rule, std::vector<Found
         return find_characters(text, found);
     for (std::uint32_t begin = skip_white(text, 0); begin < text.size();
          begin = skip_white(text, begin)) {
-        bool complex = false;
         std::uint32_t end = begin;
-        for (; end < text.size(); ++end) {
-            const Sign sign = sign_of(text[end]);
-            if (sign == Sign::white)
-                break;
-            complex = complex || sign == Sign::complex;
-        }
-        if (complex) {
-            begin = find_complex(text, begin, rule, found);
+        while (end < text.size() && sign_of(text[end]) != Sign::white)
+            ++end;
+        m_pieces.clear();
+        if (is_complex(text, begin, end)) {
+            begin = part_by_icu(text, begin);
         } else {
-            find_simple(text, begin, end, rule, found);
+            part_simple(text, begin, end);
             begin = end;
         }
+        append_pieces(text, rule, found);
     }
 }
 
-/// Finds the words from `begin` on up to a part between blanks that needs no ICU; returns its
-/// place.
-std::uint32_t WordFinder::find_complex(
-    std::u16string_view text, std::uint32_t begin, WordRule rule, std::vector<FoundWord>& found)
+/// The pieces of a text without blanks in which nothing is complex.
+void WordFinder::part_simple(std::u16string_view text, std::uint32_t begin, std::uint32_t end)
+{
+    while (begin < end) {
+        std::uint32_t next = begin + 1;
+        while (is_word(sign_of(text[begin])) && next < end && is_word(sign_of(text[next])))
+            ++next;
+        m_pieces.push_back(
+            { { begin, next }, sign_of(text[begin]), sign_of(text[next - 1]), true });
+        begin = next;
+    }
+}
+
+/// The pieces from `begin` on up to a part between blanks that needs no ICU; returns its place.
+std::uint32_t WordFinder::part_by_icu(std::u16string_view text, std::uint32_t begin)
 {
     std::uint32_t region_end = begin;
     for (std::uint32_t part = begin; part < text.size();) {
@@ -316,12 +283,10 @@ std::uint32_t WordFinder::find_complex(
     const std::u16string_view region = text.substr(begin, region_end - begin);
     if (!m_words)
         m_words = std::make_unique<Boundaries>(UBRK_WORD);
-    m_pieces.clear();
     m_words->each_piece(region, [&](std::uint32_t from, std::uint32_t to, int32_t status) {
         const Sign sign = sign_of_piece(region.substr(from, to - from), status);
-        m_pieces.push_back({ { begin + from, begin + to }, sign, status < UBRK_WORD_KANA });
+        m_pieces.push_back({ { begin + from, begin + to }, sign, sign, status < UBRK_WORD_KANA });
     });
-    append_pieces(text, rule, found);
     return region_end;
 }
 
@@ -331,33 +296,29 @@ void WordFinder::append_pieces(
     bool open = false; // the last word found may still grow
     for (std::size_t at = 0; at < m_pieces.size(); ++at) {
         const Piece& piece = m_pieces[at];
-        const Sign sign = piece.sign;
+        const Piece* before = at > 0 ? &m_pieces[at - 1] : nullptr;
         const Piece* next = at + 1 < m_pieces.size() ? &m_pieces[at + 1] : nullptr;
-        const Sign before = at > 0 ? m_pieces[at - 1].sign : Sign::white;
-        const bool next_word = next && is_word(next->sign) && next->joinable;
-        const bool connects = open && next_word && (sign == Sign::hyphen || sign == Sign::ampersand)
-            && joins(before, sign, next->sign, false);
-        if (connects || (open && sign == Sign::percent && before == Sign::digit)) {
+        const bool connects = open && next && is_word(next->first) && next->joinable
+            && joins(before->last, piece.first, next->first, before->length() == 1);
+        if (connects || (open && piece.first == Sign::percent && before->last == Sign::digit)) {
             found.back().end = connects ? next->extent.end : piece.extent.end;
             at += connects ? 1 : 0;
             open = connects;
             continue;
         }
-        const bool repeats = is_spoken(sign) && before == sign && at > 0
-            && piece.extent.end - piece.extent.begin == 1
-            && text[piece.extent.begin] == text[m_pieces[at - 1].extent.begin]
-            && m_pieces[at - 1].extent.end - m_pieces[at - 1].extent.begin == 1;
-        const bool amount = sign == Sign::digit && before == Sign::currency;
+        const bool repeats = before && is_spoken(piece.first) && before->length() == 1
+            && piece.length() == 1 && text[piece.extent.begin] == text[before->extent.begin];
+        const bool amount = before && piece.first == Sign::digit && before->last == Sign::currency;
         if ((repeats || amount) && !found.empty() && found.back().end == piece.extent.begin) {
             found.back().end = piece.extent.end;
-        } else if (is_word(sign) || is_spoken(sign)
-            || (sign != Sign::white && rule == WordRule::words_and_punctuation)) {
+        } else if (is_word(piece.first) || is_spoken(piece.first)
+            || (piece.first != Sign::white && rule == WordRule::words_and_punctuation)) {
             found.push_back(piece.extent);
         } else {
             open = false;
             continue;
         }
-        open = is_word(sign) && piece.joinable;
+        open = is_word(piece.first) && piece.joinable;
     }
 }
 

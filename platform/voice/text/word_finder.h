@@ -37,8 +37,8 @@ private:
     class Boundaries;
     struct Piece;
 
-    std::uint32_t find_complex(std::u16string_view text, std::uint32_t begin, WordRule rule,
-        std::vector<FoundWord>& found);
+    void part_simple(std::u16string_view text, std::uint32_t begin, std::uint32_t end);
+    std::uint32_t part_by_icu(std::u16string_view text, std::uint32_t begin);
     void append_pieces(
         std::u16string_view text, WordRule rule, std::vector<FoundWord>& found) const;
     void find_characters(std::u16string_view text, std::vector<FoundWord>& found);

@@ -12,7 +12,7 @@ using namespace tests;
 TEST(Wire, CarriesARequestAndAnAnswer)
 {
     WireRequest request{ "espeak:gmw/de", -7, utterance_of(u"Grüße an alle") };
-    request.utterance.pronunciation = { "a", "b c" };
+    request.utterance.pronunciation = "a b c";
     request.utterance.style = { 1, -2, 4, true, false, true };
     request.utterance.contexts = { { 4, 3, "date_mdy" } };
     WireBytes bytes;

@@ -4,6 +4,7 @@
 #include "platform/text.h"
 #include "platform/voice/text/text_reader.h"
 
+#include <algorithm>
 #include <map>
 #include <string>
 #include <vector>
@@ -93,9 +94,9 @@ inline std::string told(const std::vector<SpeechItem>& items)
         if (const auto* utterance = std::get_if<Utterance>(&item)) {
             const std::string style = style_of(utterance->style);
             all += style.empty() ? "" : "[" + style + "]";
-            for (const std::string& phoneme : utterance->pronunciation)
-                all += "/" + phoneme;
-            all += utterance->pronunciation.empty() ? "" : "/";
+            std::string phonemes = utterance->pronunciation;
+            std::ranges::replace(phonemes, ' ', '/');
+            all += phonemes.empty() ? "" : "/" + phonemes + "/";
             all += marked_text(*utterance);
         }
     }
