@@ -230,12 +230,6 @@ std::uint64_t Playback::changeable_from(const Job& job) const
     return m_ring.begin() + fade_frames(job.format);
 }
 
-std::uint64_t Playback::appended_to(const Job& job) const
-{
-    const std::lock_guard lock(m_mutex);
-    return is_current(job) ? m_ring.end() : 0;
-}
-
 bool Playback::cut(const Job& job, std::uint64_t frame, std::uint64_t sequence)
 {
     const std::lock_guard lock(m_mutex);

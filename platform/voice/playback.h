@@ -54,7 +54,6 @@ public:
     void set_spoken_units(const Job& job, std::int64_t units);
     /// Rises with every order that the worker should look at.
     int order_version() const { return m_order_version; }
-    bool stopping() const { return m_stopping; }
 
     // --- The synthesis worker.
     /// Waits for the next job, which then is the current one; null when the voice ends.
@@ -76,8 +75,6 @@ public:
     std::optional<Skip> take_skip(const Job& job);
     /// The first frame that can still be changed.
     std::uint64_t changeable_from(const Job& job) const;
-    /// The end of what is appended.
-    std::uint64_t appended_to(const Job& job) const;
     /// Drops the sound from `frame` on and the events from there on that are not older than
     /// `sequence`. Returns false if that is too late, or too early: the frame is not appended yet.
     bool cut(const Job& job, std::uint64_t frame, std::uint64_t sequence);
@@ -117,7 +114,6 @@ private:
     std::atomic<int> m_volume{ 100 };
     std::atomic<std::int64_t> m_spoken_units{ 0 };
     std::atomic<int> m_order_version{ 0 };
-    std::atomic<bool> m_stopping{ false };
     const std::shared_ptr<Wakeup> m_pacer = std::make_shared<Wakeup>();
     const std::shared_ptr<Wakeup> m_caller;
 
@@ -126,6 +122,7 @@ private:
     std::deque<std::shared_ptr<Job>> m_queue;
     std::shared_ptr<Job> m_current;
     RenderQueue* m_awaited = nullptr;
+    bool m_stopping = false;
     bool m_paused = false;
     bool m_flush = false;
     bool m_complete = false;

@@ -103,8 +103,7 @@ private:
     {
         const auto cut = m_source.follow_rate(m_playback.changeable_from(m_job));
         m_rate_changed = cut.has_value();
-        if (!cut || cut->frame > m_playback.appended_to(m_job)
-            || !m_playback.cut(m_job, cut->frame, cut->sequence))
+        if (!cut || !m_playback.cut(m_job, cut->frame, cut->sequence))
             return;
         m_piece.clear();
         m_source.take_back(*cut);

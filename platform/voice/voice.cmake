@@ -1,7 +1,6 @@
 # The voice itself: jobs, the two threads behind each voice, and the events on their way back.
 add_library(tessavox_voice STATIC
   event_queue.cpp
-  file_stream.cpp
   pacer.cpp
   playback.cpp
   reading_ahead.cpp

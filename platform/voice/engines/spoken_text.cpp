@@ -92,17 +92,12 @@ void part_digits(SpokenText& piece)
 {
     SpokenText parted;
     std::size_t code_point = 0;
-    for (std::size_t at = 0; at < piece.utf8.size(); ++at) {
-        const bool continues = (static_cast<unsigned char>(piece.utf8[at]) & 0xC0) == 0x80;
-        parted.utf8 += piece.utf8[at];
-        if (continues)
-            continue;
+    for (std::size_t at = 0; at < piece.utf8.size();) {
+        const char32_t character = next_character(piece.utf8, at);
         const std::uint32_t token = piece.tokens[code_point++];
-        parted.tokens.push_back(token);
-        if (is_digit(static_cast<unsigned char>(piece.utf8[at])) && at + 1 < piece.utf8.size()) {
-            parted.utf8 += ' ';
-            parted.tokens.push_back(token);
-        }
+        parted.append(character, token);
+        if (is_digit(character) && at < piece.utf8.size())
+            parted.append(" ", token);
     }
     piece = std::move(parted);
 }

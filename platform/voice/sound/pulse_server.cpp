@@ -43,13 +43,6 @@ pa_buffer_attr buffer_attributes(PcmFormat format)
         .fragsize = static_cast<std::uint32_t>(-1) };
 }
 
-// For calls whose outcome shows in the stream's state.
-void forget(pa_operation* operation)
-{
-    if (operation)
-        pa_operation_unref(operation);
-}
-
 class PulseSink final : public AudioSink {
 public:
     /// Begins to open the stream. @throws Failure if that can't even begin.

@@ -347,16 +347,7 @@ public:
 
     std::size_t read(std::span<std::int16_t> samples) override
     {
-        const auto wanted = samples.size() / static_cast<std::size_t>(channels());
-        std::size_t total = 0;
-        while (total < wanted) {
-            const std::size_t got = read_block(
-                samples.subspan(total * static_cast<std::size_t>(channels())), wanted - total);
-            if (got == 0)
-                break;
-            total += got;
-        }
-        return total;
+        return read_block(samples, samples.size() / static_cast<std::size_t>(channels()));
     }
 
 private:

@@ -39,7 +39,7 @@ public:
     virtual int rate() const = 0;
     virtual int channels() const = 0; // 1 or 2: files of more channels are mixed down
     virtual std::uint64_t frames() const = 0; // as far as the file is really there
-    /// Fills whole interleaved frames; returns how many frames, 0 at the end.
+    /// Reads whole interleaved frames, as many as are at hand; returns how many, 0 at the end.
     virtual std::size_t read(std::span<std::int16_t> samples) = 0;
 };
 

@@ -184,49 +184,6 @@ decltype(TagEffect::item) item_of(Element element, const FoundTag& tag)
 
 } // namespace
 
-MarkupState::~MarkupState()
-{
-    // One after the other: thousands of states in a row must not end in thousands of nested calls.
-    MarkupStatePtr outer = std::move(m_outer);
-    while (outer && outer.use_count() == 1)
-        outer = std::move(outer->m_outer);
-}
-
-MarkupStatePtr MarkupState::initial()
-{
-    return std::make_shared<const MarkupState>(std::make_shared<const MarkupSettings>());
-}
-
-MarkupStatePtr MarkupState::opened(
-    const MarkupStatePtr& outer, Element element, MarkupSettingsPtr settings)
-{
-    auto state = std::make_shared<MarkupState>(std::move(settings));
-    state->m_element = element;
-    state->m_outer = outer;
-    state->m_enclosing = outer->m_enclosing;
-    if (outer->m_element != Element::none)
-        state->m_enclosing[static_cast<std::size_t>(outer->m_element)] = outer.get();
-    return state;
-}
-
-MarkupStatePtr MarkupState::changed(const MarkupStatePtr& state, MarkupSettingsPtr settings)
-{
-    auto next = std::make_shared<MarkupState>(*state);
-    next->m_settings = std::move(settings);
-    return next;
-}
-
-const MarkupState* MarkupState::innermost(Element element) const
-{
-    return m_element == element ? this : m_enclosing[static_cast<std::size_t>(element)];
-}
-
-MarkupStatePtr MarkupState::closed(const MarkupStatePtr& state, Element element)
-{
-    const MarkupState* opened = state->innermost(element);
-    return opened ? opened->m_outer : state;
-}
-
 TagEffect effect_of(const FoundTag& tag, const MarkupStatePtr& state, const VoiceChooser& voices)
 {
     const ElementRow* row = row_of(tag.tag.name);

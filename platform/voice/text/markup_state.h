@@ -11,6 +11,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -64,23 +65,54 @@ public:
     }
     MarkupState(const MarkupState&) = default;
     MarkupState& operator=(const MarkupState&) = delete;
-    ~MarkupState();
+    ~MarkupState()
+    {
+        // One after the other: thousands of states in a row must not end in thousands of nested
+        // calls.
+        MarkupStatePtr outer = std::move(m_outer);
+        while (outer && outer.use_count() == 1)
+            outer = std::move(outer->m_outer);
+    }
 
     /// The state in which no markup is in force.
-    static MarkupStatePtr initial();
+    static MarkupStatePtr initial()
+    {
+        return std::make_shared<const MarkupState>(std::make_shared<const MarkupSettings>());
+    }
 
     const MarkupSettingsPtr& settings() const { return m_settings; }
 
     /// After a start tag: the settings hold until its end tag.
     static MarkupStatePtr opened(
-        const MarkupStatePtr& outer, Element element, MarkupSettingsPtr settings);
+        const MarkupStatePtr& outer, Element element, MarkupSettingsPtr settings)
+    {
+        auto state = std::make_shared<MarkupState>(std::move(settings));
+        state->m_element = element;
+        state->m_outer = outer;
+        state->m_enclosing = outer->m_enclosing;
+        if (outer->m_element != Element::none)
+            state->m_enclosing[static_cast<std::size_t>(outer->m_element)] = outer.get();
+        return state;
+    }
     /// After an empty element: the settings hold until the innermost open element ends.
-    static MarkupStatePtr changed(const MarkupStatePtr& state, MarkupSettingsPtr settings);
+    static MarkupStatePtr changed(const MarkupStatePtr& state, MarkupSettingsPtr settings)
+    {
+        auto next = std::make_shared<MarkupState>(*state);
+        next->m_settings = std::move(settings);
+        return next;
+    }
     /// After an end tag, which ends all that was opened inside its element as well. The same state
     /// if no such element is open.
-    static MarkupStatePtr closed(const MarkupStatePtr& state, Element element);
+    static MarkupStatePtr closed(const MarkupStatePtr& state, Element element)
+    {
+        const MarkupState* opened = state->innermost(element);
+        return opened ? opened->m_outer : state;
+    }
     /// The innermost open element of this kind, or null.
-    const MarkupState* innermost(Element element) const;
+    const MarkupState* innermost(Element element) const
+    {
+        return m_element == element ? this : m_enclosing[static_cast<std::size_t>(element)];
+    }
 
 private:
     MarkupSettingsPtr m_settings;
