@@ -58,7 +58,10 @@ std::vector<std::string> readable_for(const NaturalVoice& voice)
         places.insert(places.end(), { description.model, description.model.parent_path() });
     std::error_code ignored;
     const fs::path program = description.command.front();
-    for (const fs::path& path : { program, fs::canonical(program, ignored) })
+    const fs::path installed = fs::canonical(program, ignored);
+    // A script's own interpreter may lie elsewhere again.
+    const fs::path interpreter = fs::canonical(installed.parent_path() / "python", ignored);
+    for (const fs::path& path : { program, installed, interpreter })
         std::ranges::copy(places_of_program(path), std::back_inserter(places));
     for (const std::string& argument : description.command)
         places.emplace_back(argument);

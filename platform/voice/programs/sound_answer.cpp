@@ -125,8 +125,11 @@ EngineSound read_frames(std::span<const std::byte> answer)
     const std::string_view text(reinterpret_cast<const char*>(answer.data()), answer.size());
     const std::size_t end = std::min(text.find('\n'), text.size());
     FramesHeader header = parse_frames_header(text.substr(0, end));
-    return { header.sample_rate, samples_of(answer.subspan(std::min(end + 1, text.size()))),
-        std::move(header.words) };
+    EngineSound sound{ header.sample_rate,
+        samples_of(answer.subspan(std::min(end + 1, text.size()))), std::move(header.words) };
+    if (sound.samples.size() != header.frames)
+        throw Failure("its sound is broken off");
+    return sound;
 }
 
 } // namespace
