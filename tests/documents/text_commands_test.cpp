@@ -235,7 +235,7 @@ TEST_F(TextCommands, ChangeLettersByWayOfTheClipboard)
     };
     for (const auto& [item, before, after] : cases) {
         clipboard.text = u"mine";
-        show(before);
+        show(before, 1);
         main.mnuEditSelectAll.run();
         item->run();
         EXPECT_EQ(text(), after);
