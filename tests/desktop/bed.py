@@ -265,6 +265,12 @@ class Program:
                                       if top.role in ("dialog", "file chooser") and top.showing),
                                      None), "a file dialog")
 
+    def choose_file(self, path):
+        """Answers the file dialog that is shown, or about to be."""
+        self.file_dialog()
+        type_text(path)
+        keys("Return")
+
     def wait_for_message(self):
         return wait_for(self.message, "a message")
 

@@ -7,7 +7,7 @@ import tempfile
 import unittest
 
 import bed
-from bed import Program, Recorder, config_folder, forget_settings, keys, type_text, wait_for
+from bed import Program, Recorder, config_folder, forget_settings, wait_for
 
 LONG = "This is a long text that goes on and on, so that there is time to pause it. " * 4
 ZEROS = ["0"] * 4
@@ -87,9 +87,7 @@ class Driven(unittest.TestCase):
     def save_what_was_copied(self, command):
         path = os.path.join(self.enterContext(tempfile.TemporaryDirectory()), "copied.wav")
         command()
-        self.program.file_dialog()
-        type_text(path)
-        keys("Return")
+        self.program.choose_file(path)
         self.program.answer(self.program.wait_for_message())
         self.assertGreater(os.path.getsize(path), 48000)
 

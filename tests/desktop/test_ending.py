@@ -1,4 +1,4 @@
-"""The program ends when it is asked to, once, and no text is lost by it."""
+"""Documents and the program end when they are asked to, once, and no text is lost by it."""
 
 import os
 import signal
@@ -72,13 +72,27 @@ class Ending(unittest.TestCase):
         for number in (2, 3):
             path = os.path.join(folder, f"{number}.txt")
             self.assertEqual(program.answer(program.wait_for_message(), "Yes"), QUESTION)
-            program.file_dialog()
-            type_text(path)
-            keys("Return")
+            program.choose_file(path)
             wait_for(lambda: os.path.exists(path), "the file")
             with open(path, encoding="utf-8") as file:
                 self.assertEqual(file.read().rstrip(), f"Text {number}.")
         self.assertEqual(program.process.wait(30), 0)
+
+    def test_a_changed_document_stays_goes_or_is_saved_as_the_answer_says(self):
+        program = self.start_with_changes(2)
+        folder = self.enterContext(tempfile.TemporaryDirectory())
+        path = os.path.join(folder, "kept.txt")
+        for answer, left in (("No", 2), ("Yes", 1), ("Cancel", 1)):
+            type_text("More. ")  # one that comes forward counts as unchanged
+            program.find("menu item", "File").click()
+            keys("c")
+            self.assertEqual(program.answer(program.wait_for_message(), answer), QUESTION)
+            if answer == "Yes":
+                program.choose_file(path)
+            wait_for(lambda: len(program.find_all("push button", "Read")) == left, "the rest")
+        with open(path, encoding="utf-8") as file:
+            self.assertEqual(file.read().rstrip(), "Text 2.More.")
+        self.assertIn("More.", " ".join(pane.text for pane in program.text_panes()))
 
 
 if __name__ == "__main__":

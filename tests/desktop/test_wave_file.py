@@ -6,7 +6,7 @@ import subprocess
 import tempfile
 import unittest
 
-from bed import SILENCE_PEAK, Atspi, Program, Recorder, forget_settings, keys, type_text, wait_for
+from bed import SILENCE_PEAK, Atspi, Program, Recorder, forget_settings, keys, wait_for
 
 TEXT = "One two three four five six seven eight nine ten."
 LONG_TEXT = "The quick brown fox jumps over the lazy dog, and the dog sleeps on.\n" * 4500
@@ -29,9 +29,7 @@ class WaveFile(unittest.TestCase):
 
     def save_as(self, path, button="Read to File"):
         self.program.button(button).press()
-        self.program.dialog("Save to a Wave File")
-        type_text(path)
-        keys("Return")
+        self.program.choose_file(path)
 
     def test_the_file_has_the_chosen_format_and_the_whole_text(self):
         formats = {"8kHz 8Bit Mono": ("8000", "16", "1"),  # always was 16 bit
@@ -121,9 +119,7 @@ class WaveFile(unittest.TestCase):
         self.recorder.wait_for_silence()
 
         self.program.button("Play File").press()
-        self.program.dialog("Speak a Wave File")
-        type_text(path)
-        keys("Return")
+        self.program.choose_file(path)
         self.recorder.wait_for_sound()
         self.program.wait_until_idle()
 
