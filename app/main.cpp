@@ -2,8 +2,10 @@
 #include "app/start_instance.h"
 #include "app/tessavox.h"
 #include "forms/string_table.h"
+#include "platform/conversion/word_processor_files.h"
 #include "platform/files/disk_file_store.h"
 #include "platform/files/program_folders.h"
+#include "platform/files/recovery_folder.h"
 #include "platform/qt/blocking_work.h"
 #include "platform/qt/clipboard.h"
 #include "platform/qt/end_signals.h"
@@ -60,16 +62,22 @@ void quit()
     QCoreApplication::exit(); // not quit(), which would ask every window once more
 }
 
-/// Started before the toolkit, so that the voices are known when the first window asks for them.
-std::shared_ptr<voice::SpeechEngines> start_engines()
+/// A program that belongs to this one and lies beside it.
+std::string helper_path(const char* name)
 {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
+    return program.parent_path() / name;
+}
+
+/// Started before the toolkit, so that the voices are known when the first window asks for them.
+std::shared_ptr<voice::SpeechEngines> start_engines()
+{
     voice::HelperOptions options;
-    const std::filesystem::path folder = program.parent_path();
-    options.path = folder / "tessavox-voice-helper";
+    options.path = helper_path("tessavox-voice-helper");
     options.shipped_voices
-        = find_app_folder(folder, TESSAVOX_BUILD_FOLDER, TESSAVOX_SOURCE_SHARE) + "/voices";
+        = find_app_folder(helper_path(""), TESSAVOX_BUILD_FOLDER, TESSAVOX_SOURCE_SHARE)
+        + "/voices";
     return voice::start_helper_engines(std::move(options));
 }
 
@@ -96,7 +104,7 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
     QtClipboard clipboard;
     QtOutsideChanges changes(clipboard);
     QtMessageBoxes message_boxes;
-    QtFileDialogs dialogs(files, texts);
+    QtFileDialogs dialogs(files, texts, find_recovery_folder());
     QtFontDialogs font_dialogs(texts);
     QtScreen screen;
     QtTray tray(windows);
@@ -105,10 +113,13 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
     QtSkin skin(files);
     QtBlockingWork blocking_work(gate);
     QtRichTextPanes panes(clipboard, files);
+    RecoveryFolder recovery(find_recovery_folder());
+    WordProcessorFiles word_processor(
+        files, blocking_work, texts, helper_path("tessavox-document-helper"));
     const std::unique_ptr<SpeechService> speech = make_speech(post, texts, std::move(engines));
     Platform platform{ windows, post, quit, [] { QCoreApplication::processEvents(); }, files,
         clipboard, changes, message_boxes, dialogs, font_dialogs, windows, screen, tray, *hot_keys,
-        shell, skin, blocking_work, panes, *speech, texts,
+        shell, skin, blocking_work, panes, recovery, word_processor, *speech, texts,
         prepare_config_folder(find_config_home(), app_folder + "/conf"), app_folder, command_line };
 
     Tessavox tessavox(platform);

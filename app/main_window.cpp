@@ -48,7 +48,10 @@ void frmMain::Form_Load()
     Width = start_width_twips;
     m_process.tables.newDocumentIndex = 0;
     m_process.tables.openDocumentCount = 0;
+    // Nobody has changed it, also if the window that would forget that isn't shown.
+    m_process.tables.fileLoading = true;
     file_commands.LoadDocumentFile(m_process.AppFolder + "/first.txt");
+    m_process.tables.fileLoading = false;
     m_process.find_ConfigFolder();
     attempt([&] { file_commands.startDocumentIndex = file_commands.ActiveDocumentIndex(); });
     apply_skin(*this, m_process.platform.skin, m_process.AppFolder);

@@ -269,7 +269,7 @@ def main():
     figures(table, [os.path.join(folder, "bench_alignment"),
                     os.path.join(sources, "sentences.txt"),
                     os.path.join(sources, "festival_truth.scm")])
-    for name in ("bench_window", "bench_rtf", "bench_plain_text",
+    for name in ("bench_window", "bench_documents", "bench_rtf", "bench_plain_text",
                  "bench_text", "bench_engines", "bench_sound"):
         benchmark_program(table, os.path.join(folder, name))
     print()

@@ -31,6 +31,7 @@ frmDocument::frmDocument(
     : DocumentControls(process.forms, process.platform.panes.create())
     , settingsFile(process.platform.files, process.platform.message_boxes, process.platform.texts)
     , speech({ *this, dock, main }, process.platform, settingsFile, process.ConfigFolder)
+    , recovery(*this, rtfText.pane(), process.platform.recovery)
     , m_process(process)
     , m_main(main)
     , m_dock(dock)
@@ -157,6 +158,8 @@ void frmDocument::Form_Unload(bool& Cancel)
         offer_to_save(Cancel);
     else
         leave_tables();
+    if (!Cancel)
+        recovery.text_goes();
     // Also after Cancel: the window that stays has no voice any more.
     speech.session.StopBtn_Click();
     speech.Voice.release();
@@ -188,6 +191,7 @@ void frmDocument::offer_to_save(bool& Cancel)
         setmenu(m_process, m_main);
         break;
     case MessageAnswer::no:
+        recovery.loss_accepted();
         leave_tables();
         break;
     default:
@@ -230,6 +234,7 @@ void frmDocument::leave_tables()
 
 void frmDocument::rtfText_Change()
 {
+    recovery.text_changed();
     DocumentTables& tables = m_process.tables;
     if (!tables.fileLoading)
         attempt([&] { tables.documentChanged[slot_number()] = true; });

@@ -1,6 +1,7 @@
 // A document: its window, its text, its voice and its own settings panel.
 #pragma once
 
+#include "documents/document_recovery.h"
 #include "documents/process.h"
 #include "forms/document_controls.h"
 #include "persist/settings_files.h"
@@ -24,6 +25,7 @@ private:
 
 public:
     DocumentSpeech speech;
+    DocumentRecovery recovery;
 
     /// Lays the window out for its text, or for its web page, which the caller says in view_status.
     void control_pos();

@@ -16,6 +16,7 @@ using F = FileCommands;
 
 constexpr CommandRow<F> commands[] = {
     { &M::mnuFileNew, 1001, "Ctrl+N", call<&F::mnuFileNew_Click> },
+    { &M::mnuFileOpen, 1002, "Ctrl+O", call<&F::mnuFileOpen_Click> },
     { &M::mnuFileBar0 },
     { &M::mnuFileSave, 1003, "Ctrl+S", call<&F::mnuFileSave_Click>, with_document },
     { &M::mnuFileSaveAs, 1004, "", call<&F::mnuFileSaveAs_Click>, with_document },
@@ -28,6 +29,12 @@ constexpr CommandRow<F> commands[] = {
 std::string title_of(const std::string& path)
 {
     return path.substr(path.rfind('/') + 1);
+}
+
+/// Whether the path ends so; `end` is in small letters, and the path's may be of any kind.
+bool ends_in(const std::string& path, std::string_view end)
+{
+    return lower_ascii(path).ends_with(end);
 }
 
 } // namespace
@@ -90,20 +97,96 @@ void FileCommands::mnuFileNew_Click()
         [&] { document->rtfText.SetFocus(); });
 }
 
+void FileCommands::mnuFileOpen_Click()
+{
+    std::int16_t index = 0;
+    attempt([&] { index = ActiveDocumentIndex(); });
+    dlgCommonDialog.FileName.clear();
+    FileDialogRequest request;
+    request.must_be_text = true;
+    attempt([&] { request.Filter = m_process.platform.texts.LoadResString(2350); });
+    if (const auto chosen = m_process.platform.dialogs.ShowOpen(request)) {
+        dlgCommonDialog.FileName = *chosen;
+        dlgCommonDialog.FileTitle = title_of(*chosen);
+    }
+    const std::string path = dlgCommonDialog.FileName; // an activation can change the dialog's
+    if (path.empty())
+        return;
+    bool is_page = ends_in(path, ".pdf");
+    attempt([&] { is_page = is_page || active_document().speech.place.view_status == 2; });
+    if (is_page)
+        return show_as_page(path);
+    LoadDocumentFile(path);
+    // After the load: a document counts as changed once it is open, and the next change of any
+    // document doesn't count. The title goes to the document that was active before.
+    m_process.tables.fileLoading = true;
+    attempt_each([&] { m_process.tables.documentFileTitles[index - 1] = title_of(path); },
+        [&] { active_document().control_pos(); });
+    setmenu(m_process, m_main);
+}
+
+void FileCommands::show_as_page(const std::string& path)
+{
+    attempt([&] {
+        frmDocument& document = active_document();
+        if (document.speech.place.view_status != 2) {
+            document.speech.place.view_status = 2;
+            document.control_pos2();
+        }
+        document.WebBrowser1.pane().Navigate(path);
+    });
+}
+
 void FileCommands::LoadDocumentFile(const std::string& path)
 {
-    mnuFileNew_Click();
-    attempt([&] {
-        const std::string text = m_process.platform.files.read(path);
-        m_process.tables.fileLoading = true; // the change that follows is none of the user's
-        active_document().rtfText->set_Text(to_utf16(text));
-    });
+    if (ends_in(path, "doc")) {
+        load_word_processor_document(path);
+    } else if (ends_in(path, "rtf")) {
+        mnuFileNew_Click();
+        attempt([&] { load_file(ActiveForm(m_process.forms), path, TextKind::rich); });
+    } else {
+        mnuFileNew_Click();
+        attempt([&] { load_file(active_document(), path, TextKind::plain); });
+    }
     attempt([&] { active_document().Caption = path; });
+}
+
+void FileCommands::load_file(frmDocument& document, const std::string& path, TextKind kind)
+{
+    document.recovery.text_goes(); // with no slot free it can be an old document
+    document.rtfText->LoadFile(path, kind);
+    document.recovery.loaded(path);
+}
+
+// What the clipboard held is lost: documents have come over it since ever, and nobody should find
+// there what was in one.
+void FileCommands::load_word_processor_document(const std::string& path)
+{
+    Platform& platform = m_process.platform;
+    std::u16string text;
+    platform.screen.set_MousePointer(MousePointer::hourglass);
+    attempt_each([&] { platform.clipboard.Clear(); },
+        [&] { text = platform.word_processor.text_of(path); },
+        [&] {
+            frmDocument& document = ActiveForm(m_process.forms);
+            document.recovery.text_goes();
+            document.rtfText->set_Text(text);
+            document.recovery.loaded({}); // the file itself holds more
+        });
+    platform.screen.set_MousePointer(MousePointer::normal);
+    attempt([&] { platform.clipboard.Clear(); });
 }
 
 /// The caption says whether there is a path, and the dialog keeps which.
 void FileCommands::mnuFileSave_Click()
 {
+    bool is_page = false;
+    attempt([&] { is_page = ActiveForm(m_process.forms).speech.place.view_status == 2; });
+    if (is_page) {
+        attempt_each([&] { ActiveForm(m_process.forms).WebBrowser1.SetFocus(); },
+            [&] { ActiveForm(m_process.forms).WebBrowser1.pane().ExecWB(WebCommand::save); });
+        return;
+    }
     std::string caption;
     attempt([&] { caption = active_document().Caption; });
     if (caption.empty() || caption.starts_with("Document")
@@ -111,7 +194,10 @@ void FileCommands::mnuFileSave_Click()
         mnuFileSaveAs_Click();
         return;
     }
-    attempt([&] { save_text(); });
+    // A word processor's document gets rich text under its name, but not from Save As.
+    const std::string& path = dlgCommonDialog.FileName;
+    const bool is_rich = ends_in(path, "rtf") || ends_in(path, "doc");
+    attempt([&] { save_text(is_rich ? TextKind::rich : TextKind::plain); });
     attempt([&] { m_process.tables.documentChanged[ActiveDocumentIndex()] = false; });
     leave_count_if_closing();
 }
@@ -119,23 +205,35 @@ void FileCommands::mnuFileSave_Click()
 /// Writes the text of the active document to the dialog's path. @throws Failure if it can't be
 /// written, and tells the user so before: the document counts as saved all the same, and the text
 /// may be gone with its window next.
-void FileCommands::save_text()
+void FileCommands::save_text(TextKind kind)
 {
-    const std::string& path = dlgCommonDialog.FileName;
-    const TextSlice text = active_document().rtfText->Text();
+    const std::string path = dlgCommonDialog.FileName;
+    frmDocument& document = active_document();
+    document.recovery.before_writing(path);
     try {
-        m_process.platform.files.write(path, to_utf8(text.view()), Durability::durable);
+        document.rtfText->SaveFile(path, kind);
     } catch (const Failure&) {
-        m_process.platform.message_boxes.show(m_process.platform.texts.with_value(2303, path),
-            application_title, MessageButtons::ok, MessageIcon::none);
+        tell_that_not_written(path);
         throw;
     }
+    document.recovery.saved(path);
+}
+
+void FileCommands::tell_that_not_written(const std::string& path)
+{
+    constexpr int reasons[] = { 2353, 2351, 2352 }; // by WriteObstacle
+    Platform& platform = m_process.platform;
+    const auto obstacle = static_cast<std::size_t>(platform.files.obstacle_to_writing(path));
+    attempt([&] {
+        platform.message_boxes.show(platform.texts.with_value(2303, path) + "\n"
+                + platform.texts.LoadResString(reasons[obstacle]),
+            application_title, MessageButtons::ok, MessageIcon::none);
+    });
 }
 
 void FileCommands::mnuFileSaveAs_Click()
 {
     FileDialogRequest request;
-    // Rich text is missing here until documents can be written as such.
     attempt([&] { request.Filter = m_process.platform.texts.LoadResString(2310); });
     request.FileName = dlgCommonDialog.FileName;
     request.overwrite_prompt = true;
@@ -152,7 +250,7 @@ void FileCommands::mnuFileSaveAs_Click()
 
 void FileCommands::save_as()
 {
-    save_text();
+    save_text(ends_in(dlgCommonDialog.FileName, "rtf") ? TextKind::rich : TextKind::plain);
     const std::int16_t index = ActiveDocumentIndex();
     m_process.tables.documentChanged[index] = false;
     active_document().Caption = dlgCommonDialog.FileName;

@@ -34,11 +34,14 @@ public:
     std::int16_t ActiveDocumentIndex();
     /// The window of that slot. @throws Failure likewise.
     frmDocument& active_document();
-    /// Opens a file in a new document.
+    /// Opens a file in a new document, as rich text where its name ends in "rtf", otherwise as
+    /// plain text. Where it ends in "doc", a word processor's text replaces that of the active
+    /// document. What can't be opened leaves that empty. The document gets the path as its caption.
     void LoadDocumentFile(const std::string& path);
 
     /// A new empty document. Does nothing, without a word, while all slots are taken.
     void mnuFileNew_Click();
+    void mnuFileOpen_Click();
     void mnuFileSave_Click();
     void mnuFileSaveAs_Click();
     void mnuFileClose_Click();
@@ -46,7 +49,11 @@ public:
 
 private:
     std::shared_ptr<frmDocument> put_document_in_slot(int slot);
-    void save_text();
+    void show_as_page(const std::string& path);
+    void load_file(frmDocument& document, const std::string& path, TextKind kind);
+    void load_word_processor_document(const std::string& path);
+    void save_text(TextKind kind);
+    void tell_that_not_written(const std::string& path);
     void save_as();
     void leave_count_if_closing();
 

@@ -151,6 +151,7 @@ constexpr StringRow rows[] = {
         "erneut" },
     { 2309, "Alle Dateien (*.*)|*.*|Wave-Dateien (*.wav)|*.wav" },
     { 2310,
+        "RTF-Dateien (*.rtf)|*.rtf|"
         "Textdateien (*.txt)|*.txt|Ini-Dateien (*.ini)|*.ini|Registrierungsdateien "
         "(*.log)|*.log|Stapeldatei (*.bat)|*.bat|Alle Dateien (*.*)|*.*" },
     { 2311, "Den Text der Zwischenablage sprechen und als Wave-Datei speichern" },
@@ -171,6 +172,18 @@ constexpr StringRow rows[] = {
     { 2332, "Unbekannter Fehler" },
     { 2340, "Der Text wird ersetzt. Escape beendet das Ersetzen." },
     { 2341, "Farbe..." },
+    { 2350,
+        "Textdateien (*.txt)|*.txt|RTF-Dateien (*.rtf)|*.rtf|Webdateien|*.htm*|"
+        "PDF-Dateien (*.pdf)|*.pdf|Alle Dateien (*.*)|*.*|" },
+    { 2351, "Ihren Ordner gibt es nicht." },
+    { 2352, "Sie ist schreibgeschützt oder keine gewöhnliche Datei." },
+    { 2353, "Vielleicht ist der Datenträger voll oder gestört." },
+    { 2354, "%1 kann nicht gelesen werden." },
+    { 2355,
+        "%1 ist keine Datei, die sich öffnen lässt, sondern ein Ordner, eine Pipe oder ein "
+        "Gerät." },
+    { 2356, "%1 ist zu lang: mehr als 64 MB oder mehr als eine Million Zeilen." },
+    { 2357, "Das Dokument wird umgewandelt. Escape beendet das." },
 };
 
 } // namespace

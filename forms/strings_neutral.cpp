@@ -164,6 +164,7 @@ constexpr StringRow neutral_rows[] = {
     { 2308, "The software setting files %1 have been moved, please reinstall our software again" },
     { 2309, "All Files (*.*)|*.*|Wave Files (*.wav)|*.wav" },
     { 2310,
+        "RTF Files (*.rtf)|*.rtf|"
         "Text files (*.txt)|*.txt|Ini Files (*.ini)|*.ini|Registry Files (*.log)|*.log|"
         "Batch File (*.bat)|*.bat|All files (*.*)|*.*" },
     { 2311, "Read and Save the text in clipboard into Wav file" },
@@ -184,6 +185,16 @@ constexpr StringRow neutral_rows[] = {
     { 2332, "Unknown error" },
     { 2340, "The text is being replaced. Escape ends it." },
     { 2341, "Colour..." },
+    { 2350,
+        "Text files (*.txt)|*.txt|RTF Files (*.rtf)|*.rtf|Web files|*.htm*|"
+        "PDF files (*.pdf)|*.pdf|All files (*.*)|*.*|" },
+    { 2351, "Its folder does not exist." },
+    { 2352, "It is write-protected, or no ordinary file." },
+    { 2353, "The disk may be full or out of order." },
+    { 2354, "%1 cannot be read." },
+    { 2355, "%1 is no file that can be opened, but a folder, a pipe or a device." },
+    { 2356, "%1 is too long: more than 64 MB, or more than a million lines." },
+    { 2357, "The document is being converted. Escape ends it." },
 };
 
 } // namespace

@@ -13,6 +13,7 @@ struct FileDialogRequest {
     int FilterIndex = 1; // counted from 1
     std::string FileName; // what the dialog begins with
     bool overwrite_prompt = false; // ask before an existing file is chosen
+    bool must_be_text = false; // refuse, with the reason, what can't be opened as a document
 };
 
 class FileDialogs {

@@ -19,6 +19,14 @@ enum class WriteObstacle {
     not_writable, // read-only, in a folder that takes nothing new, no regular file, or a bad name
 };
 
+/// What speaks against opening a file as a document.
+enum class ReadObstacle {
+    none,
+    not_readable, // or not there
+    no_file, // a folder, a pipe or a device
+    too_long, // for a text pane
+};
+
 class FileStore {
 public:
     virtual ~FileStore() = default;
@@ -34,6 +42,8 @@ public:
     /// What is known of that before anybody tries. What nobody has the permission to write counts
     /// as read-only for the administrator too, who could write it all the same.
     virtual WriteObstacle obstacle_to_writing(const std::string& path) = 0;
+    /// Looks into the file, as far as its lines have to be counted.
+    virtual ReadObstacle obstacle_to_opening(const std::string& path) = 0;
 };
 
 } // namespace tessavox

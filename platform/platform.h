@@ -11,6 +11,7 @@
 #include "platform/hot_keys.h"
 #include "platform/message_boxes.h"
 #include "platform/outside_changes.h"
+#include "platform/recovery_copies.h"
 #include "platform/rich_text_pane.h"
 #include "platform/screen.h"
 #include "platform/shell.h"
@@ -18,6 +19,7 @@
 #include "platform/speech_voice.h"
 #include "platform/texts.h"
 #include "platform/tray.h"
+#include "platform/word_processor.h"
 
 #include <string>
 
@@ -43,6 +45,8 @@ struct Platform {
     Skin& skin;
     BlockingWork& blocking_work;
     RichTextPanes& panes;
+    RecoveryCopies& recovery;
+    WordProcessor& word_processor;
     SpeechService& speech;
     const Texts& texts;
     std::string config_folder; // ends without a separator: ".../tessavox/conf"

@@ -124,7 +124,7 @@ public:
     std::function<void()> Change; // the text has changed
     std::function<void()> SelChange; // caret or selection has changed
     /// A mouse button was released: 1 left, 2 right. `shift` has 1 for Shift, 2 for Control, 4 for
-    /// Alt.
+    /// Alt. The key for menus counts as 2. Whoever listens shows the menu of the text.
     std::function<void(int button, int shift)> MouseUp;
 };
 

@@ -13,7 +13,8 @@ BESIDE_EACH_OTHER = [  # from the ground up; the folders of one floor don't see 
 ]
 SEES = {"platform": INTERFACES, "platform/controls": INTERFACES, "platform/qt": INTERFACES | {"platform/files", "platform/rtf", "platform/text_files"},
         "platform/voice": INTERFACES | {"platform/confinement"}, "platform/confinement": INTERFACES, "platform/text_files": INTERFACES,
-        "platform/files": INTERFACES, "platform/rtf": INTERFACES}
+        "platform/files": INTERFACES, "platform/rtf": INTERFACES,
+        "platform/conversion": INTERFACES | {"platform/confinement", "platform/rtf", "platform/text_files"}}
 ADAPTERS = SEES.keys() - INTERFACES  # these may see the system, too
 COMPOSITION_ROOT = "app/main.cpp"
 INCLUDE = re.compile(r'\s*#\s*include\s*(["<])([^">]+)[">]')

@@ -21,6 +21,7 @@ public:
     std::string read(const std::string& path) override;
     void write(const std::string& path, const std::string& bytes, Durability durability) override;
     WriteObstacle obstacle_to_writing(const std::string& path) override;
+    ReadObstacle obstacle_to_opening(const std::string& path) override;
 
 private:
     /// What a file held when it was read, and by which marks of the system it is known again.

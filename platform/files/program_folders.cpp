@@ -17,12 +17,27 @@ std::string find_app_folder(const std::string& program_folder, const std::string
     return (fs::path(program_folder) / "../share/tessavox").lexically_normal().string();
 }
 
+namespace {
+
+/// What the variable says, or the folder of this name in the user's home.
+fs::path folder_of_user(const char* variable, const char* usual)
+{
+    if (const char* folder = std::getenv(variable); folder && folder[0] == '/')
+        return folder;
+    const char* home = std::getenv("HOME");
+    return fs::path(home ? home : "/") / usual;
+}
+
+} // namespace
+
 std::string find_config_home()
 {
-    if (const char* home = std::getenv("XDG_CONFIG_HOME"); home && home[0] == '/')
-        return home;
-    const char* home = std::getenv("HOME");
-    return (fs::path(home ? home : "/") / ".config").string();
+    return folder_of_user("XDG_CONFIG_HOME", ".config").string();
+}
+
+std::string find_recovery_folder()
+{
+    return (folder_of_user("XDG_STATE_HOME", ".local/state") / "tessavox/recovery").string();
 }
 
 std::string config_folder_in(const std::string& config_home)

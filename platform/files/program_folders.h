@@ -13,6 +13,10 @@ std::string find_app_folder(const std::string& program_folder, const std::string
 /// $XDG_CONFIG_HOME, or .config in the user's home.
 std::string find_config_home();
 
+/// Where copies of what wasn't saved lie: below $XDG_STATE_HOME, or .local/state in the user's
+/// home.
+std::string find_recovery_folder();
+
 /// The folder of the settings, without a separator at its end.
 std::string config_folder_in(const std::string& config_home);
 

@@ -9,6 +9,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QUrl>
 
 namespace tessavox {
 
@@ -69,6 +70,65 @@ QString objection_to(const QString& path, FileStore& files, const Texts& texts)
     return text.replace("%1", QFileInfo(path).fileName());
 }
 
+void tell(const QString& text)
+{
+    QtMessageBoxes().show(from_qt(text), application_title, MessageButtons::ok, MessageIcon::none);
+}
+
+/// Stays open until the user chooses a file that can be opened as a document, or none.
+class OpenDialog : public QFileDialog {
+public:
+    OpenDialog(QWidget* parent, FileStore& files, const Texts& texts, bool must_be_text)
+        : QFileDialog(parent)
+        , m_files(files)
+        , m_texts(texts)
+        , m_must_be_text(must_be_text)
+    {
+        setAcceptMode(AcceptOpen);
+        setFileMode(ExistingFile);
+    }
+
+    /// Says so if not.
+    bool is_possible()
+    {
+        constexpr int texts[] = { 0, 2354, 2355, 2356 }; // by ReadObstacle
+        const QString path = selectedFiles().value(0);
+        // A page is shown and not loaded, so nothing is too long for it.
+        if (!m_must_be_text || path.endsWith(".pdf", Qt::CaseInsensitive))
+            return true;
+        const ReadObstacle obstacle = m_files.obstacle_to_opening(from_qt(path));
+        if (obstacle != ReadObstacle::none)
+            attempt([&] {
+                tell(to_qt(m_texts.with_value(
+                    texts[static_cast<int>(obstacle)], from_qt(QFileInfo(path).fileName()))));
+            });
+        return obstacle == ReadObstacle::none;
+    }
+
+    /// Puts a folder among the places that are offered beside the files.
+    void offer(const QString& folder)
+    {
+        if (folder.isEmpty() || !QFileInfo(folder).isDir())
+            return;
+        QList<QUrl> places = sidebarUrls();
+        places.append(QUrl::fromLocalFile(folder));
+        setSidebarUrls(places);
+    }
+
+protected:
+    void accept() override
+    {
+        const bool is_the_desktops = !layout();
+        if (is_the_desktops || QFileInfo(selectedFiles().value(0)).isDir() || is_possible())
+            QFileDialog::accept();
+    }
+
+private:
+    FileStore& m_files;
+    const Texts& m_texts;
+    bool m_must_be_text;
+};
+
 /// Stays open until the user chooses a file that can be written, or none.
 class SaveDialog : public QFileDialog {
 public:
@@ -87,8 +147,7 @@ public:
         const QString path = selectedFiles().value(0);
         const QString objection = objection_to(path, m_files, m_texts);
         if (!objection.isNull())
-            QtMessageBoxes().show(
-                from_qt(objection), application_title, MessageButtons::ok, MessageIcon::none);
+            tell(objection);
         return objection.isNull();
     }
 
@@ -111,12 +170,14 @@ private:
 
 std::optional<std::string> QtFileDialogs::ShowOpen(const FileDialogRequest& request)
 {
-    QFileDialog dialog(QApplication::activeWindow());
-    dialog.setAcceptMode(QFileDialog::AcceptOpen);
-    dialog.setFileMode(QFileDialog::ExistingFile);
+    OpenDialog dialog(QApplication::activeWindow(), m_files, m_texts, request.must_be_text);
     begin_with(dialog, request, m_folder);
-    if (dialog.exec() != QDialog::Accepted)
-        return std::nullopt;
+    if (request.must_be_text)
+        dialog.offer(to_qt(m_recovery_folder));
+    do {
+        if (dialog.exec() != QDialog::Accepted)
+            return std::nullopt;
+    } while (!dialog.is_possible());
     return chosen(dialog);
 }
 

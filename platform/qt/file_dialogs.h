@@ -13,10 +13,12 @@ namespace tessavox {
 
 class QtFileDialogs : public FileDialogs {
 public:
-    /// `files` knows what can't be written, and `texts` says so.
-    QtFileDialogs(FileStore& files, const Texts& texts)
+    /// `files` knows what can't be read or written, and `texts` says so. Among the places to open
+    /// a document from is `recovery_folder`, once it exists.
+    QtFileDialogs(FileStore& files, const Texts& texts, std::string recovery_folder = {})
         : m_files(files)
         , m_texts(texts)
+        , m_recovery_folder(std::move(recovery_folder))
     {
     }
     std::optional<std::string> ShowOpen(const FileDialogRequest& request) override;
@@ -27,6 +29,7 @@ private:
 
     FileStore& m_files;
     const Texts& m_texts;
+    std::string m_recovery_folder;
     QString m_folder; // of the file chosen last
 };
 

@@ -20,4 +20,19 @@ std::u16string fit_for_pane(std::u16string text)
     return text;
 }
 
+bool has_endless_word(std::u16string_view text)
+{
+    constexpr std::size_t longest_word = 20'000; // takes some 50 ms
+    constexpr char16_t first_ideograph = 0x2E80; // between which lines break anywhere
+    std::size_t run = 0;
+    for (const char16_t unit : text) {
+        const bool breaks = unit <= u' ' || unit == u'-' || unit >= first_ideograph
+            || unit == 0x2028 || unit == 0x2029;
+        run = breaks ? 0 : run + 1;
+        if (run > longest_word)
+            return true;
+    }
+    return false;
+}
+
 } // namespace tessavox

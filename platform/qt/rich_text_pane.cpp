@@ -98,6 +98,8 @@ protected:
     {
         if (event->key() == Qt::Key_F6 && !(event->modifiers() & ~Qt::ShiftModifier)) {
             QAbstractScrollArea::focusNextPrevChild(!event->modifiers());
+        } else if (event->key() == Qt::Key_Menu && m_pane.MouseUp) {
+            attempt([&] { m_pane.MouseUp(button_number(Qt::RightButton), 0); });
         } else if (event->key() == Qt::Key_Menu) {
             open_menu(viewport()->mapToGlobal(cursorRect().bottomLeft()));
         } else if (m_pane.m_clipboard && event->matches(QKeySequence::Paste)) {
@@ -117,10 +119,9 @@ protected:
     {
         QTextEdit::mouseReleaseEvent(event);
         const int button = button_number(event->button());
-        const QPointer<Editor> here = this;
-        if (button && m_pane.MouseUp)
+        if (m_pane.MouseUp && button)
             attempt([&] { m_pane.MouseUp(button, shift_state(event->modifiers())); });
-        if (here && event->button() == Qt::RightButton)
+        else if (event->button() == Qt::RightButton)
             open_menu(event->globalPosition().toPoint());
     }
 
@@ -137,6 +138,7 @@ private:
         const QString text = as_qstring(fit_for_pane(as_utf16(pasted)));
         if (text.isEmpty())
             return;
+        m_pane.wrap_what_comes(as_utf16(text));
         // A step of its own when it is undone. The character that comes and goes keeps the typing
         // after it from being joined to it.
         QTextCursor cursor = textCursor();
@@ -224,6 +226,13 @@ int QtRichTextPane::length() const
     return m_editor->document()->characterCount() - 1; // Qt counts the end of the last paragraph
 }
 
+/// Lines break anywhere from an endless word on, rather than never being laid out.
+void QtRichTextPane::wrap_what_comes(std::u16string_view text)
+{
+    if (has_endless_word(text))
+        m_editor->setWordWrapMode(QTextOption::WrapAnywhere);
+}
+
 QTextDocument& QtRichTextPane::document() const
 {
     return *m_editor->document();
@@ -271,6 +280,10 @@ void QtRichTextPane::show_document(
         throw Failure("a new text can't be a part of a step");
     {
         const QScopedValueRollback loading(m_loading, true);
+        m_editor->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+        const QString raw = document->toRawText();
+        wrap_what_comes({ reinterpret_cast<const char16_t*>(raw.utf16()),
+            static_cast<std::size_t>(raw.size()) });
         QPointer<QTextDocument> before = m_editor->document();
         document->setDefaultFont(m_editor->font());
         document->setUndoRedoEnabled(true);

@@ -101,6 +101,7 @@ private:
     void put_cursor(const QTextCursor& cursor);
     void select(int start, int length);
     FileStore& files() const;
+    void wrap_what_comes(std::u16string_view text);
     void show_plain(const std::u16string& text);
     void show_document(
         std::unique_ptr<QTextDocument> document, const QTextCharFormat& typing_format);

@@ -48,6 +48,7 @@ void QtRichTextPane::set_SelText(std::u16string text)
 {
     const std::u16string fitting = fit_for_pane(std::move(text));
     const Selection replaced = selection();
+    wrap_what_comes(fitting);
     edit_selection([&](QTextCursor& cursor) {
         QTextCharFormat format = first_format(cursor);
         format.clearProperty(QTextFormat::ObjectType);

@@ -70,8 +70,9 @@ TEST_F(MainWindow, CarriesOutTheFileCommands)
         const char* then; // after two times: open windows, file dialogs, caption in front
     };
     const Case cases[] = { { "mnuFileNew tbToolBar.1", "4 0 Document 3" },
-        { "mnuFileSave tbToolBar.3", "3 1 /a.txt" }, { "mnuFileSaveAs", "3 2 /a.txt" },
-        { "mnuFileClose", "2 0 /app/first.txt" }, { "mnuFileExit", "0 0 " } };
+        { "mnuFileOpen tbToolBar.2", "4 1 /a.txt" }, { "mnuFileSave tbToolBar.3", "3 1 /a.txt" },
+        { "mnuFileSaveAs", "3 2 /a.txt" }, { "mnuFileClose", "2 0 /app/first.txt" },
+        { "mnuFileExit", "0 0 " } };
     for (const Case& row : cases) {
         std::istringstream controls(row.controls);
         for (std::string name; controls >> name;) {

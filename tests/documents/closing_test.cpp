@@ -205,7 +205,8 @@ TEST_F(Closing, TheCaptionSaysWhetherSaveAsksForAPath)
     EXPECT_EQ(dialogs.requests[0].FileName, "/app/first.txt"); // the path used last
     EXPECT_TRUE(dialogs.requests[0].overwrite_prompt);
     EXPECT_EQ(dialogs.requests[0].Filter,
-        "Text files (*.txt)|*.txt|Ini Files (*.ini)|*.ini|Registry Files (*.log)|*.log|"
+        "RTF Files (*.rtf)|*.rtf|Text files (*.txt)|*.txt|Ini Files (*.ini)|*.ini|"
+        "Registry Files (*.log)|*.log|"
         "Batch File (*.bat)|*.bat|All files (*.*)|*.*");
     // Activation brings the path of another document back.
     static_cast<Form&>(*tables.documentWindows[0]).user_activated();
@@ -244,7 +245,9 @@ TEST_F(Closing, ATextThatCannotBeWrittenIsTold)
             document->user_closed();
         else
             (row.save_as ? other.main.mnuFileSaveAs : other.main.mnuFileSave).run();
-        EXPECT_EQ(other.boxes.shown.back().text, other.texts.with_value(2303, "/app/first.txt"));
+        EXPECT_EQ(other.boxes.shown.back().text,
+            other.texts.with_value(2303, "/app/first.txt") + "\n"
+                + other.texts.LoadResString(2352));
         EXPECT_EQ(other.boxes.shown.back().title, "Tessavox");
         EXPECT_EQ(other.files.files["/app/first.txt"], "Hello world.");
         EXPECT_EQ(document->Caption, caption);

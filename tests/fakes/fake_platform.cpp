@@ -152,11 +152,48 @@ bool FakeBlockingWork::wait(const std::string& text, const std::function<bool()>
     return true;
 }
 
+std::unique_ptr<RecoveryCopy> FakeRecovery::create()
+{
+    class Copy : public RecoveryCopy {
+    public:
+        explicit Copy(FakeRecovery& all)
+            : m_all(all)
+        {
+        }
+        void keep(const std::string& title, const TextSlice& text) override
+        {
+            m_title = title;
+            m_all.kept[title] = text.view();
+        }
+        void drop() override { m_all.kept.erase(m_title); }
+        void note_file(const std::string& path) override { m_noted = path; }
+        void keep_foreign_file(const std::string& path) override
+        {
+            if (path != m_noted)
+                m_all.foreign_files.push_back(path);
+        }
+
+    private:
+        FakeRecovery& m_all;
+        std::string m_title, m_noted;
+    };
+    return std::make_unique<Copy>(*this);
+}
+
+std::u16string FakeWordProcessor::text_of(const std::string& path)
+{
+    if (while_reading)
+        while_reading();
+    if (!texts.contains(path))
+        throw Failure("nothing reads " + path);
+    return texts[path];
+}
+
 FakePlatform::FakePlatform()
     : platform{ windows, [this](std::function<void()> call) { posted.push_back(std::move(call)); },
         [this] { has_quit = true; }, [this] { during_events(); }, files, clipboard, changes, boxes,
         dialogs, font_dialogs, arrangement, screen, tray, hot_keys, shell, skin, blocking_work,
-        panes, speech, texts, "/home/conf", "/app", {} }
+        panes, recovery, word_processor, speech, texts, "/home/conf", "/app", {} }
 {
 }
 

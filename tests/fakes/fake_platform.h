@@ -25,6 +25,7 @@ public:
     {
         return is_refused(path) ? WriteObstacle::not_writable : WriteObstacle::none;
     }
+    ReadObstacle obstacle_to_opening(const std::string&) override { return ReadObstacle::none; }
     /// The n-th call from now on, reads and writes counted together from 1, fails.
     void fail_call(int n) { m_calls_until_failure = n; }
 
@@ -214,6 +215,24 @@ private:
     FileStore& m_files;
 };
 
+/// What would lie in the folder of the copies, by title; and the files that were written over.
+class FakeRecovery : public RecoveryCopies {
+public:
+    std::unique_ptr<RecoveryCopy> create() override;
+
+    std::map<std::string, std::u16string> kept;
+    std::vector<std::string> foreign_files;
+};
+
+/// Gives the text that a test has for a path.
+class FakeWordProcessor : public WordProcessor {
+public:
+    std::u16string text_of(const std::string& path) override;
+
+    std::map<std::string, std::u16string> texts;
+    std::function<void()> while_reading;
+};
+
 /// Windows without a screen: each has a client area, and one control of all has the focus.
 class FakeWindows : public FormWindows {
 public:
@@ -256,6 +275,8 @@ struct FakePlatform {
     std::function<void()> during_events = [] {}; // what DoEvents lets happen
     FakeBlockingWork blocking_work;
     FakePanes panes{ files };
+    FakeRecovery recovery;
+    FakeWordProcessor word_processor;
     RecordingSpeech speech;
     StringTable texts;
     Platform platform;

@@ -132,7 +132,8 @@ TEST_F(Design, OfTheMenusIsKept)
 {
     const auto process_main = std::make_unique<RunningProgram>();
     EXPECT_EQ(entries(menus_of(process_main->main)), entries(R"(
-mnuFile - 1000; mnuFileNew mnuFile 1001 Ctrl+N; mnuFileBar0 mnuFile -;
+mnuFile - 1000; mnuFileNew mnuFile 1001 Ctrl+N; mnuFileOpen mnuFile 1002 Ctrl+O;
+mnuFileBar0 mnuFile -;
 mnuFileSave mnuFile 1003 Ctrl+S; mnuFileSaveAs mnuFile 1004; mnuFilePrint mnuFile 1005 Ctrl+P;
 mnuFileBar3 mnuFile -; mnuFileClose mnuFile 1006; mnuFileExit mnuFile 1007 Ctrl+Q; mnuCtl - 1101;
 mnuCtlSpeak mnuCtl 1102 Ctrl+F5; mnuCtlPause mnuCtl 1104 Ctrl+F6; mnuCtlStop mnuCtl 1103 Ctrl+F7;

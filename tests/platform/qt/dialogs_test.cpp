@@ -36,6 +36,10 @@ struct FixedFiles : FileStore {
             : path.ends_with("gone/file") ? WriteObstacle::no_folder
                                           : WriteObstacle::none;
     }
+    ReadObstacle obstacle_to_opening(const std::string& path) override
+    {
+        return path.ends_with("fixed") ? ReadObstacle::too_long : ReadObstacle::none;
+    }
 };
 
 /// Does one thing after the other, each to a dialog of its kind as soon as one is in front.

@@ -157,6 +157,21 @@ TEST_F(ShownPane, SelectingAWholeBookLeavesTheViewAtItsStartAndShowsOnceTheUserA
     EXPECT_EQ(pane.Text().view(), u"x");
 }
 
+TEST_F(ShownPane, AnEndlessWordIsBrokenAnywhereAndOtherTextBetweenWords)
+{
+    const auto lines = [&] {
+        pane.GetLineFromChar(0);
+        return editor.document()->begin().layout()->lineCount();
+    };
+    pane.set_Text(std::u16string(60'000, u'x')); // otherwise this takes a second
+    EXPECT_EQ(editor.wordWrapMode(), QTextOption::WrapAnywhere);
+    EXPECT_GT(lines(), 100);
+    pane.set_Text(u"words");
+    EXPECT_EQ(editor.wordWrapMode(), QTextOption::WrapAtWordBoundaryOrAnywhere);
+    pane.set_SelText(std::u16string(60'000, u'x'));
+    EXPECT_EQ(editor.wordWrapMode(), QTextOption::WrapAnywhere);
+}
+
 TEST_F(ShownPane, PastedTextComesWithoutFormatsAndIsUndoneByItself)
 {
     using Formats = std::vector<std::pair<const char*, QByteArray>>;
