@@ -59,6 +59,7 @@ HelperProcess::HelperProcess(std::vector<std::string> command)
     m_descriptor = ends[0];
     fcntl(m_descriptor, F_SETFL, O_NONBLOCK);
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (std::string& argument : command)
         arguments.push_back(argument.data());
     arguments.push_back(nullptr);

@@ -72,7 +72,8 @@ private:
             if constexpr (Plain<Value>)
                 raw(value.data(), value.size() * sizeof(typename Value::value_type));
             else
-                std::ranges::for_each(value, [this](const auto& each) { put(each); });
+                for (const auto& each : value)
+                    put(each);
         } else {
             carry(*this, value);
         }
