@@ -2,7 +2,6 @@
 
 #include "platform/voice/text/utterance_parts.h"
 
-#include <algorithm>
 #include <cmath>
 #include <iterator>
 #include <utility>

@@ -1,8 +1,8 @@
 // Where the helper processes come from.
 #pragma once
 
+#include "platform/failure.h"
 #include "platform/voice/rendering/helper_process.h"
-#include "platform/voice/rendering/wake_signal.h"
 
 #include <atomic>
 #include <condition_variable>
@@ -14,7 +14,38 @@
 #include <thread>
 #include <vector>
 
+#include <sys/eventfd.h>
+#include <unistd.h>
+
 namespace tessavox::voice {
+
+/// Wakes a thread that waits for descriptors. Any thread may call it.
+class WakeSignal {
+public:
+    /// @throws Failure if the process has no descriptor left.
+    WakeSignal()
+        : m_descriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+    {
+        if (m_descriptor < 0)
+            throw Failure("no descriptor to be woken by");
+    }
+    ~WakeSignal() { close(m_descriptor); }
+    WakeSignal(const WakeSignal&) = delete;
+    WakeSignal& operator=(const WakeSignal&) = delete;
+
+    /// Readable from raise() to clear(). Neither can fail in a way that matters: a counter that is
+    /// full or empty is as wanted.
+    int descriptor() const { return m_descriptor; }
+    void raise() { eventfd_write(m_descriptor, 1); }
+    void clear()
+    {
+        eventfd_t count = 0;
+        eventfd_read(m_descriptor, &count);
+    }
+
+private:
+    int m_descriptor;
+};
 
 /// When a helper counts as hanging: after so long, and so much more for each code unit of what it
 /// speaks, which is about a fifteenth of a second of sound.
