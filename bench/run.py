@@ -202,6 +202,9 @@ READABLE = {
     "WordInLongParagraphs/15000": ("a word highlighted in a paragraph of 15,000 words", 16),
     "LoadingALongText": ("10 MB put into the pane", 350),
     "SelectingAllOfALongTextJustLoaded": ("all of 10 MB selected, then a word", 100),
+    "FindThroughALongText/0": ("a search through 10 MB in letters of either case", 20),
+    "FindThroughALongText/4": ("a search through 10 MB with case", 20),
+    "ReplaceAll/10000": ("Replace All with 10,000 matches in 10 MB", 500),
     "BM_Read10MBRichText": ("10 MB of rich text read into a document", 700),
     "BM_Write10MBRichText": ("10 MB of rich text written", 500),
     "BM_Parse10MBRichText": ("10 MB of rich text parsed only", 350),
@@ -269,7 +272,7 @@ def main():
     figures(table, [os.path.join(folder, "bench_alignment"),
                     os.path.join(sources, "sentences.txt"),
                     os.path.join(sources, "festival_truth.scm")])
-    for name in ("bench_window", "bench_documents", "bench_rtf", "bench_plain_text",
+    for name in ("bench_window", "bench_documents", "bench_find", "bench_rtf", "bench_plain_text",
                  "bench_text", "bench_engines", "bench_sound"):
         benchmark_program(table, os.path.join(folder, name))
     print()

@@ -53,7 +53,8 @@ public:
     /// The selected part of Text(), sharing its copy.
     virtual TextSlice SelText() const = 0;
     /// Puts a text in the selection's place, formatted as its first character was, and the caret
-    /// after it. Runs Change. The text is made to fit as in set_Text.
+    /// after it. Runs Change, unless nothing takes the place of nothing. The text is made to fit as
+    /// in set_Text.
     virtual void set_SelText(std::u16string text) = 0;
     /// The same, but the source of a rich text (it begins with "{\\rtf") comes in as that text,
     /// with its own formats. @throws Failure for one with too many paragraphs.

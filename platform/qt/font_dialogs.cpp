@@ -33,12 +33,15 @@ QFont font_of(const FontChoice& choice)
     return font;
 }
 
-/// The toolkit's own choice of a font has no colour, so that it lies in a dialog of ours.
+/// The toolkit's own choice of a font has no colour, so that it lies in a dialog of ours. It shows
+/// another font for one that isn't there and sizes without a fraction, so that only what the user
+/// alters is taken from it.
 class FontDialog : public QDialog {
 public:
     FontDialog(const FontChoice& choice, const QString& title, const QString& color_text)
         : QDialog(QApplication::activeWindow())
         , m_fonts(make_child<QFontDialog>(font_of(choice), this))
+        , m_shown_font(m_fonts.currentFont())
         , m_color_button(make_child<QPushButton>(color_text, this))
         , m_color(choice.Color)
     {
@@ -61,10 +64,14 @@ public:
     void take_over(FontChoice& choice) const
     {
         const QFont font = m_fonts.currentFont();
-        choice.FontName = from_qt(font.family());
-        choice.FontSize = font.pointSizeF();
-        choice.FontBold = font.bold();
-        choice.FontItalic = font.italic();
+        if (font.family() != m_shown_font.family())
+            choice.FontName = from_qt(font.family());
+        if (font.pointSize() != m_shown_font.pointSize())
+            choice.FontSize = font.pointSize();
+        if (font.bold() != m_shown_font.bold())
+            choice.FontBold = font.bold();
+        if (font.italic() != m_shown_font.italic())
+            choice.FontItalic = font.italic();
         choice.FontUnderline = font.underline();
         choice.FontStrikethru = font.strikeOut();
         choice.Color = m_color;
@@ -88,6 +95,7 @@ private:
     }
 
     QFontDialog& m_fonts;
+    const QFont m_shown_font;
     QPushButton& m_color_button;
     std::int32_t m_color;
 };

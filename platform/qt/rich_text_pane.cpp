@@ -349,10 +349,7 @@ void QtRichTextPane::select(int start, int length)
 {
     m_has_wide_selection = false;
     const int end = start + length;
-    if (length > 0 && !m_step && !is_laid_out(document().findBlock(end))) {
-        m_has_wide_selection = true;
-        m_wide_selection = { start, length };
-    } else {
+    if (length == 0 || m_step || !select_later(start, length)) {
         // The caret stands at the start, so that this is the end which is brought into view.
         QTextCursor cursor = this->cursor();
         cursor.setPosition(end);
@@ -360,6 +357,13 @@ void QtRichTextPane::select(int start, int length)
         put_cursor(cursor);
     }
     report_selection();
+}
+
+bool QtRichTextPane::select_later(int start, int length)
+{
+    m_has_wide_selection = !is_laid_out(document().findBlock(start + length));
+    m_wide_selection = { start, length };
+    return m_has_wide_selection;
 }
 
 QTextCursor QtRichTextPane::cursor() const

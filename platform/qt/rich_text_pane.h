@@ -89,7 +89,7 @@ private:
     struct Step {
         int depth = 1;
         QTextCursor cursor;
-        bool has_changed = false;
+        std::size_t changes = 0;
         std::optional<GapText> text; // from the first search on
     };
 
@@ -100,6 +100,8 @@ private:
     QTextCursor cursor() const;
     void put_cursor(const QTextCursor& cursor);
     void select(int start, int length);
+    /// Returns whether it has to wait, as the text isn't laid out so far.
+    bool select_later(int start, int length);
     FileStore& files() const;
     void wrap_what_comes(std::u16string_view text);
     void show_plain(const std::u16string& text);

@@ -39,7 +39,7 @@ template <class Edit> void QtRichTextPane::edit_selection(Edit&& edit)
     }
     m_text.reset();
     if (m_step)
-        m_step->has_changed = true;
+        ++m_step->changes;
     report_change();
     report_selection();
 }
@@ -48,6 +48,8 @@ void QtRichTextPane::set_SelText(std::u16string text)
 {
     const std::u16string fitting = fit_for_pane(std::move(text));
     const Selection replaced = selection();
+    if (fitting.empty() && replaced.length == 0)
+        return;
     wrap_what_comes(fitting);
     edit_selection([&](QTextCursor& cursor) {
         QTextCharFormat format = first_format(cursor);
@@ -145,16 +147,22 @@ void QtRichTextPane::end_step()
 {
     if (!m_step || --m_step->depth > 0)
         return;
+    // Changes in many places make the toolkit lay out all between the first and the last one at
+    // once, a second for a long book. What is laid out from its start comes bit by bit.
+    constexpr std::size_t many_changes = 500;
     QTextCursor cursor = m_step->cursor;
-    const bool has_changed = m_step->has_changed;
+    const bool has_changed = m_step->changes > 0;
+    const bool lays_out_later = m_step->changes > many_changes;
     {
         const QScopedValueRollback ending(m_loading, true);
+        document().setLayoutEnabled(!lays_out_later);
         cursor.endEditBlock();
+        document().setLayoutEnabled(true);
         m_step.reset();
         m_editor->setUpdatesEnabled(true);
         if (cursor.hasSelection())
             select(cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart());
-        else
+        else if (!lays_out_later || !select_later(cursor.position(), 0))
             put_cursor(cursor);
     }
     if (has_changed)

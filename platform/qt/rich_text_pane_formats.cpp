@@ -13,7 +13,7 @@ namespace tessavox {
 void QtRichTextPane::report_formatted()
 {
     if (m_step)
-        m_step->has_changed = true;
+        ++m_step->changes;
     report_change();
 }
 

@@ -237,7 +237,9 @@ TEST_F(TextCommands, ChangeLettersByWayOfTheClipboard)
         clipboard.text = u"mine";
         show(before, 1);
         main.mnuEditSelectAll.run();
+        process.tables.documentChanged[1] = false;
         item->run();
+        EXPECT_EQ(process.tables.documentChanged[1], *before != 0) << after;
         EXPECT_EQ(text(), after);
         EXPECT_TRUE(clipboard.text.empty());
     }

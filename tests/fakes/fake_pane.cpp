@@ -155,6 +155,8 @@ void FakePane::replace_selection(const Content& content)
 
 void FakePane::set_SelText(std::u16string text)
 {
+    if (text.empty() && m_length == 0)
+        return;
     const Format format = first_format();
     replace_selection(plain(text, format));
     m_typing = format;
