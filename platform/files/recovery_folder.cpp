@@ -183,7 +183,9 @@ void RecoveryFolder::carry_out(const Orders& orders)
         const int empty = ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
         if (empty >= 0)
             ::close(empty);
-        attempt([&] { files.write(path, to_utf8(text->view()), Durability::durable); });
+        attempt([&, &path = path, &text = text] {
+            files.write(path, to_utf8(text->view()), Durability::durable);
+        });
     }
 }
 

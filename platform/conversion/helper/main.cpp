@@ -59,6 +59,7 @@ void confine_in(const std::string& folder)
         texts.push_back(std::move(text));
     }
     std::vector<char*> arguments;
+    arguments.reserve(texts.size() + 1);
     for (std::string& text : texts)
         arguments.push_back(text.data());
     arguments.push_back(nullptr);

@@ -1,5 +1,6 @@
 #include "platform/voice/engines/espeak_voice_list.h"
 
+#include "platform/split.h"
 #include "platform/text.h"
 #include "platform/voice/engines/language_ids.h"
 
@@ -7,7 +8,6 @@
 #include <array>
 #include <cstdlib>
 #include <map>
-#include <ranges>
 #include <tuple>
 
 namespace tessavox::voice {
@@ -105,8 +105,8 @@ std::vector<std::string> languages_of_user()
             tags.push_back(std::move(tag));
     };
     const char* list = std::getenv("LANGUAGE");
-    for (const auto& part : std::views::split(std::string_view(list ? list : ""), ':'))
-        add({ part.begin(), part.end() });
+    for (const std::string_view locale : split(list ? list : "", ':'))
+        add(locale);
     for (const char* variable : { "LC_ALL", "LC_MESSAGES", "LANG" })
         if (const char* locale = std::getenv(variable); locale && *locale) {
             add(locale);

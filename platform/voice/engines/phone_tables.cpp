@@ -1,10 +1,10 @@
 #include "platform/voice/engines/phone_tables.h"
 
+#include "platform/split.h"
 #include "platform/text.h"
 
 #include <algorithm>
 #include <array>
-#include <ranges>
 #include <vector>
 
 namespace tessavox::voice {
@@ -85,8 +85,8 @@ std::optional<std::vector<SapiPhone>> parse_sapi(std::string_view symbols)
     if (symbols.size() > longest_symbols)
         return std::nullopt;
     std::vector<SapiPhone> result;
-    for (const auto& part : std::views::split(symbols, ' ')) {
-        std::string name = lower_ascii({ part.begin(), part.end() });
+    for (const std::string_view part : split(symbols, ' ')) {
+        std::string name = lower_ascii(part);
         if (name.empty())
             continue;
         char stress = 0;
@@ -127,8 +127,7 @@ std::uint8_t viseme_of_espeak(std::string_view mnemonic)
     std::size_t longest = 0;
     std::size_t found = 0;
     for (std::size_t viseme = 0; viseme < std::size(espeak_starts); ++viseme)
-        for (const auto& part : std::views::split(espeak_starts[viseme], ' ')) {
-            const std::string_view start(part.begin(), part.end());
+        for (const std::string_view start : split(espeak_starts[viseme], ' ')) {
             if (start.size() > longest && mnemonic.starts_with(start)) {
                 longest = start.size();
                 found = viseme;

@@ -1,11 +1,11 @@
 #include "platform/voice/engines/voice_catalog.h"
 
 #include "platform/failure.h"
+#include "platform/split.h"
 #include "platform/text.h"
 
 #include <algorithm>
 #include <charconv>
-#include <ranges>
 
 namespace tessavox::voice {
 
@@ -38,8 +38,8 @@ constexpr unsigned primary_language = 0x3FF;
 bool language_fits(std::string_view languages, std::string_view wanted_text)
 {
     const auto wanted = hexadecimal(wanted_text);
-    return wanted && std::ranges::any_of(std::views::split(languages, ';'), [&](const auto& part) {
-        const auto language = hexadecimal({ part.begin(), part.end() });
+    return wanted && std::ranges::any_of(split(languages, ';'), [&](std::string_view part) {
+        const auto language = hexadecimal(part);
         return language
             && (*language == *wanted
                 || (*wanted <= primary_language && (*language & primary_language) == *wanted));
@@ -70,8 +70,8 @@ public:
     static std::vector<AttributeCondition> parse(std::string_view list)
     {
         std::vector<AttributeCondition> conditions;
-        for (const auto& each : std::views::split(list, ';')) {
-            const std::string_view part = trimmed({ each.begin(), each.end() });
+        for (const std::string_view each : split(list, ';')) {
+            const std::string_view part = trimmed(each);
             AttributeCondition condition;
             const std::size_t equals = part.find('=');
             std::string_view name = part.substr(0, equals);
