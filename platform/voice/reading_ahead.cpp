@@ -14,6 +14,7 @@ constexpr double seconds_ahead = 10;
 constexpr double units_a_second = 15; // at rate 0, roughly, whatever the voice
 constexpr std::size_t most_items_ahead = 256;
 constexpr std::size_t longest_first_units = 160; // some ten seconds of speech, some ms of work
+constexpr std::size_t first_part_units = 106; // of a longer one, at the most
 constexpr std::size_t longest_first_units_of_a_natural_voice = 60; // up to some seconds of work
 
 } // namespace
@@ -82,7 +83,8 @@ bool ReadingAhead::divide_last()
     auto* utterance = std::get_if<Utterance>(&item.item);
     if (!utterance)
         return false;
-    std::size_t most_units = m_units_read == 0 ? longest_first_units : utterance->text.size();
+    const bool is_long = m_units_read == 0 && utterance->text.size() > longest_first_units;
+    std::size_t most_units = is_long ? first_part_units : utterance->text.size();
     if (m_voices.is_natural(utterance->style))
         most_units = std::max(longest_first_units_of_a_natural_voice, m_units_read * 4 / 5);
     const std::size_t division = division_of(*utterance, most_units);
