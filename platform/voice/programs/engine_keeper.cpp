@@ -185,7 +185,8 @@ private:
         auto process = std::make_unique<EngineProcess>(std::move(*voice));
         if (m_engines.size() == most_engines)
             m_engines.erase(m_engines.begin());
-        return *m_engines.emplace_back(id, std::move(process)).process;
+        m_engines.push_back({ id, std::move(process) });
+        return *m_engines.back().process;
     }
 
     const int m_socket;
