@@ -20,6 +20,7 @@ POLL_SECONDS = 0.005
 PATIENCE_SECONDS = 30
 RECORDER_RATE = 16000
 SILENCE_PEAK = 100  # of 32767; speech peaks lie above 3000
+SAVE_QUESTION = "This document has been changed. Do you wish to save?"
 
 program_path = os.environ.get("TESSAVOX_PROGRAM", "")
 config_folder = os.path.join(os.environ.get("XDG_CONFIG_HOME", ""), "tessavox", "conf")

@@ -23,34 +23,13 @@ def pasted():
                           text=True).stdout
 
 
-def path_of(name):
-    return os.path.join(config_folder, name)
-
-
 def note(name):
     """The values that a small file holds; none before it is there."""
-    if not os.path.exists(path_of(name)):
+    path = os.path.join(config_folder, name)
+    if not os.path.exists(path):
         return []
-    with open(path_of(name), newline="") as file:
+    with open(path, newline="") as file:
         return file.read().replace('"', "").split("\r\n")[1:-2]
-
-
-def put(name, content):
-    """Makes it these bytes, in one step, or "missing", a "directory", or a "huge" file."""
-    path, new = path_of(name), path_of(name) + ".new"
-    if os.path.isdir(path):
-        os.rmdir(path)
-    if content in ("missing", "directory"):
-        os.remove(path)
-        if content == "directory":
-            os.mkdir(path)
-        return
-    with open(new, "wb") as file:
-        if content == "huge":
-            file.truncate(1 << 30)
-        else:
-            file.write(content)
-    os.replace(new, path)
 
 
 def send(command):
@@ -77,19 +56,6 @@ class Driven(unittest.TestCase):
         self.stop = self.program.find_all("push button", "Stop")[0]
         if not copies_are_read:
             self.program.find("check box").press()
-
-    def spawn(self, *arguments):
-        process = subprocess.Popen([bed.program_path, *arguments])
-        self.addCleanup(process.wait)
-        self.addCleanup(process.kill)
-        return process
-
-    def save_what_was_copied(self, command):
-        path = os.path.join(self.enterContext(tempfile.TemporaryDirectory()), "copied.wav")
-        command()
-        self.program.choose_file(path)
-        self.program.answer(self.program.wait_for_message())
-        self.assertGreater(os.path.getsize(path), 48000)
 
     def test_what_is_copied_is_heard_and_marked_as_often_as_it_is_copied(self):
         self.start()
@@ -126,7 +92,11 @@ class Driven(unittest.TestCase):
         send("500")
         self.program.wait_until_idle()
         copied("A text that is saved")
-        self.save_what_was_copied(lambda: subprocess.run([bed.program_path, "600"], check=True))
+        path = os.path.join(self.enterContext(tempfile.TemporaryDirectory()), "copied.wav")
+        subprocess.run([bed.program_path, "600"], check=True)
+        self.program.choose_file(path)
+        self.program.answer(self.program.wait_for_message())
+        self.assertGreater(os.path.getsize(path), 48000)
         self.assertEqual(note("opened.txt"), ["1"])
 
     def test_a_cold_start_opens_a_window_unless_it_has_something_to_read_or_save(self):
@@ -136,7 +106,9 @@ class Driven(unittest.TestCase):
                 self.assertEqual(note("web.txt"), ZEROS)
                 self.assertEqual(program.close(), 0)
                 self.assertEqual(note("opened.txt"), ["0"])
-        process = self.spawn("300")
+        process = subprocess.Popen([bed.program_path, "300"])
+        self.addCleanup(process.wait)
+        self.addCleanup(process.kill)
         self.recorder.wait_for_sound()
         wait_for(lambda: note("web.txt") == ZEROS and pasted() == "", "the command is taken")
         shown = subprocess.run(["xdotool", "search", "--onlyvisible", "--pid", str(process.pid)],
@@ -161,32 +133,6 @@ class Driven(unittest.TestCase):
         with Second() as after_a_crash:
             after_a_crash.button("Open a new window >>>").press()
             wait_for(after_a_crash.main_window, "a way out")
-
-    def test_files_that_are_none_cost_one_message_at_most(self):
-        whole = b'"\r\n0\r\n0\r\n0\r\n0\r\n"\r\n'
-        self.start(copies_are_read=False)
-        self.program.text_pane().text = LONG * 20
-        self.program.read()
-        for name in ("web.txt", "control.txt"):
-            for broken in ("missing", "directory", "huge", b"", b"\0\xff" * 500, b'"\r\n0\r\n'):
-                put(name, broken)
-                if isinstance(broken, str):
-                    message = self.program.wait_for_message()
-                    self.assertIn(name, self.program.answer(message))
-                for button in ("Resume", "Pause"):
-                    put("web.txt", whole.replace(b"0", b"1").replace(b"1", b"0", 1))
-                    self.program.button(button)
-                    put(name, whole)
-                self.assertIsNone(self.program.message(), (name, str(broken)[:20]))
-
-    def test_a_storm_of_second_starts_leaves_the_last_command(self):
-        self.start(copies_are_read=False)
-        self.program.text_pane().text = LONG * 20
-        self.program.read()
-        subprocess.run(["sh", "-c", 'for i in $(seq 1000); do "$0" 400 & done; wait',
-                        bed.program_path], check=True)
-        send("500")
-        self.program.wait_until_idle()
 
 
 if __name__ == "__main__":
