@@ -59,10 +59,7 @@ struct DockBar : StartedProgramTest {
     {
         clipboard.text = u"copied";
         document().Command4.user_press();
-        for (Form* form : windows.open_forms) {
-            if (form->name() == "frmDockDemo")
-                bar = static_cast<DockControls*>(form);
-        }
+        bar = window<DockControls>("frmDockDemo");
         bar->placed(6000, bar->Top, 7335, 675);
         asked();
     }

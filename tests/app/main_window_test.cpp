@@ -5,24 +5,6 @@ namespace {
 
 using MainWindow = StartedProgramTest;
 
-/// The user presses a button, or chooses an item of a menu, of either window; "tbToolBar.1" is a
-/// button of the tool bar.
-void press(RunningProgram& program, const std::string& name)
-{
-    if (name.starts_with("tbToolBar."))
-        return program.main.tbToolBar.user_press(name.back() - '0');
-    for (Form* form : std::initializer_list<Form*>{ &program.main, &program.document() }) {
-        for (Control* control : form->controls()) {
-            if (control->name() != name)
-                continue;
-            if (auto* item = dynamic_cast<MenuItem*>(control))
-                return item->user_choose();
-            return dynamic_cast<CommandButton&>(*control).user_press();
-        }
-    }
-    FAIL() << "no control " << name;
-}
-
 TEST_F(MainWindow, LeadsEveryCommandToTheActiveDocument)
 {
     struct Case {
@@ -53,7 +35,7 @@ TEST_F(MainWindow, LeadsEveryCommandToTheActiveDocument)
             pane().user_selects(0, 0);
             dialogs.answers = { "/a.wav" };
             asked(1);
-            press(*this, name);
+            press(name);
             const std::string calls = asked(1);
             EXPECT_TRUE(calls.ends_with(row.asked)
                 || calls.find(row.asked + std::string("; ")) != std::string::npos)
@@ -76,13 +58,12 @@ TEST_F(MainWindow, CarriesOutTheFileCommands)
     for (const Case& row : cases) {
         std::istringstream controls(row.controls);
         for (std::string name; controls >> name;) {
-            RunningProgram other;
-            other.start();
+            StartedProgram other;
             other.open_another();
             other.dialogs.answers = { "/a.txt", "/a.txt" };
-            press(other, name);
+            other.press(name);
             if (name.starts_with("mnuFileSave") || name == "tbToolBar.3")
-                press(other, name);
+                other.press(name);
             std::ostringstream then;
             then << other.windows.open_forms.size() << ' ' << other.dialogs.requests.size() << ' ';
             if (Form* const front = other.process.forms.active_child())

@@ -7,12 +7,6 @@ using enum MessageAnswer;
 
 struct Closing : StartedProgramTest {
     DocumentTables& tables = process.tables;
-    void type(const char16_t* text) { pane().user_types(text); }
-    void save_as(const char* path)
-    {
-        dialogs.answers = { path };
-        main.mnuFileSaveAs.run();
-    }
 };
 
 TEST_F(Closing, AnUnchangedDocumentAsksNothingAndStopsItsVoice)
@@ -38,24 +32,23 @@ TEST_F(Closing, AChangedDocumentAsks)
     const Case cases[] = { { cancel, false, true, "Hello world." },
         { no, true, false, "Hello world." }, { yes, true, true, "xHello world." } };
     for (const Case& row : cases) {
-        RunningProgram other;
-        other.start();
-        other.pane().user_types(u"x");
+        StartedProgram other;
+        DocumentTables& tables_then = other.process.tables;
+        other.type(u"x");
         other.document().cpvSlider1.Value = 9;
         other.main.mnuCtl.Enabled = row.goes; // what setmenu sets right in each branch
         other.boxes.answers = { row.answer };
         const std::shared_ptr<Form> kept = other.document().shared_from_this();
         EXPECT_EQ(static_cast<frmDocument&>(*kept).user_closed(), row.goes);
 
-        ASSERT_EQ(other.boxes.shown.size(), 1u);
-        EXPECT_EQ(
-            other.boxes.shown[0].text, "This document has been changed. Do you wish to save?");
-        EXPECT_EQ(other.boxes.shown[0].title, "Tessavox");
-        EXPECT_EQ(other.boxes.shown[0].buttons, MessageButtons::yes_no_cancel);
-        EXPECT_EQ(other.boxes.shown[0].icon, MessageIcon::question);
-        EXPECT_EQ(other.process.tables.documentSlotUsed[0], row.slot_stays_taken);
-        EXPECT_EQ(other.process.tables.documentWindows[0] != nullptr, row.slot_stays_taken);
-        EXPECT_EQ(other.process.tables.openDocumentCount, row.goes ? 0 : 1);
+        const FakeMessageBoxes::Box question{
+            "This document has been changed. Do you wish to save?", "Tessavox",
+            MessageButtons::yes_no_cancel, MessageIcon::question
+        };
+        EXPECT_EQ(other.boxes.shown, std::vector{ question });
+        EXPECT_EQ(tables_then.documentSlotUsed[0], row.slot_stays_taken);
+        EXPECT_EQ(tables_then.documentWindows[0] != nullptr, row.slot_stays_taken);
+        EXPECT_EQ(tables_then.openDocumentCount, row.goes ? 0 : 1);
         EXPECT_EQ(other.main.mnuCtl.Enabled, !row.goes);
         EXPECT_EQ(other.files.files["/app/first.txt"], row.file);
         // Whatever the answer, the settings are written and the voice has gone.
@@ -74,13 +67,12 @@ TEST_F(Closing, OfTheMainWindowAsksEachChangedDocumentWhileThatIsActive)
         const bool changed[] = { (run & 1) != 0, (run & 2) != 0, (run & 4) != 0 };
         const MessageAnswer answers[]
             = { all_answers[run / 8 % 3], all_answers[run / 24 % 3], all_answers[run / 72] };
-        RunningProgram other;
-        other.start();
+        StartedProgram other;
         for (int i = 0; i < 3; ++i) {
             if (i > 0)
                 other.open_another();
             if (changed[i])
-                other.pane().user_types(u"x");
+                other.type(u"x");
         }
         std::string asked;
         other.boxes.while_shown = [&] { asked += other.document().Tag.get(); };
@@ -193,14 +185,14 @@ TEST_F(Closing, TheCaptionSaysWhetherSaveAsksForAPath)
     type(u"x");
     main.mnuFileSave.run();
     EXPECT_EQ(files.files["/app/first.txt"], "xHello world.");
-    EXPECT_FALSE(tables.documentChanged[1]);
+    EXPECT_FALSE(changed());
     open_another();
     type(u"a\U0001F600\n");
     dialogs.answers = { "/docs/a.txt" };
     main.mnuFileSave.run();
     EXPECT_EQ(files.files["/docs/a.txt"], "a\xF0\x9F\x98\x80\n");
     EXPECT_EQ(document().Caption, "/docs/a.txt");
-    EXPECT_FALSE(tables.documentChanged[2]);
+    EXPECT_FALSE(changed());
     ASSERT_EQ(dialogs.requests.size(), 1u);
     EXPECT_EQ(dialogs.requests[0].FileName, "/app/first.txt"); // the path used last
     EXPECT_TRUE(dialogs.requests[0].overwrite_prompt);
@@ -222,37 +214,31 @@ TEST_F(Closing, TheCaptionSaysWhetherSaveAsksForAPath)
 
 TEST_F(Closing, ATextThatCannotBeWrittenIsTold)
 {
-    struct Case {
-        bool save_as;
-        bool closing;
-        bool still_changed;
-    };
-    for (const Case& row : std::initializer_list<Case>{ { false, false, false },
-             { true, false, true }, { false, true, false }, { true, true, true } }) {
-        RunningProgram other;
-        other.start();
-        if (row.save_as)
-            other.open_another();
-        other.pane().user_types(u"x");
-        other.files.refused.insert("/app/first.txt");
-        other.dialogs.answers = { "/app/first.txt" };
-        other.boxes.answers = { yes };
-        const std::string caption = other.document().Caption;
-        const std::int16_t index = other.main.file_commands.ActiveDocumentIndex();
-        const std::int16_t count = other.process.tables.openDocumentCount;
-        const std::shared_ptr<Form> document = other.document().shared_from_this();
-        if (row.closing)
-            document->user_closed();
-        else
-            (row.save_as ? other.main.mnuFileSaveAs : other.main.mnuFileSave).run();
-        EXPECT_EQ(other.boxes.shown.back().text,
-            other.texts.with_value(2303, "/app/first.txt") + "\n"
-                + other.texts.LoadResString(2352));
-        EXPECT_EQ(other.boxes.shown.back().title, "Tessavox");
-        EXPECT_EQ(other.files.files["/app/first.txt"], "Hello world.");
-        EXPECT_EQ(document->Caption, caption);
-        EXPECT_EQ(other.process.tables.documentChanged[index], row.still_changed);
-        EXPECT_EQ(other.process.tables.openDocumentCount, count - row.closing);
+    const char* const path = "/app/first.txt";
+    for (const bool by_save_as : { false, true }) {
+        for (const bool closing : { false, true }) {
+            StartedProgram other;
+            if (by_save_as)
+                other.open_another();
+            other.type(u"x");
+            other.files.refused.insert(path);
+            other.dialogs.answers = { path };
+            other.boxes.answers = { yes };
+            const std::shared_ptr<Form> document = other.document().shared_from_this();
+            const std::string caption = document->Caption;
+            const std::int16_t index = other.main.file_commands.ActiveDocumentIndex();
+            const std::int16_t count = other.process.tables.openDocumentCount;
+            if (closing)
+                document->user_closed();
+            else
+                (by_save_as ? other.main.mnuFileSaveAs : other.main.mnuFileSave).run();
+            EXPECT_EQ(other.boxes.shown.back().text,
+                other.texts.with_value(2303, path) + "\n" + other.texts.LoadResString(2352));
+            EXPECT_EQ(other.files.files[path], "Hello world.");
+            EXPECT_EQ(document->Caption, caption);
+            EXPECT_EQ(other.process.tables.documentChanged[index], by_save_as);
+            EXPECT_EQ(other.process.tables.openDocumentCount, count - closing);
+        }
     }
 }
 
@@ -268,15 +254,6 @@ TEST_F(Closing, ACancelledDialogWithAnEarlierPathWritesThere)
         EXPECT_EQ(document().Caption, *path ? path : caption);
     }
     EXPECT_EQ(files.files["/app/first.txt"], "new");
-}
-
-TEST_F(Closing, ADocumentCanCloseInsideItsOwnHandler)
-{
-    // The button's handler unloads the form that the button belongs to.
-    document().SpeakBtn.Click = [this] { document().Unload(); };
-    document().SpeakBtn.user_press();
-    run_posted();
-    EXPECT_EQ(windows.open_forms.size(), 1u);
 }
 
 } // namespace

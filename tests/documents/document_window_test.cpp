@@ -106,8 +106,7 @@ TEST_F(Documents, AnAddressIsKeptOnlyWithAPointAndTheWindowClosedLastDecides)
     const std::pair<const char*, const char*> cases[] = { { "Http://", "http://a.example/" },
         { "localhost", "http://a.example/" }, { "b.example", "b.example" } };
     for (const auto& [typed, stored] : cases) {
-        RunningProgram other;
-        other.start();
+        StartedProgram other;
         other.document().Combo1.user_edit(typed);
         other.document().cpvSlider1.Value = 3;
         const std::shared_ptr<Form> first = other.document().shared_from_this();

@@ -14,13 +14,10 @@ struct Opening : StartedProgramTest {
         files.files["/d/b.RTF"] = "{\\rtf1 b {\\b bold}}";
         word_processor.texts["/d/c.doc"] = u"text of c";
     }
-    void open(const std::string& path)
+    void activate(int slot)
     {
-        dialogs.answers = { path };
-        main.mnuFileOpen.run();
+        static_cast<Form&>(*tables.documentWindows[slot - 1]).user_activated();
     }
-    std::string text() { return to_utf8(pane().Text().view()); }
-    bool changed() { return tables.documentChanged[main.file_commands.ActiveDocumentIndex()]; }
     void recovery_is_due()
     {
         for (Control* control : document().controls()) {
@@ -77,12 +74,12 @@ TEST_F(Opening, AnOpenedDocumentCountsAsChangedAndItsNextChangeDoesnt)
     EXPECT_TRUE(changed());
     document().user_activated(); // it is active already
     EXPECT_TRUE(changed());
-    static_cast<Form&>(*tables.documentWindows[0]).user_activated();
-    static_cast<Form&>(*tables.documentWindows[1]).user_activated();
+    activate(1);
+    activate(2);
     EXPECT_FALSE(changed());
-    pane().user_types(u"x");
+    type(u"x");
     EXPECT_FALSE(changed());
-    pane().user_types(u"y");
+    type(u"y");
     EXPECT_TRUE(changed());
     EXPECT_EQ(tables.documentFileTitles[0], "a.txt"); // of the one that was active before
     EXPECT_EQ(tables.documentFileTitles[1], "");
@@ -110,7 +107,7 @@ TEST_F(Opening, WithAllSlotsTakenLoadsIntoTheActiveDocument)
 {
     while (windows.open_forms.size() < 1 + document_slots)
         open_another();
-    pane().user_types(u"unsaved");
+    type(u"unsaved");
     main.mnuFileNew.run();
     open("/d/b.RTF");
     EXPECT_EQ(windows.open_forms.size(), 1u + document_slots);
@@ -153,19 +150,18 @@ TEST_F(Opening, AFileIsSavedAsItsNameSays)
     const auto is_rich = [&](const char* path) { return files.files[path].starts_with("{\\rtf"); };
     for (const auto& row : rows) {
         open_another();
-        pane().user_types(u"x");
-        dialogs.answers = { row.path };
-        main.mnuFileSaveAs.run();
+        type(u"x");
+        save_as(row.path);
         EXPECT_EQ(is_rich(row.path), row.rich_by_save_as) << row.path;
         EXPECT_EQ(
             tables.documentFileTitles[main.file_commands.ActiveDocumentIndex() - 1], row.path + 3);
-        pane().user_types(u"y");
+        type(u"y");
         main.mnuFileSave.run();
         EXPECT_EQ(is_rich(row.path), row.rich_by_save) << row.path;
         EXPECT_FALSE(changed());
     }
     open("/d/a.txt");
-    pane().user_types(u"-");
+    type(u"-");
     main.mnuFileSave.run();
     EXPECT_EQ(files.files["/d/a.txt"], "\xff\xfe-\0a\0\r\0\n\0"s);
 }
@@ -174,8 +170,8 @@ TEST_F(Opening, WhatIsntSavedIsKeptUntilItIsOrItsLossIsAccepted)
 {
     recovery_is_due();
     EXPECT_TRUE(recovery.kept.empty()) << "only loaded";
-    pane().user_types(u"x");
-    pane().user_types(u"y");
+    type(u"x");
+    type(u"y");
     EXPECT_TRUE(recovery.kept.empty()) << "not with every key";
     recovery_is_due();
     EXPECT_EQ(recovery.kept["/app/first.txt"], u"xyHello world.");
@@ -183,7 +179,7 @@ TEST_F(Opening, WhatIsntSavedIsKeptUntilItIsOrItsLossIsAccepted)
     EXPECT_TRUE(recovery.kept.empty());
 
     open_another();
-    pane().user_types(u"lost");
+    type(u"lost");
     recovery_is_due();
     boxes.answers = { no };
     EXPECT_TRUE(document().user_closed());
@@ -191,13 +187,13 @@ TEST_F(Opening, WhatIsntSavedIsKeptUntilItIsOrItsLossIsAccepted)
 
     // A document that has forgotten its change goes without a question.
     open_another();
-    pane().user_types(u"forgotten");
-    static_cast<Form&>(*tables.documentWindows[0]).user_activated();
-    static_cast<Form&>(*tables.documentWindows[1]).user_activated();
+    type(u"forgotten");
+    activate(1);
+    activate(2);
     EXPECT_TRUE(document().user_closed());
     EXPECT_EQ(recovery.kept["Document 2"], u"forgotten");
 
-    pane().user_types(u"refused");
+    type(u"refused");
     files.refused.insert("/app/first.txt");
     boxes.answers = { yes };
     EXPECT_TRUE(document().user_closed());

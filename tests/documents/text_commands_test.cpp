@@ -6,27 +6,7 @@
 namespace tessavox::tests {
 namespace {
 
-struct TextCommands : StartedProgramTest {
-    void show(const std::u16string& text, std::int32_t start = 0, std::int32_t length = 0)
-    {
-        pane().set_Text(text);
-        pane().user_selects(start, length);
-    }
-    std::string text() { return to_utf8(pane().Text().view()); }
-    template <class Dialog> Dialog& dialog(const std::string& name)
-    {
-        for (Form* form : windows.open_forms) {
-            if (form->name() == name)
-                return static_cast<Dialog&>(*form);
-        }
-        throw Failure(name + " isn't open");
-    }
-    bool is_open(const std::string& name)
-    {
-        return std::any_of(windows.open_forms.begin(), windows.open_forms.end(),
-            [&](const Form* form) { return form->name() == name; });
-    }
-};
+using TextCommands = StartedProgramTest;
 
 // Finding and replacing ---------------------------------------------------------------------------
 
@@ -34,7 +14,7 @@ struct Finding : TextCommands {
     Finding()
     {
         main.mnuEditFind.run();
-        find = &dialog<FindControls>("frmFind");
+        find = window<FindControls>("frmFind");
     }
     void look_for(const std::string& wanted, const std::string& replacement = {})
     {
@@ -68,7 +48,7 @@ TEST_F(Finding, GoesForwardAndBeginsAgainOnlyByAFurtherClick)
     EXPECT_EQ(click(find->cmdFind), "Bird@13 &Find Next");
     find->cmdCancel.user_press();
     main.mnuEditFind.run();
-    find = &dialog<FindControls>("frmFind");
+    find = window<FindControls>("frmFind");
     EXPECT_EQ(find->txtFind.Text.get() + find->cmdFind.Caption.get(), "&Find");
     look_for("fish");
     EXPECT_EQ(click(find->cmdFind), "Bird@13 &Find [Text not found]");
@@ -164,7 +144,7 @@ TEST_F(TextCommands, PutSpeechTagsAfterTheSelection)
 {
     const auto press = [this](MenuItem& item, const std::string& name, auto& controls) {
         item.run();
-        controls = &dialog<std::remove_reference_t<decltype(*controls)>>(name);
+        controls = window<std::remove_reference_t<decltype(*controls)>>(name);
         EXPECT_EQ(controls->Caption, "Tessavox");
     };
     SilenceControls* silence = nullptr;
@@ -175,7 +155,7 @@ TEST_F(TextCommands, PutSpeechTagsAfterTheSelection)
     silence->Command2.user_press();
     EXPECT_EQ(shell.asked.size(), 1u); // the help; the dialog stays
     silence->Command1.user_press();
-    EXPECT_FALSE(is_open("Selectionfrm1"));
+    EXPECT_FALSE(window("Selectionfrm1"));
     EXPECT_EQ(text(), "one<silence msec=\"500\" /  >  two");
     EXPECT_EQ(pane().SelColor(), RGB(1, 2, 3)); // as typed next
     pane().user_selects(0, 3);
@@ -200,7 +180,7 @@ TEST_F(TextCommands, PutSpeechTagsAfterTheSelection)
     process.tables.documentChanged[1] = false;
     document().Unload();
     choice->Command1.user_press(); // without a document: nothing, and it goes
-    EXPECT_FALSE(is_open("SelectionVoice"));
+    EXPECT_FALSE(window("SelectionVoice"));
 }
 
 TEST_F(TextCommands, PutSpellTagsAroundTheSelection)

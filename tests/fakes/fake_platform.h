@@ -80,6 +80,7 @@ public:
         std::string title;
         MessageButtons buttons;
         MessageIcon icon;
+        bool operator==(const Box&) const = default;
     };
     MessageAnswer show(const std::string& text, const std::string& title, MessageButtons buttons,
         MessageIcon icon) override;

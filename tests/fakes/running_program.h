@@ -45,6 +45,51 @@ struct RunningProgram : UserFiles {
         for (const auto& record : speech.records)
             record->take_calls();
     }
+    // What the user does
+    void type(const std::u16string& text) { pane().user_types(text); }
+    void show(const std::u16string& text, std::int32_t start = 0, std::int32_t length = 0)
+    {
+        pane().set_Text(text);
+        pane().user_selects(start, length);
+    }
+    void open(const std::string& path)
+    {
+        dialogs.answers = { path };
+        main.mnuFileOpen.run();
+    }
+    void save_as(const std::string& path)
+    {
+        dialogs.answers = { path };
+        main.mnuFileSaveAs.run();
+    }
+    /// Presses the button, or chooses the item of a menu, of the main window or the document in
+    /// front; "tbToolBar.1" is a button of the tool bar.
+    void press(const std::string& name)
+    {
+        if (name.starts_with("tbToolBar."))
+            return main.tbToolBar.user_press(name.back() - '0');
+        for (const Form* form : std::initializer_list<const Form*>{ &main, &document() }) {
+            for (Control* control : form->controls()) {
+                if (control->name() != name)
+                    continue;
+                if (auto* item = dynamic_cast<MenuItem*>(control))
+                    return item->user_choose();
+                return dynamic_cast<CommandButton&>(*control).user_press();
+            }
+        }
+        FAIL() << "no control " << name;
+    }
+
+    // What there is to see
+    /// The window of that name; null if it isn't open.
+    template <class Window = Form> Window* window(const std::string& name)
+    {
+        for (Form* form : windows.open_forms) {
+            if (form->name() == name)
+                return static_cast<Window*>(form);
+        }
+        return nullptr;
+    }
     frmDocument& document() { return main.ActiveForm(); }
     frmDocument& open_another()
     {
@@ -52,7 +97,12 @@ struct RunningProgram : UserFiles {
         return document();
     }
     FakePane& pane() { return static_cast<FakePane&>(document().rtfText.pane()); }
+    std::string text() { return to_utf8(pane().Text().view()); }
     std::string selected() { return to_utf8(pane().SelText().view()); }
+    bool changed()
+    {
+        return process.tables.documentChanged[main.file_commands.ActiveDocumentIndex()];
+    }
     std::string panel(int number) { return main.sbStatusBar.PanelText(number); }
     VoiceRecord& voice(std::size_t index = 0) { return speech.voice(index); }
     /// What was asked of the voice since the last look.
@@ -76,10 +126,12 @@ struct RunningProgram : UserFiles {
     frmMain& main = *main_form;
 };
 
-struct ProgramTest : testing::Test, RunningProgram { };
-struct StartedProgramTest : ProgramTest {
-    StartedProgramTest() { start(); }
+struct StartedProgram : RunningProgram {
+    StartedProgram() { start(); }
 };
+
+struct ProgramTest : testing::Test, RunningProgram { };
+struct StartedProgramTest : testing::Test, StartedProgram { };
 
 /// What a window's controls say: "name" whether it is enabled, "name:Visible", "name:Caption"; of a
 /// tool bar also its buttons, "name.1" on.

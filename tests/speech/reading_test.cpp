@@ -67,8 +67,7 @@ TEST_F(Reading, GoesByItsOwnRuleOverAVoiceThatFails)
         for (const std::string failing : calls) {
             for (const bool paused : { false, true }) {
                 SCOPED_TRACE(row.name + (" " + failing) + (paused ? " paused" : ""));
-                RunningProgram other;
-                other.start();
+                StartedProgram other;
                 DocumentSpeech& speech_of = other.document().speech;
                 speech_of.session.UpdateSpeechControls(false, paused);
                 speech_of.place.isReadClipbd = 7;

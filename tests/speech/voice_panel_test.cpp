@@ -148,8 +148,7 @@ TEST_F(Panel, ACompanionProgramCanChangeVoiceAndSpeed)
         { " 1", " 11", "Rate 0", "of another, Speaking Speed: 0" } // no such speed
     };
     const auto check = [](const Case& row, void (VoicePanel::*adjust)()) {
-        RunningProgram other;
-        other.start();
+        StartedProgram other;
         other.file("setting1.txt") = file_of_lines({ "", row.voice, row.speed, " 1", "" });
         other.file("control.txt") = file_of_lines({ "1", "1", "0", "0" });
         other.main.sbStatusBar.PanelText(2) = "of another";
