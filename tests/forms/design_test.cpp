@@ -1,7 +1,11 @@
 #include "forms/about_controls.h"
 #include "forms/dock_controls.h"
+#include "forms/find_controls.h"
 #include "forms/openmsg_controls.h"
+#include "forms/tag_controls.h"
 #include "tests/fakes/running_program.h"
+
+#include <gmock/gmock.h>
 
 namespace tessavox {
 namespace {
@@ -21,54 +25,47 @@ std::vector<std::string> entries(const std::string& table)
     return all;
 }
 
-/// Each control's container, place, size, text id and tool tip id; a text where it has no id.
+/// Each control's container, place, size, text id and tool tip id; its text where that isn't the
+/// one of the id. So a language with a hole shows English there.
 std::string design_of(const Form& form)
 {
     std::ostringstream lines;
     for (const Control* control : form.controls()) {
-        lines << '\n'
-              << control->name() << ' '
+        std::string text;
+        attempt([&] { text = StringTable().LoadResString(std::stoi("0" + control->Tag.get())); });
+        lines << control->name() << ' '
               << (control->container() ? control->container()->name() : "-") << ' '
               << control->Left() << ' ' << control->Top() << ' ' << control->Width() << ' '
               << control->Height() << ' ' << or_dash(control->Tag) << ' '
               << or_dash(control->ToolTipText) << (control->Visible ? "" : " hidden");
-        if (control->Tag.get().empty() && !control->Caption.get().empty())
+        if (control->Caption.get() != text)
             lines << " \"" << control->Caption << '"';
         lines << ';';
     }
+    lines << form.ScaleWidth() << ' ' << form.ScaleHeight() << ' ' << or_dash(form.Tag) << ';';
     return lines.str();
 }
 
-/// Each item's menu, text id or text, and shortcut.
-std::string menus_of(const MainControls& main)
+/// Each item's menu, text id or text, and shortcut; then the buttons and panels of the bars.
+std::string design_of_main(const MainControls& main)
 {
     std::ostringstream lines;
     for (const Control* control : main.controls()) {
         const auto* const item = dynamic_cast<const MenuItem*>(control);
         if (item && !item->Caption.get().empty())
-            lines << '\n'
-                  << item->name() << ' ' << (item->container() ? item->container()->name() : "-")
+            lines << item->name() << ' ' << (item->container() ? item->container()->name() : "-")
                   << ' ' << or_dash(item->Caption) << (item->Shortcut.empty() ? "" : " ")
                   << item->Shortcut << (item->Visible ? "" : " hidden") << ';';
     }
+    for (const BarMember& button : main.tbToolBar.Buttons())
+        lines << "button " << or_dash(button.key()) << ' ' << or_dash(button.Tag) << ';';
+    for (const StatusBar::Panel& panel : main.sbStatusBar.panels())
+        lines << "panel " << or_dash(panel.key) << ' ' << panel.width << ' '
+              << static_cast<int>(panel.kind) << ';';
     return lines.str();
 }
 
-struct Design : testing::Test {
-    FakePlatform outside;
-    Forms forms{ outside.windows, outside.platform.post, [] {} };
-    DocumentControls document{ forms, outside.panes.create() };
-    MainControls main{ forms };
-    OpenmsgControls openmsg{ forms };
-    DockControls dock{ forms };
-    AboutControls about{ forms };
-};
-
-TEST_F(Design, OfTheDocumentWindowIsKept)
-{
-    EXPECT_EQ(document.ScaleWidth(), 11160);
-    EXPECT_EQ(document.ScaleHeight(), 8490);
-    EXPECT_EQ(entries(design_of(document)), entries(R"(
+constexpr const char* document_design = R"(
 Picture1 - 0 0 2775 2300 - -; SpeakBtn Picture1 0 0 2775 780 1129 2119;
 StopBtn Picture1 0 760 2775 780 1130 2120; PauseBtn Picture1 0 1520 2775 780 1131 2121;
 ResumeBtn Picture1 0 1520 2775 780 2107 2121 hidden; Picture3 - 2900 0 8055 420 - -;
@@ -94,44 +91,10 @@ chkSpFlagPersistXML Frame1 0 0 0 0 - - "PersistXML"; AudioOutputCB - 0 0 0 0 - -
 SkipBtn - 0 0 0 0 - -; SkipTxtBox - 0 0 0 0 - -; UpDown1 - 0 0 0 0 - -; SkinLabel2 - 0 0 0 0 - -;
 Command1 - 0 0 0 0 - - "Advanced Features  >>"; Command2 - 0 0 0 0 - - "Advanced Features  <<";
 ReadClipboardBtn - 0 0 0 0 - - hidden;
-)"));
-    const auto range_of = [](const ScrollBar& bar) {
-        const ScrollBarRange& range = bar.range();
-        return std::vector{ range.Min, range.Max, range.SmallChange, range.LargeChange,
-            bar.Value.get() };
-    };
-    EXPECT_EQ(range_of(document.cpvSlider1), (std::vector{ -10, 10, 1, 6, 0 }));
-    EXPECT_EQ(range_of(document.cpvSlider2), (std::vector{ 0, 100, 1, 30, 100 }));
-    EXPECT_EQ(document.Check1.Value, 1);
-    EXPECT_EQ(document.SkipTxtBox.Text, "0");
-    EXPECT_EQ(document.Combo1.Text, "Http://");
-    const auto& pane = static_cast<FakePane&>(document.rtfText.pane());
-    EXPECT_EQ(pane.font_name + std::to_string(pane.font_size), "Comic Sans MS12.000000");
-}
+11160 8490 -;
+)";
 
-TEST_F(Design, OfTheOtherWindowsIsKept)
-{
-    for (const Form* form : std::initializer_list<const Form*>{ &main, &openmsg, &dock, &about })
-        EXPECT_EQ(form->Tag, "2205");
-    EXPECT_EQ(entries(design_of(openmsg)), entries(R"(
-Label1 - 240 240 4220 300 2070 -; Command1 - 240 840 1400 420 2071 -;
-Command2 - 1800 840 2660 420 2072 -;
-)"));
-    EXPECT_EQ(entries(design_of(dock)), entries(R"(
-ReadClipbdBtn - 0 0 1215 350 1132 -; StopBtn - 1320 0 645 350 1130 -;
-PauseBtn - 2040 0 645 350 1131 -; SpeaktofileBtn - 2760 0 2085 350 1133 -;
-Play - 4920 0 765 350 1134 -; Command4 - 5880 0 1215 375 1901 -;
-PauseBtn1 - 2040 0 645 350 - - hidden; hscrollSnapDistance - 1200 1440 1095 255 - -;
-lblSnapDistance - 2400 1440 1095 255 - -;
-)"));
-    EXPECT_EQ(dock.ScaleWidth(), 7305);
-    EXPECT_EQ(dock.ScaleHeight(), 315);
-}
-
-TEST_F(Design, OfTheMenusIsKept)
-{
-    const auto process_main = std::make_unique<RunningProgram>();
-    EXPECT_EQ(entries(menus_of(process_main->main)), entries(R"(
+constexpr const char* main_design = R"(
 mnuFile - 1000; mnuFileNew mnuFile 1001 Ctrl+N; mnuFileOpen mnuFile 1002 Ctrl+O;
 mnuFileBar0 mnuFile -;
 mnuFileSave mnuFile 1003 Ctrl+S; mnuFileSaveAs mnuFile 1004; mnuFilePrint mnuFile 1005 Ctrl+P;
@@ -164,38 +127,95 @@ mnuTrayStop Popmenu 1130; mnuTrayPause Popmenu 1131; mnuTraySp1 Popmenu -;
 mnuTrayClipboardtoWav Popmenu 1135; mnuTrayPlayFile Popmenu 1134; mnuTraySp2 Popmenu -;
 mnuTrayHelp Popmenu 1710; mnuTrayAbout Popmenu 1707; mnuTraysp3 Popmenu -;
 mnuTrayExit Popmenu 1023;
-)"));
-}
+button New 1018; button Open 1019; button Save 1020; button - -; button Print 1022; button - -;
+button Cut 1207; button Copy 1208; button Paste 1209;
+panel Text 5759 0; panel - 4171 0; panel - 4171 0; panel - 1499 1; panel - 1499 2;
+)";
 
-TEST_F(Design, OfTabsToolButtonsAndStatusPanelsIsKept)
-{
-    std::ostringstream lines;
-    for (const BarMember& tab : document.TabStrip1.Tabs())
-        lines << tab.key() << ' ' << tab.Caption << ' ' << tab.Tag << ' ' << tab.ToolTipText
-              << '\n';
-    for (const BarMember& button : main.tbToolBar.Buttons())
-        lines << button.key() << ' ' << button.Tag << '\n';
-    for (const StatusBar::Panel& panel : main.sbStatusBar.panels())
-        lines << panel.key << ' ' << panel.width << ' ' << static_cast<int>(panel.kind) << '\n';
-    EXPECT_EQ(lines.str(),
-        "text Text 2116 2130\nNew 1018\nOpen 1019\nSave 1020\n \nPrint 1022\n \nCut 1207\nCopy "
-        "1208\n"
-        "Paste 1209\n"
-        "Text 5759 0\n 4171 0\n 4171 0\n 1499 1\n 1499 2\n");
-    EXPECT_FALSE(main.Toolbar2.Visible);
-}
+constexpr const char* openmsg_design = R"(
+Label1 - 240 240 4220 300 2070 -; Command1 - 240 840 1400 420 2071 -;
+Command2 - 1800 840 2660 420 2072 -;
+4700 1500 2205;
+)";
 
-/// So a language with a hole shows English there.
-TEST_F(Design, TextsAreTheNeutralOnes)
+constexpr const char* dock_design = R"(
+ReadClipbdBtn - 0 0 1215 350 1132 -; StopBtn - 1320 0 645 350 1130 -;
+PauseBtn - 2040 0 645 350 1131 -; SpeaktofileBtn - 2760 0 2085 350 1133 -;
+Play - 4920 0 765 350 1134 -; Command4 - 5880 0 1215 375 1901 -;
+PauseBtn1 - 2040 0 645 350 - - hidden; hscrollSnapDistance - 1200 1440 1095 255 - -;
+lblSnapDistance - 2400 1440 1095 255 - -;
+7305 315 2205;
+)";
+
+constexpr const char* about_design = R"(
+SkinLabel1 - 360 360 3480 300 2013 -; Command1 - 1400 960 1400 420 2014 -;
+4200 1640 2205;
+)";
+
+constexpr const char* find_design = R"(
+txtFind - 1260 120 2460 315 - -; cmdFind - 3840 120 1470 400 2060 -;
+cmdCancel - 3840 1590 1470 400 2066 -; txtReplace - 1260 610 2460 315 - -;
+cmdReplaceAll - 3840 1100 1470 400 2062 -; cmdReplace - 3840 610 1470 400 2061 -;
+lblReplace - 120 610 1110 315 2063 -; lblFind - 120 120 1110 315 2067 -;
+chkWholeWord - 120 1160 3600 315 2064 -; chkMatchCase - 120 1590 3600 315 2065 -;
+5430 2115 2205;
+)";
+
+constexpr const char* silence_design = R"(
+Text1 - 1740 600 1260 315 - -; SkinLabel2 - 240 600 1440 315 2081 -;
+SkinLabel3 - 3120 600 1440 315 2082 -; Command1 - 900 1800 1380 420 2086 -;
+Command2 - 2460 1800 1380 420 2084 -; 4680 2760 2205;
+)";
+
+constexpr const char* speed_design = R"(
+SkinLabel1 - 240 360 1260 315 2080 -; Combo1 - 1560 360 3090 315 - -;
+Command1 - 990 1200 1380 420 2086 -; Command2 - 2550 1200 1380 420 2084 -; 4890 1995 2205;
+)";
+
+constexpr const char* voice_design = R"(
+SkinLabel1 - 240 360 1260 315 2087 - "Speaker"; Combo1 - 1560 360 3090 315 2085 - "";
+Command1 - 990 1200 1380 420 2086 -; Command2 - 2550 1200 1380 420 2084 -; 4890 1995 2205;
+)";
+
+TEST(Design, OfEveryWindowIsKept)
 {
-    const std::initializer_list<const Form*> windows{ &document, &openmsg, &dock, &about };
-    for (const Form* form : windows) {
-        for (const Control* control : form->controls()) {
-            const std::string id = control->Tag;
-            EXPECT_EQ(control->Caption,
-                id.empty() ? control->Caption.get() : outside.texts.LoadResString(std::stoi(id)));
-        }
-    }
+    const RunningProgram program;
+    FakePlatform outside;
+    Forms forms{ outside.windows, outside.platform.post, [] {} };
+    const DocumentControls document{ forms, outside.panes.create() };
+    const std::pair<std::string, const char*> windows[] = {
+        { design_of(document), document_design },
+        { design_of_main(program.main), main_design },
+        { design_of(OpenmsgControls(forms)), openmsg_design },
+        { design_of(DockControls(forms)), dock_design },
+        { design_of(AboutControls(forms)), about_design },
+        { design_of(FindControls(forms)), find_design },
+        { design_of(SilenceControls(forms)), silence_design },
+        { design_of(SpeedControls(forms)), speed_design },
+        { design_of(VoiceControls(forms)), voice_design },
+    };
+    for (const auto& [design, expected] : windows)
+        EXPECT_THAT(entries(design), testing::ElementsAreArray(entries(expected)));
+    EXPECT_EQ(program.main.Tag, "2205");
+    EXPECT_FALSE(program.main.Toolbar2.Visible);
+
+    const BarMember& tab = document.TabStrip1.Tabs()[0];
+    EXPECT_EQ(document.TabStrip1.Tabs().size(), 1u);
+    EXPECT_EQ(
+        tab.key() + " " + tab.Caption.get() + " " + tab.Tag.get() + " " + tab.ToolTipText.get(),
+        "text Text 2116 2130");
+    const auto range_of = [](const ScrollBar& bar) {
+        const ScrollBarRange& range = bar.range();
+        return std::vector{ range.Min, range.Max, range.SmallChange, range.LargeChange,
+            bar.Value.get() };
+    };
+    EXPECT_EQ(range_of(document.cpvSlider1), (std::vector{ -10, 10, 1, 6, 0 }));
+    EXPECT_EQ(range_of(document.cpvSlider2), (std::vector{ 0, 100, 1, 30, 100 }));
+    EXPECT_EQ(document.Check1.Value, 1);
+    EXPECT_EQ(document.SkipTxtBox.Text, "0");
+    EXPECT_EQ(document.Combo1.Text, "Http://");
+    const auto& pane = static_cast<const FakePane&>(document.rtfText.pane());
+    EXPECT_EQ(pane.font_name + std::to_string(pane.font_size), "Comic Sans MS12.000000");
 }
 
 } // namespace
