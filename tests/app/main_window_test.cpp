@@ -24,15 +24,13 @@ TEST_F(MainWindow, LeadsEveryCommandToTheActiveDocument)
         { "mnuCtlPlay mnuTrayPlayFile Play", "Speak \"/a.wav\" 15" },
         { "SkipBtn", "Skip Sentence 0" }, { "ResetBtn", "Rate 0" } };
     open_another();
-    pane().set_Text(u"front");
     clipboard.text = u"copied";
     for (const Case& row : cases) {
-        std::istringstream controls(row.controls);
-        for (std::string name; controls >> name;) {
+        for (const std::string& name : words_of(row.controls)) {
             SCOPED_TRACE(name);
             document().speech.session.UpdateSpeechControls(row.speaking, row.paused);
             document().SkipBtn.Enabled = true;
-            pane().user_selects(0, 0);
+            show(u"front");
             dialogs.answers = { "/a.wav" };
             asked(1);
             press(name);
@@ -41,6 +39,22 @@ TEST_F(MainWindow, LeadsEveryCommandToTheActiveDocument)
                 || calls.find(row.asked + std::string("; ")) != std::string::npos)
                 << calls;
             EXPECT_EQ(asked(0), "");
+        }
+    }
+}
+
+TEST_F(MainWindow, HasTheClipboardCommandsInThreePlaces)
+{
+    const std::pair<const char*, const char*> cases[]
+        = { { "mnuEditCut mnuPopCut tbToolBar.7", "ront f" },
+              { "mnuEditCopy mnuPopCopy tbToolBar.8", "front f" },
+              { "mnuEditPaste mnuPopPaste tbToolBar.9", "copiedront copied" } };
+    for (const auto& [controls, then] : cases) {
+        for (const std::string& name : words_of(controls)) {
+            clipboard.text = u"copied";
+            show(u"front", 0, 1);
+            press(name);
+            EXPECT_EQ(text() + " " + to_utf8(clipboard.text), then) << name;
         }
     }
 }
@@ -56,8 +70,7 @@ TEST_F(MainWindow, CarriesOutTheFileCommands)
         { "mnuFileSaveAs", "3 2 /a.txt" }, { "mnuFileClose", "2 0 /app/first.txt" },
         { "mnuFileExit", "0 0 " } };
     for (const Case& row : cases) {
-        std::istringstream controls(row.controls);
-        for (std::string name; controls >> name;) {
+        for (const std::string& name : words_of(row.controls)) {
             StartedProgram other;
             other.open_another();
             other.dialogs.answers = { "/a.txt", "/a.txt" };
@@ -94,10 +107,11 @@ TEST_F(MainWindow, DoesNothingWithoutADocumentButSaveMakesOne)
     EXPECT_FALSE(main.mnuFileSave.Enabled);
 }
 
-TEST_F(MainWindow, HidesWhenMinimisedOnlyIfTheTrayLeadsBack)
+TEST_F(MainWindow, StartsWithItsBarsAndHidesWhenMinimisedOnlyIfTheTrayLeadsBack)
 {
     EXPECT_EQ(main.Height, 8000.0);
     EXPECT_EQ(main.Width, 25600.0);
+    EXPECT_TRUE(main.sbStatusBar.Visible && main.sbStatusBar.Enabled);
     EXPECT_FALSE(main.Popmenu.Visible);
     for (const bool icon : { false, true }) {
         main.user_changed_state(WindowState::normal);
@@ -105,6 +119,26 @@ TEST_F(MainWindow, HidesWhenMinimisedOnlyIfTheTrayLeadsBack)
         main.user_changed_state(WindowState::minimised);
         EXPECT_EQ(main.Visible, !icon);
     }
+}
+
+/// Each is a hole in the table of texts.
+TEST(Program, GoesOnWithoutItsTexts)
+{
+    RunningProgram program;
+    program.texts = StringTable({}, {});
+    program.start();
+    EXPECT_EQ(program.document().SpeakBtn.Caption, "Read"); // by design
+    EXPECT_EQ(program.panel(1) + program.panel(2) + program.panel(3), "");
+    program.press("SpeakBtn");
+    program.press("PauseBtn");
+    EXPECT_EQ(program.state(), "speaking paused");
+    program.press("StopBtn");
+    program.type(u"x");
+    program.save_as("/a.txt");
+    EXPECT_EQ(program.files.files["/a.txt"], "x"); // over what was read
+    program.open("/a.txt");
+    EXPECT_FALSE(program.main.Unload()); // nobody could be asked
+    EXPECT_TRUE(program.boxes.shown.empty());
 }
 
 } // namespace

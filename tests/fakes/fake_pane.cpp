@@ -36,12 +36,6 @@ void require(bool condition, const char* what)
         throw Failure(what);
 }
 
-/// Red and blue change places between the pane's colours and those of rich text.
-std::int32_t other_order(std::int32_t color)
-{
-    return color == automatic_color ? color : RGB(color >> 16, (color >> 8) & 0xFF, color & 0xFF);
-}
-
 } // namespace
 
 FakePane::Content FakePane::plain(const std::u16string& text, const Format& format)
@@ -54,59 +48,16 @@ FakePane::Content FakePane::plain(const std::u16string& text, const Format& form
     return content;
 }
 
-FakePane::Content FakePane::content_of(const std::string& rich_text, bool is_whole)
-{
-    const rtf::Document document = rtf::read_rich_text(
-        rich_text, is_whole ? rtf::LastParagraph::closed : rtf::LastParagraph::open);
-    Content content = plain(document.text, {});
-    std::size_t at = 0;
-    const rtf::Run* run = document.runs.data();
-    for (std::size_t i = 0; i < document.paragraphs.size(); ++i) {
-        const auto& paragraph = document.paragraph_formats[document.paragraphs[i].format];
-        content.paragraphs[i] = { paragraph.bullet, -paragraph.first_line_indent };
-        for (const rtf::Run* end = run + document.paragraphs[i].runs; run != end; ++run) {
-            const rtf::CharacterFormat& given = document.character_formats[run->format];
-            Format format{ given.bold, given.italic, given.underline, given.strike, Format().font,
-                given.half_points / 2.0, other_order(given.color), given.offset_twips };
-            if (given.font != rtf::no_font)
-                format.font = document.fonts[static_cast<std::size_t>(given.font)];
-            for (std::size_t end_of_run = at + run->length; at < end_of_run; ++at)
-                content.formats[at] = format;
-        }
-        ++at;
-    }
-    return content;
-}
-
 std::string FakePane::rich_text() const
 {
     rtf::DocumentBuilder builder(m_content.text.size());
-    std::size_t paragraph = 0;
-    const auto end = [&] {
-        rtf::ParagraphFormat format;
-        format.bullet = m_content.paragraphs[paragraph].bullet;
-        format.first_line_indent = -m_content.paragraphs[paragraph].hanging;
-        ++paragraph;
-        return format;
-    };
-    for (std::size_t i = 0; i < m_content.text.size(); ++i) {
-        const Format& format = m_content.formats[i];
-        rtf::CharacterFormat given;
-        given.font = builder.font(format.font);
-        given.half_points = static_cast<std::int32_t>(format.size * 2);
-        given.color = other_order(format.color);
-        given.offset_twips = format.offset;
-        given.bold = format.bold;
-        given.italic = format.italic;
-        given.underline = format.underline;
-        given.strike = format.strike;
-        if (m_content.text[i] == u'\n')
-            builder.end_paragraph(end(), builder.format(given));
+    for (const char16_t& unit : m_content.text) {
+        if (unit == u'\n')
+            builder.end_paragraph({}, builder.format({}));
         else
-            builder.add(m_content.text.substr(i, 1), builder.format(given), {});
+            builder.add({ &unit, 1 }, builder.format({}), {});
     }
-    return rtf::write_rich_text(
-        builder.finish(end(), builder.format({}), rtf::LastParagraph::open));
+    return rtf::write_rich_text(builder.finish({}, builder.format({}), rtf::LastParagraph::open));
 }
 
 void FakePane::show(Content content)
@@ -167,7 +118,7 @@ void FakePane::set_SelRTF(const std::u16string& source)
     const std::string bytes = to_utf8(source);
     if (!rtf::is_rich_text(bytes))
         return set_SelText(source);
-    replace_selection(content_of(bytes, false));
+    replace_selection(plain(rtf::read_rich_text(bytes, rtf::LastParagraph::open).text, {}));
 }
 
 std::int32_t FakePane::Find(const std::u16string& text, std::int32_t start, int options)
@@ -288,7 +239,7 @@ void FakePane::LoadFile(const std::string& path, TextKind kind)
     require(m_files, "no files");
     const std::string bytes = m_files->read(path);
     if (kind == TextKind::rich)
-        return show(content_of(bytes, true));
+        return show(plain(rtf::read_rich_text(bytes).text, {}));
     const PlainText plain_text = decode_plain_text(bytes);
     show(plain(plain_text.text, format_of_new_text()));
     m_file_form = plain_text.form;

@@ -1,4 +1,4 @@
-// A text pane without a window.
+// A text pane without a window. Rich text loses its formats on the way in and out.
 #pragma once
 
 #include "platform/file_store.h"
@@ -103,7 +103,6 @@ private:
     void report_selection();
     void report_change();
     static Content plain(const std::u16string& text, const Format& format);
-    static Content content_of(const std::string& rich_text, bool is_whole);
     std::string rich_text() const;
     void show(Content content);
     void replace_selection(const Content& content);

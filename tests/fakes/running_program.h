@@ -6,11 +6,18 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <map>
 #include <sstream>
 #include <string>
 
 namespace tessavox {
+
+inline std::vector<std::string> words_of(const std::string& text)
+{
+    std::istringstream stream(text);
+    return { std::istream_iterator<std::string>(stream), {} };
+}
 
 /// A settings file as a user's folder holds it: each data line in its place.
 inline std::string file_of_lines(std::initializer_list<const char*> lines)
@@ -170,8 +177,7 @@ inline States states_of(const Form& form)
 /// The same, with another value for some.
 inline States with(States states, const std::string& names, const std::string& value)
 {
-    std::istringstream stream(names);
-    for (std::string name; stream >> name;) {
+    for (const std::string& name : words_of(names)) {
         EXPECT_TRUE(states.contains(name)) << name;
         states[name] = value;
     }

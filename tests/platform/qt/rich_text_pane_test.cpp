@@ -213,6 +213,23 @@ TEST_F(ShownPane, PastedTextComesWithoutFormatsAndIsUndoneByItself)
     }
 }
 
+TEST(RichTextPane, RichTextKeepsItsFormatsInAPieceAndInAFile)
+{
+    QtPaneBed bed;
+    RichTextPane& pane = bed.pane();
+    pane.set_Text(u"one ");
+    pane.set_SelStart(4);
+    pane.set_SelRTF(u"{\\rtf1 two {\\b three}}");
+    pane.SaveFile(bed.path("kept.rtf"), TextKind::rich);
+    pane.set_Text(u"");
+    pane.LoadFile(bed.path("kept.rtf"), TextKind::rich);
+    bed.user_selects(4, 4);
+    EXPECT_EQ(pane.SelBold(), false);
+    bed.user_selects(8, 5);
+    EXPECT_EQ(pane.SelBold(), true);
+    EXPECT_EQ(pane.SelText().view(), u"three");
+}
+
 TEST_F(ShownPane, TheKeyboardGetsInAndOutButTabStaysInTheText)
 {
     const struct {
