@@ -4,6 +4,7 @@
 // It prints a figure a line, as "figure: ours, limit, ratio r". flite tells its word times itself;
 // festival, if it is installed, does so by the script.
 #include "platform/failure.h"
+#include "platform/temporary_folder.h"
 #include "platform/voice/alignment/aligner.h"
 #include "platform/voice/engines/espeak_reference.h"
 #include "platform/voice/engines/voice_catalog.h"
@@ -148,29 +149,6 @@ void measure(const std::string& voice, const Corpus& corpus, const Speaker& spea
     print("aligning of " + voice, 100 * cost / seconds, cost_limit_percent, "% of real time");
 }
 
-/// A folder that is gone afterwards.
-class PrivateFolder {
-public:
-    PrivateFolder()
-    {
-        std::string name = (fs::temp_directory_path() / "bench_alignment.XXXXXX").string();
-        if (!mkdtemp(name.data()))
-            throw Failure("no folder for festival's sounds");
-        m_path = name;
-    }
-    ~PrivateFolder()
-    {
-        std::error_code ignored;
-        fs::remove_all(m_path, ignored);
-    }
-    PrivateFolder(const PrivateFolder&) = delete;
-    PrivateFolder& operator=(const PrivateFolder&) = delete;
-    const fs::path& path() const { return m_path; }
-
-private:
-    fs::path m_path;
-};
-
 /// The sentences as the strings of festival's language.
 void write_strings(const fs::path& path, const Corpus& corpus)
 {
@@ -205,7 +183,7 @@ Rendering read_sentence(const fs::path& folder, std::size_t number)
 void measure_festival(
     const std::string& name, const std::string& voice, const Corpus& corpus, const fs::path& script)
 {
-    const PrivateFolder folder;
+    const TemporaryFolder folder;
     const fs::path strings = folder.path() / "sentences";
     write_strings(strings, corpus);
     const std::string command = "festival -b '(set! voice " + voice + ")' '(set! sentences \""

@@ -1,6 +1,7 @@
 // What opening, saving, searching and typing take in the pane that a user sees, with real files.
 #include "platform/files/disk_file_store.h"
 #include "platform/qt/rich_text_pane.h"
+#include "platform/temporary_folder.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -32,8 +33,6 @@ std::string of_size(std::size_t size, const std::string& piece, const std::strin
 struct Shelf {
     Shelf()
     {
-        std::string name = "/var/tmp/tessavox-bench-XXXXXX"; // on a disk, where /tmp may be none
-        folder = ::mkdtemp(name.data());
         const std::string plain = "It was the best of times, it was the worst of times; and Mr. "
                                   "Lorry did not know what to say about it.\n";
         files.write(folder + "/a.txt", of_size(ten_million, plain), Durability::fleeting);
@@ -53,11 +52,9 @@ struct Shelf {
         pane.widget().show();
         QApplication::processEvents();
     }
-    ~Shelf() { std::filesystem::remove_all(folder); }
-    Shelf(const Shelf&) = delete;
-    Shelf& operator=(const Shelf&) = delete;
 
-    std::string folder;
+    const TemporaryFolder place{ "/var/tmp" }; // on a disk, where /tmp may be none
+    const std::string folder = place.path();
     DiskFileStore files;
     QtRichTextPane pane{ nullptr, &files };
 };

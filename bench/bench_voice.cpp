@@ -5,6 +5,7 @@
 // bench_voice --helper PROGRAM --voices FOLDER [--quick]: PROGRAM speaks (tessavox-voice-helper),
 // FOLDER has the descriptions of festival's voices that come with it.
 #include "platform/failure.h"
+#include "platform/temporary_folder.h"
 #include "platform/voice/rendering/helper_engines.h"
 #include "platform/voice/sound/audio_sink.h"
 #include "platform/voice/speech_service.h"
@@ -226,15 +227,11 @@ public:
         std::ofstream(voices / "half-speed.voice")
             << "Name = Half\nLanguage = en-US\nMode = directory\nReads = " TESSAVOX_BENCH
                "\nCommand = /usr/bin/python3 " TESSAVOX_BENCH "/half_speed_engine.py {dir}\n";
-        setenv("XDG_DATA_HOME", m_folder.c_str(), 1);
+        setenv("XDG_DATA_HOME", m_folder.path().c_str(), 1);
     }
-    ~DescribedEngine() { std::filesystem::remove_all(m_folder); }
-    DescribedEngine(const DescribedEngine&) = delete;
-    DescribedEngine& operator=(const DescribedEngine&) = delete;
 
 private:
-    const std::filesystem::path m_folder
-        = std::filesystem::temp_directory_path() / ("bench-data-" + std::to_string(getpid()));
+    const TemporaryFolder m_folder;
 };
 
 class Bench {
@@ -243,10 +240,8 @@ public:
         : m_rounds(quick ? 3 : 5)
         , m_helper(std::move(helper))
     {
-        std::filesystem::create_directories(m_folder);
         start();
     }
-    ~Bench() { std::filesystem::remove_all(m_folder); }
 
     // All engines anew.
     void start()
@@ -327,7 +322,7 @@ public:
         const std::string in = m_folder / "text.txt";
         std::ofstream(in) << to_utf8(text) << '\n';
         const std::string line = "festival -b '(define voice " + voice + ")' '(define folder \""
-            + m_folder.string() + "\")' " + m_helper.shipped_voices + "/festival.scm < " + in
+            + m_folder.path().string() + "\")' " + m_helper.shipped_voices + "/festival.scm < " + in
             + " > /dev/null 2>&1";
         std::vector<double> ours;
         std::vector<double> theirs;
@@ -380,8 +375,7 @@ public:
 private:
     const int m_rounds;
     const HelperOptions m_helper;
-    const std::filesystem::path m_folder
-        = std::filesystem::temp_directory_path() / ("bench-voice-" + std::to_string(getpid()));
+    const TemporaryFolder m_folder;
     FirstWrite m_first;
     Deaf m_deaf;
     std::unique_ptr<SpeechService> m_service;

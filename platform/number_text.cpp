@@ -1,6 +1,7 @@
 #include "platform/number_text.h"
 
 #include "platform/failure.h"
+#include "platform/split.h"
 #include "platform/text.h"
 
 #include <algorithm>
@@ -12,14 +13,7 @@ namespace tessavox {
 
 namespace {
 
-std::string_view trimmed(std::string_view text)
-{
-    constexpr std::string_view blanks = " \t";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
+constexpr std::string_view blanks = " \t";
 
 bool same_word(std::string_view text, std::string_view word)
 {
@@ -31,7 +25,7 @@ bool same_word(std::string_view text, std::string_view word)
 
 std::optional<double> to_number(std::string_view text)
 {
-    text = trimmed(text);
+    text = trimmed(text, blanks);
     if (text.starts_with('+') && !text.starts_with("+-"))
         text.remove_prefix(1);
     // The library's conversion takes the words for infinity and not-a-number as well.
@@ -57,7 +51,7 @@ std::int16_t to_integer16(std::string_view text)
 
 int leading_number(std::string_view text)
 {
-    text = trimmed(text);
+    text = trimmed(text, blanks);
     int number = 0;
     std::from_chars(text.data(), text.data() + text.size(), number);
     return number;
@@ -65,9 +59,9 @@ int leading_number(std::string_view text)
 
 bool to_boolean(std::string_view text)
 {
-    if (same_word(trimmed(text), "true"))
+    if (same_word(trimmed(text, blanks), "true"))
         return true;
-    if (same_word(trimmed(text), "false"))
+    if (same_word(trimmed(text, blanks), "false"))
         return false;
     const std::optional<double> number = to_number(text);
     if (!number)

@@ -1,4 +1,4 @@
-// Lists in one text.
+// Lists in one text, and the blanks round their pieces.
 #pragma once
 
 #include <string_view>
@@ -16,6 +16,15 @@ inline std::vector<std::string_view> split(std::string_view text, char separator
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
     return pieces;
+}
+
+/// The text without the blanks at its ends.
+constexpr std::string_view trimmed(std::string_view text, std::string_view blanks = " \t\r\n")
+{
+    const std::size_t begin = text.find_first_not_of(blanks);
+    if (begin == std::string_view::npos)
+        return {};
+    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
 } // namespace tessavox

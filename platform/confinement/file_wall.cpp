@@ -1,6 +1,8 @@
 // The wall around files: Landlock, https://docs.kernel.org/userspace-api/landlock.html
 #include "platform/confinement/confinement.h"
 
+#include "platform/descriptor.h"
+
 #include <cstdint>
 #include <fcntl.h>
 #include <linux/landlock.h>
@@ -30,25 +32,6 @@ struct Rules {
     std::uint64_t files = 0;
     std::uint64_t network = 0;
     std::uint64_t scopes = 0;
-};
-
-class Descriptor {
-public:
-    explicit Descriptor(long number)
-        : m_number(static_cast<int>(number))
-    {
-    }
-    ~Descriptor()
-    {
-        if (m_number >= 0)
-            close(m_number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return m_number; }
-
-private:
-    int m_number;
 };
 
 Rules all_rules(long version)
@@ -91,7 +74,8 @@ bool confine_files(const Confinement& confinement)
     const std::size_t size = version >= 6 ? sizeof rules
         : version >= 4                    ? 2 * sizeof rules.files
                                           : sizeof rules.files;
-    const Descriptor ruleset(syscall(SYS_landlock_create_ruleset, &rules, size, 0));
+    const Descriptor ruleset(
+        static_cast<int>(syscall(SYS_landlock_create_ruleset, &rules, size, 0)));
     if (ruleset.get() < 0)
         return false;
     const std::uint64_t read

@@ -3,6 +3,7 @@
 #include "platform/conversion/converters.h"
 #include "platform/failure.h"
 #include "platform/rtf/reader.h"
+#include "platform/temporary_folder.h"
 #include "platform/text.h"
 #include "platform/text_files/plain_text.h"
 
@@ -33,31 +34,6 @@ DocumentKind kind_of(const std::string& bytes)
         || start.find("<!doctype html") != std::string::npos;
     return is_page ? DocumentKind::html : DocumentKind::other;
 }
-
-/// Of one conversion; goes with all that was put there.
-class PrivateFolder {
-public:
-    PrivateFolder()
-    {
-        std::string name = (fs::temp_directory_path() / "tessavox-XXXXXX").string();
-        if (!::mkdtemp(name.data()))
-            throw Failure("no folder for a conversion");
-        m_path = name;
-    }
-    ~PrivateFolder()
-    {
-        std::error_code ignored;
-        fs::remove_all(m_path, ignored);
-    }
-    PrivateFolder(const PrivateFolder&) = delete;
-    PrivateFolder& operator=(const PrivateFolder&) = delete;
-
-    const std::string& path() const { return m_path; }
-    std::string file(const char* name) const { return m_path + "/" + name; }
-
-private:
-    std::string m_path;
-};
 
 /// A program in a process group of its own, which ends with this.
 class Conversion {
@@ -134,12 +110,12 @@ std::u16string WordProcessorFiles::text_of(const std::string& path)
     for (const Converter& converter : converters) {
         if (!(converter.kinds & bit(kind)) || ::access(converter.program, X_OK) != 0)
             continue;
-        const PrivateFolder folder;
-        m_files.write(folder.file(converted_document), bytes, Durability::fleeting);
+        const TemporaryFolder folder;
+        m_files.write(folder / converted_document, bytes, Durability::fleeting);
         if (!run(folder.path(), converter))
             break;
         std::string text;
-        attempt([&] { text = m_files.read(folder.file(converted_text)); });
+        attempt([&] { text = m_files.read(folder / converted_text); });
         if (text.find_first_not_of(" \t\r\n\f") != std::string::npos)
             return decode_plain_text(text).text;
     }

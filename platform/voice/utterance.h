@@ -105,4 +105,16 @@ struct Rendering {
     std::vector<PhoneMark> phones;
 };
 
+/// Sets each mark where `moved` says that its frame has gone, after the samples were moved.
+template <class Moved> void move_marks(Rendering& rendering, Moved moved)
+{
+    for (WordMark& word : rendering.words)
+        word.frame = moved(word.frame);
+    for (PhoneMark& phone : rendering.phones) {
+        const std::uint64_t end = moved(phone.frame + phone.frames);
+        phone.frame = moved(phone.frame);
+        phone.frames = end - phone.frame;
+    }
+}
+
 } // namespace tessavox::voice

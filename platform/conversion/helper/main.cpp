@@ -1,5 +1,6 @@
 // tessavox-document-helper FOLDER PROGRAM: goes into its folder, confines itself for good, and
 // becomes one of the programs that turn a document into plain text.
+#include "platform/argument_pointers.h"
 #include "platform/confinement/confinement.h"
 #include "platform/conversion/converters.h"
 
@@ -47,24 +48,17 @@ void confine_in(const std::string& folder)
 
 [[noreturn]] void become(const Converter& converter, const std::string& folder)
 {
-    const std::string home = "HOME=" + folder;
-    const std::string temporary = "TMPDIR=" + folder;
-    const char* const environment[]
-        = { home.c_str(), temporary.c_str(), "LANG=C.UTF-8", "PATH=/usr/bin:/bin", nullptr };
-    std::vector<std::string> texts{ converter.program };
+    std::vector<std::string> environment{ "HOME=" + folder, "TMPDIR=" + folder, "LANG=C.UTF-8",
+        "PATH=/usr/bin:/bin" };
+    std::vector<std::string> arguments{ converter.program };
     for (std::size_t i = 0; i < std::size(converter.arguments) && converter.arguments[i]; ++i) {
         std::string text = converter.arguments[i];
         if (const std::size_t place = text.find("%1"); place != std::string::npos)
             text.replace(place, 2, folder);
-        texts.push_back(std::move(text));
+        arguments.push_back(std::move(text));
     }
-    std::vector<char*> arguments;
-    arguments.reserve(texts.size() + 1);
-    for (std::string& text : texts)
-        arguments.push_back(text.data());
-    arguments.push_back(nullptr);
-    // The system's call takes what it doesn't change as if it did.
-    execve(converter.program, arguments.data(), const_cast<char* const*>(environment));
+    execve(converter.program, argument_pointers(arguments).data(),
+        argument_pointers(environment).data());
     _exit(not_started);
 }
 

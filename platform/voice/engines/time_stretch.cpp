@@ -47,18 +47,11 @@ void stretch(Rendering& rendering, double speed, double pitch)
     const double before = static_cast<double>(rendering.samples.size());
     rendering.samples = stretched(rendering, speed, pitch);
     const double ratio = static_cast<double>(rendering.samples.size()) / before;
-    const auto moved = [&](std::uint64_t frame) {
+    move_marks(rendering, [&](std::uint64_t frame) {
         return std::min<std::uint64_t>(
             static_cast<std::uint64_t>(std::floor(static_cast<double>(frame) * ratio)),
             rendering.samples.size());
-    };
-    for (WordMark& word : rendering.words)
-        word.frame = moved(word.frame);
-    for (PhoneMark& phone : rendering.phones) {
-        const std::uint64_t end = moved(phone.frame + phone.frames);
-        phone.frame = moved(phone.frame);
-        phone.frames = end - phone.frame;
-    }
+    });
 }
 
 } // namespace tessavox::voice

@@ -11,15 +11,6 @@ namespace tessavox::voice {
 
 namespace {
 
-std::string_view trimmed(std::string_view text)
-{
-    constexpr std::string_view blanks = " \t\r\n";
-    const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == std::string_view::npos)
-        return {};
-    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
-}
-
 std::optional<unsigned> hexadecimal(std::string_view text)
 {
     text = trimmed(text);

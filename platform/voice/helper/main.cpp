@@ -5,6 +5,7 @@
 //   tessavox-voice-helper --check FILE
 // Tells what is wrong with the description of a voice or with a Piper model.
 #include "platform/confinement/confinement.h"
+#include "platform/descriptor.h"
 #include "platform/failure.h"
 #include "platform/voice/engines/voice_catalog.h"
 #include "platform/voice/helper/voice_check.h"
@@ -13,7 +14,6 @@
 
 #include <array>
 #include <atomic>
-#include <cerrno>
 #include <condition_variable>
 #include <csignal>
 #include <cstdio>
@@ -79,42 +79,15 @@ private:
     std::atomic<bool> m_dropped{ false };
 };
 
-// Fills all of `bytes`. False at the end of the input.
-bool read_all(std::span<std::byte> bytes)
-{
-    while (!bytes.empty()) {
-        const ssize_t got = read(STDIN_FILENO, bytes.data(), bytes.size());
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got <= 0)
-            return false;
-        bytes = bytes.subspan(static_cast<std::size_t>(got));
-    }
-    return true;
-}
-
-bool write_all(std::span<const std::byte> bytes)
-{
-    while (!bytes.empty()) {
-        const ssize_t put = write(STDOUT_FILENO, bytes.data(), bytes.size());
-        if (put < 0 && errno == EINTR)
-            continue;
-        if (put <= 0)
-            return false;
-        bytes = bytes.subspan(static_cast<std::size_t>(put));
-    }
-    return true;
-}
-
 // One request, or one withdrawal. False at the end of the input.
 bool receive_one(OrderBox& box, WireBytes& message)
 {
     std::array<std::byte, sizeof(WireHeader)> start;
-    if (!read_all(start))
+    if (!read_all(STDIN_FILENO, start))
         return false;
     const WireHeader header = *peek_header(start);
     message.resize(header.length);
-    if (!read_all(message))
+    if (!read_all(STDIN_FILENO, message))
         return false;
     if (message.empty())
         box.drop_up_to(header.job);
@@ -172,20 +145,15 @@ public:
     SilentErrors()
         : m_errors(dup(STDERR_FILENO))
     {
-        const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
-        dup2(nowhere, STDERR_FILENO);
-        close(nowhere);
+        const Descriptor nowhere(open("/dev/null", O_WRONLY | O_CLOEXEC));
+        dup2(nowhere.get(), STDERR_FILENO);
     }
-    ~SilentErrors()
-    {
-        dup2(m_errors, STDERR_FILENO);
-        close(m_errors);
-    }
+    ~SilentErrors() { dup2(m_errors.get(), STDERR_FILENO); }
     SilentErrors(const SilentErrors&) = delete;
     SilentErrors& operator=(const SilentErrors&) = delete;
 
 private:
-    int m_errors;
+    Descriptor m_errors;
 };
 
 std::unique_ptr<VoiceCatalog> start_engines_within_walls(
@@ -218,7 +186,7 @@ std::unique_ptr<VoiceCatalog> start_engines_within_walls(
     std::thread([&box] { receive(box); }).detach();
     WireBytes message;
     append_greeting(message, catalog->tokens());
-    while (write_all(message)) {
+    while (write_all(STDOUT_FILENO, message)) {
         const OrderBox::Order order = box.take();
         message.clear();
         append_answer(message, order.job, render(*catalog, order, box.dropped()));

@@ -1,5 +1,6 @@
 #include "platform/voice/natural/small_file.h"
 
+#include "platform/descriptor.h"
 #include "platform/failure.h"
 
 #include <algorithm>
@@ -13,38 +14,19 @@
 
 namespace tessavox::voice {
 
-namespace {
-
-class OpenFile {
-public:
-    // Without waiting: a pipe that nobody writes to would hold us for ever.
-    explicit OpenFile(const std::filesystem::path& path)
-        : m_file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY))
-    {
-        if (m_file < 0)
-            throw Failure("can't be opened: " + std::generic_category().message(errno));
-    }
-    ~OpenFile() { ::close(m_file); }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-    int number() const { return m_file; }
-
-private:
-    int m_file;
-};
-
-} // namespace
-
 std::string read_small_file(const std::filesystem::path& path, std::size_t most_bytes)
 {
-    const OpenFile file(path);
+    // Without waiting: a pipe that nobody writes to would hold us for ever.
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (file.get() < 0)
+        throw Failure("can't be opened: " + std::generic_category().message(errno));
     struct stat facts { };
-    if (::fstat(file.number(), &facts) != 0 || !S_ISREG(facts.st_mode))
+    if (::fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode))
         throw Failure("is no plain file");
     std::string text;
     std::array<char, 65'536> piece{};
     for (ssize_t got = 1; got != 0;) {
-        got = ::read(file.number(), piece.data(), piece.size());
+        got = ::read(file.get(), piece.data(), piece.size());
         if (got < 0 && errno != EINTR)
             throw Failure("can't be read: " + std::generic_category().message(errno));
         text.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(got, 0)));

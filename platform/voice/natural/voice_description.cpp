@@ -1,6 +1,7 @@
 #include "platform/voice/natural/voice_description.h"
 
 #include "platform/failure.h"
+#include "platform/split.h"
 #include "platform/text.h"
 
 #include <algorithm>
@@ -39,14 +40,6 @@ constexpr ModeRow modes[] = {
     { "wave", CommandMode::wave, "{out}", "{text}" },
     { "frames", CommandMode::frames, "", "" },
 };
-
-std::string_view trimmed(std::string_view text)
-{
-    constexpr std::string_view blanks = " \t\r";
-    const std::size_t begin = std::min(text.find_first_not_of(blanks), text.size());
-    const std::size_t end = text.find_last_not_of(blanks);
-    return end == std::string_view::npos ? std::string_view() : text.substr(begin, end + 1 - begin);
-}
 
 std::string quoted(std::string_view text)
 {

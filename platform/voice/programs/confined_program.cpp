@@ -1,5 +1,6 @@
 #include "platform/voice/programs/confined_program.h"
 
+#include "platform/argument_pointers.h"
 #include "platform/confinement/confinement.h"
 #include "platform/failure.h"
 
@@ -47,16 +48,6 @@ std::vector<std::string> environment_in(const fs::path& folder)
     return environment;
 }
 
-std::vector<char*> pointers_to(std::vector<std::string>& texts)
-{
-    std::vector<char*> pointers;
-    pointers.reserve(texts.size() + 1);
-    for (std::string& text : texts)
-        pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
-}
-
 void put_up_walls(const ProgramOrder& order)
 {
     Confinement walls;
@@ -73,23 +64,25 @@ void put_up_walls(const ProgramOrder& order)
 
 /// A pipe, of which the program gets one end.
 struct Pipe {
-    std::array<int, 2> ends{ -1, -1 };
-    Pipe() = default;
-    ~Pipe()
+    Descriptor reader;
+    Descriptor writer;
+
+    bool open()
     {
-        for (const int end : ends)
-            if (end >= 0)
-                close(end);
-    }
-    Pipe(const Pipe&) = delete;
-    Pipe& operator=(const Pipe&) = delete;
-    bool open() { return pipe2(ends.data(), O_CLOEXEC) == 0; }
-    int keep(std::size_t end)
-    {
-        fcntl(ends[end], F_SETFL, O_NONBLOCK);
-        return std::exchange(ends[end], -1);
+        std::array<int, 2> ends{ -1, -1 };
+        const bool opened = pipe2(ends.data(), O_CLOEXEC) == 0;
+        reader = Descriptor(ends[0]);
+        writer = Descriptor(ends[1]);
+        return opened;
     }
 };
+
+/// What stays here of a pipe.
+Descriptor kept(Descriptor end)
+{
+    fcntl(end.get(), F_SETFL, O_NONBLOCK);
+    return end;
+}
 
 [[noreturn]] void become(const ProgramOrder& order, pid_t parent, std::array<int, 3> streams)
 {
@@ -107,12 +100,12 @@ struct Pipe {
     sigprocmask(SIG_SETMASK, &none, nullptr);
     std::vector<std::string> arguments = order.arguments;
     std::vector<std::string> environment = environment_in(order.folder);
-    const std::vector<char*> argument_pointers = pointers_to(arguments);
-    const std::vector<char*> environment_pointers = pointers_to(environment);
+    const std::vector<char*> argument_list = argument_pointers(arguments);
+    const std::vector<char*> environment_list = argument_pointers(environment);
     constexpr int cannot_run = 127;
     if (chdir(order.folder.c_str()) == 0) {
         put_up_walls(order);
-        execve(argument_pointers[0], argument_pointers.data(), environment_pointers.data());
+        execve(argument_list[0], argument_list.data(), environment_list.data());
     }
     dprintf(STDERR_FILENO, "can't run %s: %s\n", arguments.front().c_str(), std::strerror(errno));
     _exit(cannot_run);
@@ -132,28 +125,20 @@ ConfinedProgram::ConfinedProgram(const ProgramOrder& order)
     const pid_t parent = getpid();
     m_process = fork();
     if (m_process == 0)
-        become(order, parent, { input.ends[0], output.ends[1], errors.ends[1] });
+        become(order, parent, { input.reader.get(), output.writer.get(), errors.writer.get() });
     if (m_process < 0)
         throw Failure("no process for a program");
     setpgid(m_process, m_process); // whoever of both comes first
-    m_process_descriptor = static_cast<int>(syscall(SYS_pidfd_open, m_process, 0));
-    m_input = input.keep(1);
-    m_output = output.keep(0);
-    m_errors = errors.keep(0);
+    m_process_descriptor = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, m_process, 0)));
+    m_input = kept(std::move(input.writer));
+    m_output = kept(std::move(output.reader));
+    m_errors = kept(std::move(errors.reader));
 }
 
 ConfinedProgram::~ConfinedProgram()
 {
     kill(-m_process, SIGKILL);
     while (waitpid(-m_process, nullptr, 0) > 0 || errno == EINTR) { }
-    for (const int descriptor : { m_process_descriptor, m_input, m_output, m_errors })
-        if (descriptor >= 0)
-            close(descriptor);
-}
-
-void ConfinedProgram::close_input()
-{
-    close(std::exchange(m_input, -1));
 }
 
 std::optional<std::string> ConfinedProgram::end() const

@@ -1,6 +1,8 @@
 // A program of somebody else's, within walls of its own.
 #pragma once
 
+#include "platform/descriptor.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -33,22 +35,22 @@ public:
     ConfinedProgram& operator=(const ConfinedProgram&) = delete;
 
     /// Ours of its standard input, output and errors; none of them waits. -1 once closed.
-    int input() const { return m_input; }
-    int output() const { return m_output; }
-    int errors() const { return m_errors; }
-    void close_input();
+    int input() const { return m_input.get(); }
+    int output() const { return m_output.get(); }
+    int errors() const { return m_errors.get(); }
+    void close_input() { m_input = Descriptor(); }
     /// Readable once it has ended.
-    int process() const { return m_process_descriptor; }
+    int process() const { return m_process_descriptor.get(); }
     /// How it ended: "ended with 3", "was ended by signal 11". Nothing while it runs.
     std::optional<std::string> end() const;
     bool ended_well() const;
 
 private:
     pid_t m_process = -1;
-    int m_process_descriptor = -1;
-    int m_input = -1;
-    int m_output = -1;
-    int m_errors = -1;
+    Descriptor m_process_descriptor;
+    Descriptor m_input;
+    Descriptor m_output;
+    Descriptor m_errors;
 };
 
 } // namespace tessavox::voice

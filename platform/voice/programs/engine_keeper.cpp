@@ -1,5 +1,6 @@
 #include "platform/voice/programs/engine_keeper.h"
 
+#include "platform/descriptor.h"
 #include "platform/failure.h"
 #include "platform/voice/programs/engine_process.h"
 
@@ -50,32 +51,6 @@ struct AnswerHeader {
     std::uint32_t failed = 0; // then the bytes are a message
     std::uint32_t length = 0;
 };
-
-bool write_all(int socket, std::span<const std::byte> bytes)
-{
-    while (!bytes.empty()) {
-        const ssize_t put = write(socket, bytes.data(), bytes.size());
-        if (put < 0 && errno == EINTR)
-            continue;
-        if (put <= 0)
-            return false;
-        bytes = bytes.subspan(static_cast<std::size_t>(put));
-    }
-    return true;
-}
-
-bool read_all(int socket, std::span<std::byte> bytes)
-{
-    while (!bytes.empty()) {
-        const ssize_t got = read(socket, bytes.data(), bytes.size());
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got <= 0)
-            return false;
-        bytes = bytes.subspan(static_cast<std::size_t>(got));
-    }
-    return true;
-}
 
 template <class Header> std::span<const std::byte> bytes_of(const Header& header)
 {
@@ -246,14 +221,8 @@ EngineKeeper::EngineKeeper(const VoicePlaces& places)
         keep_engines(ends[1], places);
     }
     close(ends[1]);
-    m_socket = ends[0];
-    fcntl(m_socket, F_SETFL, O_NONBLOCK);
-}
-
-EngineKeeper::~EngineKeeper()
-{
-    if (m_socket >= 0)
-        close(m_socket);
+    m_socket = Descriptor(ends[0]);
+    fcntl(m_socket.get(), F_SETFL, O_NONBLOCK);
 }
 
 std::vector<std::byte> EngineKeeper::say(
@@ -262,15 +231,15 @@ std::vector<std::byte> EngineKeeper::say(
     const OrderHeader order{ ++m_last_order, line.anew ? 1U : 0U,
         static_cast<std::uint32_t>(line.voice_id.size()),
         static_cast<std::uint32_t>(line.text.size()), 0 };
-    if (!write_all(m_socket, bytes_of(order))
-        || !write_all(m_socket, std::as_bytes(std::span(line.voice_id)))
-        || !write_all(m_socket, std::as_bytes(std::span(line.text))))
+    if (!write_all(m_socket.get(), bytes_of(order))
+        || !write_all(m_socket.get(), std::as_bytes(std::span(line.voice_id)))
+        || !write_all(m_socket.get(), std::as_bytes(std::span(line.text))))
         throw Failure("nobody is there to start it");
     // How soon a stop is noticed.
     constexpr int look_milliseconds = 10;
     std::vector<std::byte> answer;
     while (!cancelled && !receive(order.number, answer)) {
-        pollfd readable{ m_socket, POLLIN, 0 };
+        pollfd readable{ m_socket.get(), POLLIN, 0 };
         poll(&readable, 1, look_milliseconds);
     }
     return answer;
@@ -283,7 +252,7 @@ bool EngineKeeper::receive(std::uint64_t number, std::vector<std::byte>& answer)
     constexpr std::size_t piece = 65'536;
     const std::size_t before = m_incoming.size();
     m_incoming.resize(before + piece);
-    const ssize_t got = read(m_socket, m_incoming.data() + before, piece);
+    const ssize_t got = read(m_socket.get(), m_incoming.data() + before, piece);
     m_incoming.resize(before + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
     if (got == 0)
         throw Failure("what starts it has gone");

@@ -13,6 +13,7 @@
 // along: the keeper ends the engines' process groups and removes their folders.
 #pragma once
 
+#include "platform/descriptor.h"
 #include "platform/voice/natural/natural_voices.h"
 
 #include <atomic>
@@ -45,9 +46,6 @@ class EngineKeeper {
 public:
     /// Starts the keeper. To be called before there are other threads. Without one, say() fails.
     explicit EngineKeeper(const VoicePlaces& places);
-    ~EngineKeeper();
-    EngineKeeper(const EngineKeeper&) = delete;
-    EngineKeeper& operator=(const EngineKeeper&) = delete;
 
     /// What the program of a voice answers to a line (see EngineProcess::say). Returns early, with
     /// nothing, when `cancelled` turns true. @throws Failure with what it did wrong.
@@ -56,7 +54,7 @@ public:
 private:
     bool receive(std::uint64_t number, std::vector<std::byte>& answer);
 
-    int m_socket = -1;
+    Descriptor m_socket;
     std::uint64_t m_last_order = 0;
     std::vector<std::byte> m_incoming;
 };

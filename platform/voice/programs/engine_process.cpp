@@ -1,5 +1,6 @@
 #include "platform/voice/programs/engine_process.h"
 
+#include "platform/descriptor.h"
 #include "platform/failure.h"
 #include "platform/voice/natural/small_file.h"
 #include "platform/voice/programs/sound_answer.h"
@@ -103,19 +104,16 @@ public:
     {
         std::error_code ignored;
         fs::create_directory(folder, ignored);
-        if (inotify_add_watch(m_descriptor, folder.c_str(), IN_CLOSE_WRITE | IN_MOVED_TO) < 0)
+        if (inotify_add_watch(descriptor(), folder.c_str(), IN_CLOSE_WRITE | IN_MOVED_TO) < 0)
             throw Failure("the folder of its sound can't be watched");
     }
-    ~Watch() { close(m_descriptor); }
-    Watch(const Watch&) = delete;
-    Watch& operator=(const Watch&) = delete;
 
-    int descriptor() const { return m_descriptor; }
+    int descriptor() const { return m_descriptor.get(); }
     std::vector<std::string> names()
     {
         std::vector<std::string> found;
         alignas(inotify_event) std::array<char, 4096> events{};
-        for (ssize_t got = 0; (got = read(m_descriptor, events.data(), events.size())) > 0;)
+        for (ssize_t got = 0; (got = read(descriptor(), events.data(), events.size())) > 0;)
             for (const char* at = events.data(); at < events.data() + got;) {
                 const auto* event = reinterpret_cast<const inotify_event*>(at);
                 if (event->len > 0)
@@ -126,7 +124,7 @@ public:
     }
 
 private:
-    const int m_descriptor;
+    const Descriptor m_descriptor;
 };
 
 EngineProcess::EngineProcess(NaturalVoice voice)

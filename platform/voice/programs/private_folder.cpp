@@ -28,18 +28,16 @@ fs::path place_of_folders()
     return fs::temp_directory_path(error);
 }
 
-// The descriptor of a folder of ours that nobody holds, which is then locked; -1 if it is held, is
-// another user's or is none.
-int locked_folder(const fs::path& path)
+// A folder of ours that nobody holds, which is then locked; nothing if it is held, is another
+// user's or is none.
+Descriptor locked_folder(const fs::path& path)
 {
-    const int folder = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+    Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     struct stat facts { };
-    if (folder >= 0 && fstat(folder, &facts) == 0 && facts.st_uid == geteuid()
-        && flock(folder, LOCK_EX | LOCK_NB) == 0)
-        return folder;
-    if (folder >= 0)
-        close(folder);
-    return -1;
+    if (folder.get() < 0 || fstat(folder.get(), &facts) != 0 || facts.st_uid != geteuid()
+        || flock(folder.get(), LOCK_EX | LOCK_NB) != 0)
+        return Descriptor();
+    return folder;
 }
 
 void remove_what_others_left(const fs::path& place)
@@ -50,10 +48,9 @@ void remove_what_others_left(const fs::path& place)
         const fs::path path = entry->path();
         if (!path.filename().native().starts_with(name_start))
             continue;
-        if (const int lock = locked_folder(path); lock >= 0) {
+        if (const Descriptor lock = locked_folder(path); lock.get() >= 0) {
             std::error_code ignored;
             fs::remove_all(path, ignored);
-            close(lock);
         }
     }
 }
@@ -66,19 +63,17 @@ PrivateFolder::PrivateFolder()
     remove_what_others_left(place);
     // Another process may take a new folder for one that was left, until it is locked.
     constexpr int most_attempts = 10;
-    for (int attempts = 0; attempts < most_attempts && m_lock < 0; ++attempts) {
+    for (int attempts = 0; attempts < most_attempts && m_lock.get() < 0; ++attempts) {
         std::string name = (place / name_start).native() + "XXXXXX";
         if (!mkdtemp(name.data()))
             break;
         m_path = name;
         m_lock = locked_folder(m_path);
         struct stat facts { };
-        if (m_lock >= 0 && stat(name.c_str(), &facts) != 0) {
-            close(m_lock);
-            m_lock = -1;
-        }
+        if (stat(name.c_str(), &facts) != 0)
+            m_lock = Descriptor();
     }
-    if (m_lock < 0)
+    if (m_lock.get() < 0)
         throw Failure("no private folder can be made in " + place.string());
 }
 
@@ -86,7 +81,6 @@ PrivateFolder::~PrivateFolder()
 {
     std::error_code ignored;
     fs::remove_all(m_path, ignored);
-    close(m_lock);
 }
 
 } // namespace tessavox::voice

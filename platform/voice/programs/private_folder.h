@@ -1,6 +1,8 @@
 // The one place where an engine's program may write.
 #pragma once
 
+#include "platform/descriptor.h"
+
 #include <filesystem>
 
 namespace tessavox::voice {
@@ -20,7 +22,7 @@ public:
 
 private:
     std::filesystem::path m_path;
-    int m_lock = -1; // of the folder: tells others that its process lives
+    Descriptor m_lock; // of the folder: tells others that its process lives
 };
 
 } // namespace tessavox::voice

@@ -62,17 +62,10 @@ void trim(Rendering& rendering, bool ends_sentence)
     rendering.samples.erase(rendering.samples.begin(), rendering.samples.begin() + begin);
     rendering.samples.resize(
         rendering.samples.size() + static_cast<std::size_t>(pause * rendering.sample_rate));
-    const auto moved = [&](std::uint64_t frame) {
+    move_marks(rendering, [&](std::uint64_t frame) {
         return std::min(frame - std::min(frame, static_cast<std::uint64_t>(begin)),
             static_cast<std::uint64_t>(rendering.samples.size()));
-    };
-    for (WordMark& word : rendering.words)
-        word.frame = moved(word.frame);
-    for (PhoneMark& phone : rendering.phones) {
-        const std::uint64_t phone_end = moved(phone.frame + phone.frames);
-        phone.frame = moved(phone.frame);
-        phone.frames = phone_end - phone.frame;
-    }
+    });
     std::erase_if(rendering.phones, [](const PhoneMark& phone) { return phone.frames == 0; });
 }
 

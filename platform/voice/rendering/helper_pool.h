@@ -1,6 +1,7 @@
 // Where the helper processes come from.
 #pragma once
 
+#include "platform/descriptor.h"
 #include "platform/failure.h"
 #include "platform/voice/rendering/helper_process.h"
 
@@ -15,7 +16,6 @@
 #include <vector>
 
 #include <sys/eventfd.h>
-#include <unistd.h>
 
 namespace tessavox::voice {
 
@@ -26,25 +26,22 @@ public:
     WakeSignal()
         : m_descriptor(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
     {
-        if (m_descriptor < 0)
+        if (descriptor() < 0)
             throw Failure("no descriptor to be woken by");
     }
-    ~WakeSignal() { close(m_descriptor); }
-    WakeSignal(const WakeSignal&) = delete;
-    WakeSignal& operator=(const WakeSignal&) = delete;
 
     /// Readable from raise() to clear(). Neither can fail in a way that matters: a counter that is
     /// full or empty is as wanted.
-    int descriptor() const { return m_descriptor; }
-    void raise() { eventfd_write(m_descriptor, 1); }
+    int descriptor() const { return m_descriptor.get(); }
+    void raise() { eventfd_write(descriptor(), 1); }
     void clear()
     {
         eventfd_t count = 0;
-        eventfd_read(m_descriptor, &count);
+        eventfd_read(descriptor(), &count);
     }
 
 private:
-    int m_descriptor;
+    Descriptor m_descriptor;
 };
 
 /// When a helper counts as hanging: after so long, and so much more for each code unit of what it

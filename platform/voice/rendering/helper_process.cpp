@@ -1,5 +1,6 @@
 #include "platform/voice/rendering/helper_process.h"
 
+#include "platform/argument_pointers.h"
 #include "platform/failure.h"
 
 #include <cerrno>
@@ -56,27 +57,20 @@ HelperProcess::HelperProcess(std::vector<std::string> command)
     int ends[2];
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0)
         throw Failure("no socket for a helper");
-    m_descriptor = ends[0];
-    fcntl(m_descriptor, F_SETFL, O_NONBLOCK);
-    std::vector<char*> arguments;
-    arguments.reserve(command.size() + 1);
-    for (std::string& argument : command)
-        arguments.push_back(argument.data());
-    arguments.push_back(nullptr);
+    m_descriptor = Descriptor(ends[0]);
+    const Descriptor helpers_end(ends[1]);
+    fcntl(descriptor(), F_SETFL, O_NONBLOCK);
+    const std::vector<char*> arguments = argument_pointers(command);
     const SpawnSettings settings(ends[1]);
     const int error = posix_spawn(&m_process, arguments.front(), settings.actions(),
         settings.attributes(), arguments.data(), environ);
-    close(ends[1]);
-    if (error != 0) {
-        close(m_descriptor);
+    if (error != 0)
         throw Failure("can't start " + command.front() + ": " + std::strerror(error));
-    }
 }
 
 HelperProcess::~HelperProcess()
 {
     end();
-    close(m_descriptor);
 }
 
 void HelperProcess::assign(std::uint64_t job, const WireRequest& request)
@@ -102,7 +96,7 @@ void HelperProcess::exchange()
 void HelperProcess::send_some()
 {
     while (wants_to_send()) {
-        const ssize_t sent = send(m_descriptor, m_outgoing.data() + m_sent,
+        const ssize_t sent = send(descriptor(), m_outgoing.data() + m_sent,
             m_outgoing.size() - m_sent, MSG_NOSIGNAL | MSG_DONTWAIT);
         if (sent < 0 && errno == EINTR)
             continue;
@@ -122,7 +116,7 @@ void HelperProcess::receive_some()
     for (;;) {
         const std::size_t before = m_incoming.size();
         m_incoming.resize(before + piece);
-        const ssize_t got = recv(m_descriptor, m_incoming.data() + before, piece, MSG_DONTWAIT);
+        const ssize_t got = recv(descriptor(), m_incoming.data() + before, piece, MSG_DONTWAIT);
         m_incoming.resize(before + static_cast<std::size_t>(got > 0 ? got : 0));
         if (got > 0) {
             // Whoever sends more than was asked for is stopped here, before it fills the memory.

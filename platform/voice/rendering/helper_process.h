@@ -1,6 +1,7 @@
 // One helper process, its socket, and what is on the way through it.
 #pragma once
 
+#include "platform/descriptor.h"
 #include "platform/voice/rendering/render_wire.h"
 
 #include <chrono>
@@ -25,7 +26,7 @@ public:
     HelperProcess(const HelperProcess&) = delete;
     HelperProcess& operator=(const HelperProcess&) = delete;
 
-    int descriptor() const { return m_descriptor; }
+    int descriptor() const { return m_descriptor.get(); }
     /// Whether something waits to be sent.
     bool wants_to_send() const { return m_sent < m_outgoing.size(); }
     /// What it owes an answer to, the oldest first. Job 0 is the greeting.
@@ -50,7 +51,7 @@ private:
     void receive_some();
 
     pid_t m_process = -1;
-    int m_descriptor = -1;
+    Descriptor m_descriptor;
     WireBytes m_outgoing;
     std::size_t m_sent = 0;
     WireBytes m_incoming;

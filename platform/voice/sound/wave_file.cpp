@@ -2,6 +2,7 @@
 // Specifications 1.0" (1991), and past 4 GiB the RF64 form of EBU Tech 3306.
 #include "platform/voice/sound/wave_file.h"
 
+#include "platform/descriptor.h"
 #include "platform/failure.h"
 
 #include <sndfile.h>
@@ -25,45 +26,16 @@ namespace tessavox::voice {
 
 namespace {
 
-class FileDescriptor {
-public:
-    FileDescriptor() = default;
-    explicit FileDescriptor(int number)
-        : m_number(number)
-    {
-    }
-    FileDescriptor(FileDescriptor&& other) noexcept
-        : m_number(std::exchange(other.m_number, -1))
-    {
-    }
-    FileDescriptor& operator=(FileDescriptor&& other) noexcept
-    {
-        std::swap(m_number, other.m_number);
-        return *this;
-    }
-    ~FileDescriptor()
-    {
-        if (m_number >= 0)
-            ::close(m_number);
-    }
-
-    int get() const { return m_number; }
-    int release() { return std::exchange(m_number, -1); }
-
-private:
-    int m_number = -1;
-};
-
 /// Opens a regular file, or creates one if `flags` say so; symbolic links are followed. Neither
 /// hangs on a pipe nor wakes a device. @throws Failure if it can't be opened or is something else.
-FileDescriptor open_regular_file(const std::string& path, int flags)
+Descriptor open_regular_file(const std::string& path, int flags)
 {
     constexpr mode_t everybody_as_the_mask_allows = 0666;
     struct stat status { };
     // Looked at before it is opened, as the very opening of a device may start something.
     if (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode))
         throw Failure(path + ": no regular file");
-    FileDescriptor file(::open(
+    Descriptor file(::open(
         path.c_str(), flags | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, everybody_as_the_mask_allows));
     if (file.get() < 0)
         throw Failure(path + ": " + std::generic_category().message(errno));
@@ -149,7 +121,7 @@ std::size_t write_some(int file, std::span<const std::byte> bytes, std::uint64_t
     return done;
 }
 
-void write_all(int file, std::span<const std::byte> bytes, std::uint64_t offset)
+void write_at(int file, std::span<const std::byte> bytes, std::uint64_t offset)
 {
     if (write_some(file, bytes, offset) < bytes.size())
         fail("writing a wave file");
@@ -170,7 +142,7 @@ void move_back(int file, std::uint64_t size)
                 fail("making room in a wave file");
             got += static_cast<std::size_t>(step);
         }
-        write_all(file, std::span(block).first(count), size + inserted);
+        write_at(file, std::span(block).first(count), size + inserted);
     }
 }
 
@@ -215,13 +187,13 @@ public:
     {
         if (m_file.get() < 0)
             return;
-        FileDescriptor file = std::move(m_file);
+        Descriptor file = std::move(m_file);
         const std::uint64_t end = header_bytes() + m_data;
         if (::ftruncate(file.get(), static_cast<off_t>(end)) != 0)
             fail("completing a wave file");
         const std::byte pad{};
         if (m_data % 2 == 1)
-            write_all(file.get(), std::span(&pad, 1), end);
+            write_at(file.get(), std::span(&pad, 1), end);
         if (::close(file.release()) != 0)
             fail("closing a wave file");
     }
@@ -255,7 +227,7 @@ private:
 
     template <class Part> void put(const Part& part, std::uint64_t offset) const
     {
-        write_all(m_file.get(), std::as_bytes(std::span(&part, 1)), offset);
+        write_at(m_file.get(), std::as_bytes(std::span(&part, 1)), offset);
     }
 
     void become_rf64()
@@ -269,7 +241,7 @@ private:
 
     PcmFormat m_format;
     std::uint64_t m_limit;
-    FileDescriptor m_file;
+    Descriptor m_file;
     std::uint64_t m_data = 0; // bytes of sound in the file
     bool m_is_rf64 = false;
 };
@@ -328,7 +300,7 @@ class SndfileReader final : public WaveReader {
 public:
     explicit SndfileReader(const std::string& path)
     {
-        FileDescriptor file = open_regular_file(path, O_RDONLY);
+        Descriptor file = open_regular_file(path, O_RDONLY);
         require_wave(file.get(), path);
         m_file.reset(sf_open_fd(file.get(), SFM_READ, &m_info, SF_FALSE));
         if (!m_file)
@@ -406,7 +378,7 @@ private:
     }
 
     SF_INFO m_info{};
-    FileDescriptor m_descriptor; // outlives the library's use
+    Descriptor m_descriptor; // outlives the library's use
     std::unique_ptr<SNDFILE, Closer> m_file;
     std::vector<float> m_block;
 };

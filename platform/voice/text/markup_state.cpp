@@ -1,5 +1,6 @@
 #include "platform/voice/text/markup_state.h"
 
+#include "platform/split.h"
 #include "platform/text.h"
 
 #include <algorithm>
@@ -29,15 +30,6 @@ const MarkupAttribute* find_attribute(const FoundTag& tag, std::string_view name
     const auto found = std::find_if(tag.attributes.begin(), tag.attributes.end(),
         [&](const MarkupAttribute& attribute) { return same_name(attribute.name, name); });
     return found == tag.attributes.end() ? nullptr : &*found;
-}
-
-std::string_view trimmed(std::string_view text)
-{
-    constexpr std::string_view blanks = " \t\r\n";
-    const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == std::string_view::npos)
-        return {};
-    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
 std::string text_of(const FoundTag& tag, std::string_view name)

@@ -1,6 +1,6 @@
 // What a confined process can still do; each case is a process of its own.
 #include "platform/confinement/confinement.h"
-#include "tests/platform/files/temporary_folder.h"
+#include "tests/platform/files/test_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -38,7 +38,7 @@ protected:
         return WIFEXITED(status) ? static_cast<Outcome>(WEXITSTATUS(status)) : refused;
     }
 
-    const TemporaryFolder folder;
+    const TestFolder folder;
     const fs::path mine = folder / "mine";
     const fs::path own = folder / "own";
     const fs::path data = folder / "data";

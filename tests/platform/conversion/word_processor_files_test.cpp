@@ -4,7 +4,7 @@
 #include "platform/failure.h"
 #include "platform/files/disk_file_store.h"
 #include "tests/fakes/fake_platform.h"
-#include "tests/platform/files/temporary_folder.h"
+#include "tests/platform/files/test_folder.h"
 
 #include <chrono>
 #include <gtest/gtest.h>
@@ -87,7 +87,7 @@ protected:
     }
     static bool has(const char* program) { return ::access(program, X_OK) == 0; }
 
-    TemporaryFolder folder;
+    TestFolder folder;
     DiskFileStore files;
     Work work;
     StringTable texts;

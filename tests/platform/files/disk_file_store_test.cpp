@@ -1,7 +1,7 @@
 #include "platform/files/disk_file_store.h"
 
 #include "tests/contract/file_store_contract.h"
-#include "tests/platform/files/temporary_folder.h"
+#include "tests/platform/files/test_folder.h"
 
 #include <csignal>
 #include <sys/resource.h>
@@ -22,7 +22,7 @@ public:
     }
 
 private:
-    TemporaryFolder m_folder;
+    TestFolder m_folder;
     DiskFileStore m_store;
 };
 
@@ -30,7 +30,7 @@ INSTANTIATE_TYPED_TEST_SUITE_P(Disk, FileStoreContract, DiskBed);
 
 class DiskFiles : public testing::Test {
 protected:
-    TemporaryFolder folder;
+    TestFolder folder;
     DiskFileStore store;
 };
 

@@ -1,6 +1,6 @@
 #include "platform/files/program_folders.h"
 
-#include "tests/platform/files/temporary_folder.h"
+#include "tests/platform/files/test_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@ namespace {
 
 TEST(Folders, TheDefaultsAreInstalledOnceAndNeverCompleted)
 {
-    const TemporaryFolder folder;
+    const TestFolder folder;
     folder.write("shipped/web.txt", "zero");
     folder.write("shipped/setting1.txt", "one");
     fs::permissions(folder / "shipped/web.txt", fs::perms::owner_read);
@@ -27,7 +27,7 @@ TEST(Folders, TheDefaultsAreInstalledOnceAndNeverCompleted)
 
 TEST(Folders, ShippedDataIsTheSourceTreesOnlyForAProgramInItsBuildFolder)
 {
-    const TemporaryFolder folder;
+    const TestFolder folder;
     fs::create_directories(folder / "build");
     fs::create_directories(folder / "source/share");
     fs::create_directories(folder / "usr/bin");

@@ -1,7 +1,7 @@
 #include "platform/files/recovery_folder.h"
 
 #include "platform/files/disk_file_store.h"
-#include "tests/platform/files/temporary_folder.h"
+#include "tests/platform/files/test_folder.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
@@ -27,7 +27,7 @@ struct Recovery : testing::Test {
         }
         return found;
     }
-    TemporaryFolder place;
+    TestFolder place;
     std::string path = place / "state/recovery";
     std::optional<RecoveryFolder> folder{ path };
 };

@@ -3,7 +3,7 @@
 #include "platform/qt/text_conversion.h"
 
 #include "tests/contract/dialogs_contract.h"
-#include "tests/platform/files/temporary_folder.h"
+#include "tests/platform/files/test_folder.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -121,7 +121,7 @@ public:
     }
 
 private:
-    TemporaryFolder m_folder;
+    TestFolder m_folder;
     NumberedTexts m_texts;
     QtMessageBoxes m_boxes;
     FixedFiles m_files;

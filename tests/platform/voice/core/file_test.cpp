@@ -1,5 +1,5 @@
 // The voice and wave files: speaking into them, and playing them.
-#include "tests/platform/files/temporary_folder.h"
+#include "tests/platform/files/test_folder.h"
 #include "tests/platform/voice/core/voice_bed.h"
 
 #include "platform/failure.h"
@@ -44,7 +44,7 @@ protected:
         return TextSlice(to_utf16(path("wave.wav")));
     }
 
-    const TemporaryFolder folder;
+    const TestFolder folder;
     VoiceBed bed;
     SpeechVoice& voice = *bed.voice;
     Listener& listener = bed.listener;

@@ -1,6 +1,6 @@
 // The real voice: text in, sound and events out. The device is the test's, so that it runs as fast
 // as the voice can speak; or there is none and a file takes the sound.
-#include "tests/platform/files/temporary_folder.h"
+#include "tests/platform/files/test_folder.h"
 #include "tests/platform/voice/core/voice_bed.h"
 #include "tests/platform/voice/engines/sound_measures.h"
 
@@ -59,7 +59,7 @@ protected:
         return static_cast<double>(open_wave_file(folder / "out.wav")->frames());
     }
 
-    const TemporaryFolder folder;
+    const TestFolder folder;
     EnglishBed bed{ 1 };
     SpeechVoice* voice = bed.voice.get();
 };

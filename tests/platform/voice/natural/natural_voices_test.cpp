@@ -1,5 +1,5 @@
 #include "platform/voice/natural/natural_voices.h"
-#include "tests/platform/files/temporary_folder.h"
+#include "tests/platform/files/test_folder.h"
 
 #include <gmock/gmock.h>
 
@@ -43,7 +43,7 @@ protected:
         return names;
     }
 
-    const TemporaryFolder root;
+    const TestFolder root;
     const VoiceFolders folders{ { root / "own", root / "shared" },
         { root / "own-piper", root / "shared-piper" } };
 };

@@ -1,5 +1,7 @@
 #include "tests/platform/voice/sound/sound_server_process.h"
 
+#include "platform/argument_pointers.h"
+
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -34,15 +36,6 @@ bool accepts_connections(const std::filesystem::path& socket_path)
     return connected;
 }
 
-std::vector<char*> pointers(std::vector<std::string>& texts)
-{
-    std::vector<char*> result;
-    for (std::string& text : texts)
-        result.push_back(text.data());
-    result.push_back(nullptr);
-    return result;
-}
-
 } // namespace
 
 void rest_a_millisecond()
@@ -59,8 +52,8 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command,
         "XDG_RUNTIME_DIR=" + home.string(), "PULSE_RUNTIME_PATH=" + home.string(),
         std::string("PATH=") + std::getenv("PATH"),
         std::string("PULSE_SERVER=") + (server ? server : "") };
-    const auto argument_list = pointers(arguments);
-    const auto environment_list = pointers(environment);
+    const auto argument_list = argument_pointers(arguments);
+    const auto environment_list = argument_pointers(environment);
     m_id = ::fork();
     if (m_id != 0)
         return;
@@ -109,10 +102,6 @@ void ChildProcess::kill()
 
 SoundServerProcess::SoundServerProcess()
 {
-    std::string name = (std::filesystem::temp_directory_path() / "tessavox-sound-XXXXXX").string();
-    if (!::mkdtemp(name.data())) // mode 0700, which the server asks for
-        throw std::runtime_error("no folder for the sound server");
-    m_folder = name;
     ::setenv("PULSE_SERVER", ("unix:" + (m_folder / "native").string()).c_str(), 1);
     start();
 }
@@ -121,8 +110,6 @@ SoundServerProcess::~SoundServerProcess()
 {
     m_server.kill();
     ::unsetenv("PULSE_SERVER");
-    std::error_code ignored;
-    std::filesystem::remove_all(m_folder, ignored);
 }
 
 bool SoundServerProcess::is_installed()
@@ -140,7 +127,7 @@ void SoundServerProcess::start()
             "module-null-sink sink_name=nul rate=48000 channels=2 "
             "sink_properties=device.description=Nothing",
             "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + socket.string() },
-        m_folder, m_folder / "output");
+        folder(), m_folder / "output");
     if (!eventually([&] { return accepts_connections(socket); }))
         throw std::runtime_error("the sound server does not start");
 }
@@ -148,7 +135,7 @@ void SoundServerProcess::start()
 void SoundServerProcess::control(std::vector<std::string> arguments) const
 {
     arguments.insert(arguments.begin(), "pactl");
-    ChildProcess process(arguments, m_folder, m_folder / "pactl");
+    ChildProcess process(arguments, folder(), m_folder / "pactl");
     if (process.wait() != 0)
         throw std::runtime_error("pactl failed");
 }

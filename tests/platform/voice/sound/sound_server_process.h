@@ -1,6 +1,8 @@
 // A sound server of the tests' own, with a virtual device whose sound can be recorded.
 #pragma once
 
+#include "platform/temporary_folder.h"
+
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
@@ -43,10 +45,10 @@ public:
     void signal(int number) const { m_server.signal(number); }
     /// Runs pactl and waits for it.
     void control(std::vector<std::string> arguments) const;
-    const std::filesystem::path& folder() const { return m_folder; }
+    const std::filesystem::path& folder() const { return m_folder.path(); }
 
 private:
-    std::filesystem::path m_folder; // for its owner only, as the server asks
+    const TemporaryFolder m_folder; // for its owner only, as the server asks
     ChildProcess m_server;
 };
 

@@ -1,4 +1,5 @@
 #include "platform/failure.h"
+#include "platform/temporary_folder.h"
 #include "platform/voice/sound/wave_file.h"
 
 #include <gtest/gtest.h>
@@ -25,23 +26,6 @@ using Bytes = std::string;
 
 class WaveFile : public testing::Test {
 protected:
-    WaveFile()
-        : folder(make_folder(fs::temp_directory_path()))
-        , path((folder / "sound.wav").string())
-    {
-    }
-    ~WaveFile() override
-    {
-        std::error_code ignored;
-        fs::remove_all(folder, ignored);
-    }
-
-    static fs::path make_folder(const fs::path& parent)
-    {
-        std::string name = (parent / "tessavox-wave-XXXXXX").string();
-        return ::mkdtemp(name.data());
-    }
-
     static Bytes content(const fs::path& file)
     {
         std::ifstream stream(file, std::ios::binary);
@@ -50,8 +34,8 @@ protected:
 
     void put(const Bytes& bytes) const { std::ofstream(path, std::ios::binary) << bytes; }
 
-    fs::path folder;
-    std::string path;
+    const TemporaryFolder folder;
+    const std::string path = folder / "sound.wav";
 };
 
 template <class Number> Bytes little(Number number)
@@ -202,9 +186,8 @@ TEST_F(WaveFile, EveryFormatIsReadBackAndOtherProgramsAgree)
 // The folder in memory has no way to put room in front of a file, so that its sound moves.
 TEST_F(WaveFile, PastTheLimitItGoesOnAsRf64)
 {
-    const fs::path in_memory = make_folder("/dev/shm");
-    for (const fs::path& place : { folder, in_memory }) {
-        const std::string file = (place / "long.wav").string();
+    const TemporaryFolder in_memory("/dev/shm");
+    for (const std::string file : { folder / "long.wav", in_memory / "long.wav" }) {
         const PcmFormat format{ .rate = 48000, .bits = 16, .channels = 2 };
         const Bytes data = noise(6'000'000);
         const auto writer = create_wave_file(file, format, 5'500'000);
@@ -224,7 +207,6 @@ TEST_F(WaveFile, PastTheLimitItGoesOnAsRf64)
         EXPECT_TRUE(bytes.ends_with("data" + u32(0xFFFF'FFFF) + data));
         EXPECT_EQ(open_wave_file(file)->frames(), data.size() / 4);
     }
-    fs::remove_all(in_memory);
 }
 
 TEST_F(WaveFile, TheLimitItselfIsStillPlain)
@@ -242,7 +224,7 @@ TEST_F(WaveFile, OnlyRegularFilesAreWrittenAndRead)
     const std::string pipe = (folder / "pipe").string();
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     for (const std::string& other :
-        { folder.string(), pipe, std::string("/dev/null"), std::string("/dev/zero"),
+        { folder.path().string(), pipe, std::string("/dev/null"), std::string("/dev/zero"),
             std::string("/dev/full"), path + "/missing", std::string() }) {
         EXPECT_THROW(create_wave_file(other, {}), Failure) << other;
         EXPECT_THROW(open_wave_file(other), Failure) << other;
