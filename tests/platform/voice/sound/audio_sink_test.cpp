@@ -82,22 +82,15 @@ protected:
     std::uint64_t last = 0;
 };
 
-TEST_P(AudioSinks, PlayedRisesToTheEndAndNeverPassesWhatIsWritten)
+TEST_P(AudioSinks, PlaysHoweverFewFramesAtFinishAndMoreMayFollow)
 {
     EXPECT_EQ(sink->format(), GetParam().format);
     EXPECT_TRUE(sink->alive());
     EXPECT_EQ(sink->played(), 0U);
-    write(frames(250));
-    sink->finish();
-    EXPECT_TRUE(plays_to_the_end());
-}
-
-TEST_P(AudioSinks, AFewFramesAreHeardAtFinishAndMoreMayFollow)
-{
-    for (const std::size_t few : { 3, 1, 700 }) {
-        write(few);
+    for (const std::size_t count : { std::size_t{ 3 }, std::size_t{ 1 }, frames(250) }) {
+        write(count);
         sink->finish();
-        ASSERT_TRUE(plays_to_the_end()) << few;
+        ASSERT_TRUE(plays_to_the_end()) << count;
     }
 }
 
@@ -118,54 +111,38 @@ TEST_P(AudioSinks, TakesLittleMoreThanATenthOfASecondAhead)
     EXPECT_EQ(sink->played(), 0U);
 }
 
-TEST_P(AudioSinks, StandsStillWhilePausedAndGoesOn)
+TEST_P(AudioSinks, StandsStillWhilePausedAndGoesOnAlsoAfterAFlush)
 {
-    write(frames(60));
-    ASSERT_TRUE(eventually([this] { return watch() > 0; }));
-    sink->pause();
-    const std::uint64_t at = watch();
-    EXPECT_LT(at, written);
-    for (int look = 0; look < 100; ++look) {
-        ASSERT_EQ(watch(), at);
-        rest_a_millisecond();
+    for (const auto& [paused, flushed] :
+        { std::pair(true, false), { false, true }, { true, true } }) {
+        SCOPED_TRACE(testing::Message() << paused << flushed);
+        write(frames(70));
+        const std::uint64_t before = last;
+        ASSERT_TRUE(eventually([&] { return watch() > before; }));
+        if (paused)
+            sink->pause();
+        if (flushed) {
+            sink->flush();
+            const std::uint64_t dropped = written - sink->played();
+            EXPECT_GT(dropped, 0U);
+            written -= dropped;
+        }
+        const std::uint64_t at = watch();
+        for (int look = 0; paused && look < 100; ++look) {
+            ASSERT_EQ(watch(), at);
+            rest_a_millisecond();
+        }
+        write(frames(paused ? 20 : 120)); // without a pause more than fits: the room is given back
+        EXPECT_TRUE(!paused || watch() == at);
+        sink->finish(); // in the pause, as it happens when the last sentence is ready
+        sink->resume();
+        ASSERT_TRUE(plays_to_the_end());
     }
-    sink->finish(); // in the pause, as it happens when the last sentence is ready
-    sink->resume();
-    EXPECT_TRUE(plays_to_the_end());
-}
-
-TEST_P(AudioSinks, FlushDropsWhatIsNotHeardAndCountsOn)
-{
-    write(frames(70));
-    ASSERT_TRUE(eventually([this] { return watch() > 0; }));
-    sink->flush();
-    written = sink->played();
-    EXPECT_LT(written, frames(70));
-    EXPECT_GE(written, last);
-    EXPECT_EQ(watch(), written);
-    write(frames(120)); // more than fits at once: the room is given back
-    sink->finish();
-    EXPECT_TRUE(plays_to_the_end());
-}
-
-TEST_P(AudioSinks, FlushInAPauseStartsFromTheNewFrames)
-{
-    write(frames(70));
-    ASSERT_TRUE(eventually([this] { return watch() > 0; }));
-    sink->pause();
-    sink->flush();
-    written = watch();
-    write(frames(20));
-    EXPECT_EQ(watch(), written - frames(20));
-    sink->resume();
-    sink->finish();
-    EXPECT_TRUE(plays_to_the_end());
 }
 
 INSTANTIATE_TEST_SUITE_P(OfEachKind, AudioSinks,
     testing::Values(Case{ Kind::clock, { 48000, 16, 2 } }, Case{ Kind::clock, { 8000, 8, 1 } },
-        Case{ Kind::server, { 48000, 16, 2 } }, Case{ Kind::server, { 8000, 8, 1 } },
-        Case{ Kind::server, { 22050, 16, 1 } }),
+        Case{ Kind::server, { 22050, 16, 1 } }, Case{ Kind::server, { 8000, 8, 1 } }),
     [](const auto& info) {
         return std::string(info.param.kind == Kind::clock ? "Clock" : "Server")
             + std::to_string(info.param.format.rate);

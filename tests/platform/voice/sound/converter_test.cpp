@@ -11,22 +11,21 @@ namespace tessavox::voice {
 namespace {
 
 using Samples = std::vector<std::int16_t>;
-
-constexpr double full_scale = 32768;
+using Bytes = std::vector<std::byte>;
 
 Samples tone(double hertz, int rate, double seconds, double amplitude = 0.9)
 {
     Samples samples(static_cast<std::size_t>(rate * seconds));
     for (std::size_t i = 0; i < samples.size(); ++i)
-        samples[i] = static_cast<std::int16_t>(std::lrint(amplitude * full_scale
+        samples[i] = static_cast<std::int16_t>(std::lrint(amplitude * 32768
             * std::sin(2 * std::numbers::pi * hertz * static_cast<double>(i) / rate)));
     return samples;
 }
 
-std::vector<std::byte> convert(
+Bytes convert(
     const Samples& input, int rate, int channels, PcmFormat format, std::size_t chunk = SIZE_MAX)
 {
-    std::vector<std::byte> out;
+    Bytes out;
     Converter converter(format);
     converter.begin(rate, channels, out);
     for (std::span<const std::int16_t> rest(input); !rest.empty();) {
@@ -38,7 +37,7 @@ std::vector<std::byte> convert(
     return out;
 }
 
-Samples as_16_bit(const std::vector<std::byte>& bytes)
+Samples as_16_bit(const Bytes& bytes)
 {
     Samples samples(bytes.size() / 2);
     if (!samples.empty())
@@ -46,77 +45,35 @@ Samples as_16_bit(const std::vector<std::byte>& bytes)
     return samples;
 }
 
-// The part of the samples that is a sine of one frequency, and the power of all that is not. The
-// ends, where the tone begins and stops, are left out.
-struct Fit {
-    double sine = 0;
-    double cosine = 0;
-    double rest_decibels = 0; // below the tone
-};
-
-Fit fit(const Samples& samples, double hertz, int rate)
+Bytes as_8_bit(std::initializer_list<int> values)
 {
-    const std::size_t margin = static_cast<std::size_t>(rate) / 20;
-    double ss = 0;
-    double cc = 0;
-    double sc = 0;
-    double xs = 0;
-    double xc = 0;
-    double power = 0;
-    for (std::size_t i = margin; i + margin < samples.size(); ++i) {
-        const double angle = 2 * std::numbers::pi * hertz * static_cast<double>(i) / rate;
-        const double s = std::sin(angle);
-        const double c = std::cos(angle);
-        const double x = samples[i] / full_scale;
-        ss += s * s;
-        cc += c * c;
-        sc += s * c;
-        xs += x * s;
-        xc += x * c;
-        power += x * x;
-    }
-    const double determinant = ss * cc - sc * sc;
-    Fit result;
-    result.sine = (xs * cc - xc * sc) / determinant;
-    result.cosine = (xc * ss - xs * sc) / determinant;
-    const double tone_power = result.sine * xs + result.cosine * xc;
-    result.rest_decibels = 10 * std::log10(tone_power / std::max(power - tone_power, 1e-12));
-    return result;
+    Bytes bytes;
+    for (const int value : values)
+        bytes.push_back(static_cast<std::byte>(value));
+    return bytes;
 }
 
 constexpr int output_rates[] = { 8000, 11025, 12000, 16000, 22050, 24000, 32000, 44100, 48000 };
-constexpr int input_rates[] = { 8000, 16000, 22050, 44100, 48000 };
 
-TEST(Converter, AToneComesOutPureInPlaceAndAsLoudAtEveryRate)
+TEST(Converter, AToneComesOutPureInPlaceAndAsLoudOrNotAtAll)
 {
-    for (const int from : input_rates) {
+    for (const int from : { 8000, 22050, 44100, 48000 }) {
         for (const int to : output_rates) {
-            const double highest = std::min(from, to) / 2.0;
-            for (const double hertz : { 0.1 * highest, 0.85 * highest }) {
-                const auto out = as_16_bit(convert(
+            for (const double share : { 0.1, 0.85, 1.05 }) { // of what the lower rate can carry
+                const double hertz = share * std::min(from, to) / 2;
+                if (hertz * 2 > from)
+                    continue;
+                const Samples heard = as_16_bit(convert(
                     tone(hertz, from, 1), from, 1, { .rate = to, .bits = 16, .channels = 1 }));
-                const Fit found = fit(out, hertz, to);
-                SCOPED_TRACE(testing::Message() << from << " to " << to << ", " << hertz << " Hz");
-                EXPECT_GT(found.rest_decibels, 90);
-                EXPECT_NEAR(found.sine, 0.9, 0.002);
-                EXPECT_NEAR(found.cosine, 0, 0.002);
+                const Samples wanted = tone(hertz, to, 1, share < 1 ? 0.9 : 0);
+                int furthest = 0;
+                // The ends, where the tone begins and stops, are left out.
+                for (std::size_t i = wanted.size() / 20; i < wanted.size() * 19 / 20; ++i)
+                    furthest = std::max(furthest, std::abs(heard[i] - wanted[i]));
+                // Near the edge of what it lets through, the filter is even to some ten thousandths.
+                EXPECT_LE(furthest, share == 0.85 ? 30 : 4) << from << " to " << to << ", " << hertz << " Hz";
             }
         }
-    }
-}
-
-TEST(Converter, WhatALowerRateCanNotCarryIsGone)
-{
-    for (const int to : { 8000, 11025, 12000, 16000 }) {
-        const double hertz = to / 2.0 * 1.05;
-        const auto out = as_16_bit(
-            convert(tone(hertz, 22050, 1), 22050, 1, { .rate = to, .bits = 16, .channels = 1 }));
-        double power = 0;
-        const std::size_t margin = static_cast<std::size_t>(to) / 20;
-        for (std::size_t i = margin; i + margin < out.size(); ++i)
-            power += std::pow(out[i] / full_scale, 2);
-        power /= static_cast<double>(out.size() - 2 * margin);
-        EXPECT_LT(10 * std::log10(power + 1e-12), -90) << to;
     }
 }
 
@@ -129,8 +86,8 @@ TEST(Converter, ChunksLeaveNoSeam)
     for (const PcmFormat format : { PcmFormat{ 48000, 16, 2 }, PcmFormat{ 8000, 8, 1 },
              PcmFormat{ 44100, 16, 1 }, PcmFormat{ 22050, 16, 2 } }) {
         for (const int channels : { 1, 2 }) {
-            const auto whole = convert(input, 22050, channels, format);
-            for (const std::size_t chunk : { 2, 34, 1000, 8194 })
+            const Bytes whole = convert(input, 22050, channels, format);
+            for (const std::size_t chunk : { 2, 34, 8194 })
                 EXPECT_EQ(convert(input, 22050, channels, format, chunk), whole)
                     << format.type() << ", " << channels << " channels, chunks of " << chunk;
         }
@@ -139,20 +96,21 @@ TEST(Converter, ChunksLeaveNoSeam)
 
 TEST(Converter, TheTotalIsTheInputTimesTheRatioRounded)
 {
-    for (const int from : { 8000, 16000, 22050, 44101 }) {
+    for (const int from : { 8000, 22050, 44101 }) {
         for (const int to : output_rates) {
-            for (const std::size_t frames : { 0, 1, 2, 100, 4096, 12345, 50001 }) {
-                const auto out = convert(
+            for (const std::size_t frames : { 0, 1, 100, 4096, 50001 }) {
+                const Bytes out = convert(
                     Samples(frames), from, 1, { .rate = to, .bits = 8, .channels = 1 }, 4096);
-                const auto exact = static_cast<double>(frames) * to / from;
+                const double exact = static_cast<double>(frames) * to / from;
                 EXPECT_EQ(out.size(), static_cast<std::size_t>(std::floor(exact + 0.5)))
                     << frames << " from " << from << " to " << to;
+                EXPECT_EQ(out, Bytes(out.size(), std::byte(128))) << "silence stays silence";
             }
         }
     }
 }
 
-TEST(Converter, SamplesOfTheSameFormatPassUnchanged)
+TEST(Converter, SamplesOfTheSameRateAreMixedAndRounded)
 {
     const Samples input{ 0, 1, -1, 32767, -32768, 12345 };
     EXPECT_EQ(as_16_bit(convert(input, 16000, 1, { 16000, 16, 1 })), input);
@@ -161,42 +119,64 @@ TEST(Converter, SamplesOfTheSameFormatPassUnchanged)
     EXPECT_EQ(
         as_16_bit(convert({ 100, 300, -32768, -32768, 32767, 32767 }, 16000, 2, { 16000, 16, 1 })),
         (Samples{ 200, -32768, 32767 }));
-}
-
-TEST(Converter, EightBitsAreRoundedAndSilenceStaysSilence)
-{
-    const auto out = convert({ 0, 127, 128, -128, -129, 32767, -32768 }, 8000, 1,
-        { .rate = 8000, .bits = 8, .channels = 1 });
-    const std::vector<std::byte> expected{ std::byte(128), std::byte(128), std::byte(129),
-        std::byte(128), std::byte(127), std::byte(255), std::byte(0) };
-    EXPECT_EQ(out, expected);
-    const auto silence
-        = convert(Samples(22050), 22050, 1, { .rate = 8000, .bits = 8, .channels = 2 });
-    EXPECT_EQ(silence, std::vector<std::byte>(16000, std::byte(0x80)));
-}
-
-TEST(Converter, ASquareAtFullScaleIsClippedAndNeverWrapsRound)
-{
-    Samples square(22050);
-    for (std::size_t i = 0; i < square.size(); ++i)
-        square[i] = i / 441 % 2 == 0 ? INT16_MAX : INT16_MIN;
-    const auto out
-        = as_16_bit(convert(square, 22050, 1, { .rate = 44100, .bits = 16, .channels = 1 }));
-    for (std::size_t i = 0; i < out.size(); ++i) {
-        const std::size_t phase = i % 882;
-        if (phase < 4 || phase > 878)
-            continue; // the edges
-        ASSERT_EQ(out[i] > 0, i / 882 % 2 == 0) << i;
-    }
+    EXPECT_EQ(convert({ 0, 127, 128, -128, -129, 32767, -32768 }, 8000, 1, { 8000, 8, 1 }),
+        as_8_bit({ 128, 128, 129, 128, 127, 255, 0 }));
 }
 
 TEST(Converter, ImpossibleFormatsAreRefused)
 {
-    EXPECT_THROW(convert({}, 0, 1, {}), Failure);
-    EXPECT_THROW(convert({}, -8000, 1, {}), Failure);
-    EXPECT_THROW(convert({}, 8000, 3, {}), Failure);
-    EXPECT_THROW(convert({}, 8000, 1, { .rate = 0 }), Failure);
-    EXPECT_THROW(convert({}, 8000, 1, { .rate = 8000, .bits = 24, .channels = 1 }), Failure);
+    for (const auto& [rate, channels, format] : { std::tuple(0, 1, PcmFormat()), { 8000, 3, {} },
+             { 8000, 1, { 0, 16, 1 } }, { 8000, 1, { 8000, 24, 1 } } })
+        EXPECT_THROW(convert({}, rate, channels, format), Failure);
+}
+
+Samples applied(Gain& gain, Samples samples)
+{
+    gain.apply(std::as_writable_bytes(std::span(samples)));
+    return samples;
+}
+
+TEST(Gain, TheFirstOneTakesEffectAtOnceRoundTheMiddleOfTheFormat)
+{
+    struct Row {
+        float factor;
+        Samples samples;
+        Bytes of_8_bits;
+    };
+    const Row rows[] = { // of { 1000, -1000, 32767, -32768 } and { 128, 255, 0, 138 }
+        { 1, { 1000, -1000, 32767, -32768 }, as_8_bit({ 128, 255, 0, 138 }) },
+        { 0.5F, { 500, -500, 16384, -16384 }, as_8_bit({ 128, 192, 64, 133 }) },
+        { 0, { 0, 0, 0, 0 }, as_8_bit({ 128, 128, 128, 128 }) }
+    };
+    for (const Row& row : rows) {
+        Gain gain({ .rate = 8000, .bits = 16, .channels = 1 });
+        gain.set(row.factor);
+        EXPECT_EQ(applied(gain, rows[0].samples), row.samples);
+        Gain coarse({ .rate = 8000, .bits = 8, .channels = 1 });
+        coarse.set(row.factor);
+        Bytes bytes = rows[0].of_8_bits;
+        coarse.apply(bytes);
+        EXPECT_EQ(bytes, row.of_8_bits);
+    }
+}
+
+TEST(Gain, GlidesWithoutAStepAndArrivesHoweverTheFramesCome)
+{
+    Gain gain({ .rate = 48000, .bits = 16, .channels = 2 });
+    gain.set(1);
+    std::int16_t last = applied(gain, { 30000, 30000 }).back();
+    Gain of_blocks = gain;
+    gain.set(0.2F);
+    of_blocks.set(0.2F);
+    const Samples block = applied(of_blocks, Samples(2 * 480, 30000)); // 10 ms
+    for (std::size_t frame = 0; frame < 480; ++frame) {
+        const Samples now = applied(gain, { 30000, 30000 });
+        ASSERT_EQ(now, Samples(2, block[2 * frame]));
+        ASSERT_LE(now[0], last);
+        ASSERT_LE(last - now[0], 150) << frame; // 1/240 of the scale, and rounding
+        last = now[0];
+    }
+    EXPECT_EQ(last, 6000);
 }
 
 } // namespace

@@ -11,10 +11,6 @@
 #include <cstring>
 #include <thread>
 
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
-
 namespace tessavox::voice {
 namespace {
 
@@ -130,36 +126,21 @@ TEST_F(PulseServer, WhatIsFlushedIsNotHeard)
         std::vector<std::int16_t>(second, samples.end()), counted(flushed + 1, counter.count()));
 }
 
-TEST_F(PulseServer, WakesWhenRoomComesFree)
-{
-    const auto sink = open();
-    Counter counter;
-    counter.write(*sink, 4800);
-    const int before = wakes;
-    EXPECT_TRUE(eventually([&] { return wakes > before; }));
-}
-
-TEST_F(PulseServer, OpensANamedOutputAndRefusesAnUnknownOne)
-{
-    EXPECT_TRUE(open("nul")->alive());
-    EXPECT_THROW(open("no such output"), Failure);
-    EXPECT_TRUE(open("nul")->alive());
-}
-
-TEST_F(PulseServer, ListsTheOutputsInTheBackgroundAndKeepsTheListUpToDate)
+TEST_F(PulseServer, ListsItsOutputsAndOneThatIsTakenAwayEndsItsStream)
 {
     ASSERT_TRUE(eventually([&] { return server->outputs().size() == 1; }));
     EXPECT_EQ(server->outputs().front().name, "nul");
     EXPECT_EQ(server->outputs().front().description, "Nothing");
     process->control({ "load-module", "module-null-sink", "sink_name=second" });
     EXPECT_TRUE(eventually([&] { return server->outputs().size() == 2; }));
-}
-
-TEST_F(PulseServer, WithoutAServerThereIsAFailureAndNoOutput)
-{
-    process->kill();
-    EXPECT_THROW(open(), Failure);
-    EXPECT_TRUE(server->outputs().empty());
+    EXPECT_THROW(open("no such output"), Failure);
+    const auto first = open("nul");
+    const auto second = open("second");
+    EXPECT_TRUE(first->alive() && second->alive());
+    process->control({ "unload-module", "module-null-sink" });
+    EXPECT_TRUE(eventually([&] { return !second->alive() && !first->alive(); }));
+    process->control({ "load-module", "module-null-sink", "sink_name=third" });
+    EXPECT_TRUE(open("third")->alive());
 }
 
 TEST_F(PulseServer, AKilledServerEndsTheStreamAndTheNextOpenFindsItsSuccessor)
@@ -167,7 +148,9 @@ TEST_F(PulseServer, AKilledServerEndsTheStreamAndTheNextOpenFindsItsSuccessor)
     auto sink = open();
     Counter counter;
     counter.write(*sink, 2400);
-    const int before = wakes;
+    int before = wakes;
+    EXPECT_TRUE(eventually([&] { return wakes > before; })) << "when room comes free";
+    before = wakes;
     process->kill();
     EXPECT_TRUE(eventually([&] { return !sink->alive(); }));
     EXPECT_GT(wakes, before);
@@ -180,6 +163,7 @@ TEST_F(PulseServer, AKilledServerEndsTheStreamAndTheNextOpenFindsItsSuccessor)
     EXPECT_EQ(sink->writable(), 0U);
     EXPECT_EQ(sink->played(), at);
     EXPECT_THROW(open(), Failure);
+    EXPECT_TRUE(server->outputs().empty());
     process->start();
     EXPECT_TRUE(open()->alive());
     EXPECT_FALSE(sink->alive());
@@ -187,23 +171,12 @@ TEST_F(PulseServer, AKilledServerEndsTheStreamAndTheNextOpenFindsItsSuccessor)
 
 TEST_F(PulseServer, ARestartThatNobodyHasNoticedYetIsSteppedOver)
 {
-    for (int round = 0; round < 5; ++round) {
+    for (int round = 0; round < 3; ++round) {
         EXPECT_TRUE(open()->alive());
         process->kill();
         process->start();
         EXPECT_TRUE(open()->alive());
     }
-}
-
-TEST_F(PulseServer, AnOutputThatIsTakenAwayEndsItsStreamOnly)
-{
-    process->control({ "load-module", "module-null-sink", "sink_name=second" });
-    const auto first = open("nul");
-    const auto second = open("second");
-    process->control({ "unload-module", "module-null-sink" });
-    EXPECT_TRUE(eventually([&] { return !second->alive() && !first->alive(); }));
-    process->control({ "load-module", "module-null-sink", "sink_name=third" });
-    EXPECT_TRUE(open("third")->alive());
 }
 
 TEST_F(PulseServer, AServerThatDoesNotAnswerIsGivenUp)

@@ -1,15 +1,14 @@
 #include "tests/platform/voice/sound/sound_server_process.h"
 
 #include "platform/argument_pointers.h"
+#include "platform/descriptor.h"
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
-#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -27,57 +26,37 @@ bool accepts_connections(const std::filesystem::path& socket_path)
 {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
-    const std::string path = socket_path.string();
-    path.copy(address.sun_path, sizeof address.sun_path - 1);
-    const int probe = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const bool connected
-        = ::connect(probe, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
-    ::close(probe);
-    return connected;
+    socket_path.native().copy(address.sun_path, sizeof address.sun_path - 1);
+    const Descriptor probe(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    return ::connect(probe.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
 }
 
 } // namespace
 
-void rest_a_millisecond()
+ChildProcess::ChildProcess(std::vector<std::string> command, const std::filesystem::path& home,
+    const std::filesystem::path& output)
 {
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-}
-
-ChildProcess::ChildProcess(const std::vector<std::string>& command,
-    const std::filesystem::path& home, const std::filesystem::path& output)
-{
-    std::vector<std::string> arguments = command;
     const char* const server = std::getenv("PULSE_SERVER");
     std::vector<std::string> environment{ "HOME=" + home.string(),
         "XDG_RUNTIME_DIR=" + home.string(), "PULSE_RUNTIME_PATH=" + home.string(),
         std::string("PATH=") + std::getenv("PATH"),
         std::string("PULSE_SERVER=") + (server ? server : "") };
-    const auto argument_list = argument_pointers(arguments);
-    const auto environment_list = argument_pointers(environment);
+    const auto arguments = argument_pointers(command);
+    const auto variables = argument_pointers(environment);
     m_id = ::fork();
     if (m_id != 0)
         return;
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int file = ::open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     ::dup2(file, STDOUT_FILENO);
-    ::execvpe(argument_list[0], argument_list.data(), environment_list.data());
+    ::execvpe(arguments[0], arguments.data(), variables.data());
     ::_exit(127);
-}
-
-ChildProcess::ChildProcess(ChildProcess&& other) noexcept
-    : m_id(std::exchange(other.m_id, -1))
-{
-}
-
-ChildProcess& ChildProcess::operator=(ChildProcess&& other) noexcept
-{
-    std::swap(m_id, other.m_id);
-    return *this;
 }
 
 ChildProcess::~ChildProcess()
 {
-    kill();
+    signal(SIGKILL);
+    wait();
 }
 
 void ChildProcess::signal(int number) const
@@ -94,12 +73,6 @@ int ChildProcess::wait()
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-void ChildProcess::kill()
-{
-    signal(SIGKILL);
-    wait();
-}
-
 SoundServerProcess::SoundServerProcess()
 {
     ::setenv("PULSE_SERVER", ("unix:" + (m_folder / "native").string()).c_str(), 1);
@@ -108,7 +81,7 @@ SoundServerProcess::SoundServerProcess()
 
 SoundServerProcess::~SoundServerProcess()
 {
-    m_server.kill();
+    kill();
     ::unsetenv("PULSE_SERVER");
 }
 
@@ -121,9 +94,9 @@ void SoundServerProcess::start()
 {
     const auto socket = m_folder / "native";
     std::filesystem::remove(socket);
-    m_server = ChildProcess(
-        { "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no",
-            "--log-target=file:" + (m_folder / "log").string(), "-L",
+    m_server.emplace(
+        std::vector<std::string>{ "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1",
+            "--use-pid-file=no", "--log-target=file:" + (m_folder / "log").string(), "-L",
             "module-null-sink sink_name=nul rate=48000 channels=2 "
             "sink_properties=device.description=Nothing",
             "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + socket.string() },
@@ -146,7 +119,7 @@ Recorder::Recorder(const SoundServerProcess& server)
     const std::string pipe = (server.folder() / "pipe").string();
     server.control({ "load-module", "module-pipe-sink", "sink_name=exact", "file=" + pipe,
         "rate=48000", "channels=2", "format=s16le", "use_system_clock_for_timing=yes" });
-    m_recorder = ChildProcess({ "cat", pipe }, server.folder(), m_file);
+    m_recorder.emplace(std::vector<std::string>{ "cat", pipe }, server.folder(), m_file);
     if (!eventually([this] { return !samples().empty(); }))
         throw std::runtime_error("nothing is recorded");
 }

@@ -2,10 +2,11 @@
 #pragma once
 
 #include "platform/temporary_folder.h"
+#include "tests/platform/voice/processes.h"
 
-#include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,21 +17,18 @@ namespace tessavox::voice {
 /// A child process, killed at the end.
 class ChildProcess {
 public:
-    ChildProcess() = default;
     /// Starts it with its output going to a file; HOME and the runtime folder are `home`.
-    ChildProcess(const std::vector<std::string>& command, const std::filesystem::path& home,
+    ChildProcess(std::vector<std::string> command, const std::filesystem::path& home,
         const std::filesystem::path& output);
-    ChildProcess(ChildProcess&& other) noexcept;
-    ChildProcess& operator=(ChildProcess&& other) noexcept;
     ~ChildProcess();
+    ChildProcess(const ChildProcess&) = delete;
+    ChildProcess& operator=(const ChildProcess&) = delete;
 
-    pid_t id() const { return m_id; }
     void signal(int number) const;
     int wait(); // its exit code
-    void kill();
 
 private:
-    pid_t m_id = -1;
+    pid_t m_id;
 };
 
 /// The server, and PULSE_SERVER set to it. Its one device "nul" runs at 48 kHz stereo.
@@ -41,15 +39,15 @@ public:
 
     static bool is_installed();
     void start(); // again after kill(), too
-    void kill() { m_server.kill(); }
-    void signal(int number) const { m_server.signal(number); }
+    void kill() { m_server.reset(); }
+    void signal(int number) const { m_server->signal(number); }
     /// Runs pactl and waits for it.
     void control(std::vector<std::string> arguments) const;
     const std::filesystem::path& folder() const { return m_folder.path(); }
 
 private:
     const TemporaryFolder m_folder; // for its owner only, as the server asks
-    ChildProcess m_server;
+    std::optional<ChildProcess> m_server;
 };
 
 /// A further device, "exact", 48 kHz stereo, and all that it plays. Unlike the monitor of a device,
@@ -63,21 +61,7 @@ public:
 
 private:
     std::filesystem::path m_file;
-    ChildProcess m_recorder;
+    std::optional<ChildProcess> m_recorder;
 };
-
-void rest_a_millisecond();
-
-/// Looks every millisecond whether `condition` holds, for five seconds at most.
-template <class Condition> bool eventually(Condition condition)
-{
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-    while (std::chrono::steady_clock::now() < end) {
-        if (condition())
-            return true;
-        rest_a_millisecond();
-    }
-    return condition();
-}
 
 } // namespace tessavox::voice

@@ -1,40 +1,29 @@
 #include "platform/failure.h"
-#include "platform/temporary_folder.h"
 #include "platform/voice/sound/wave_file.h"
+#include "tests/platform/files/test_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <iterator>
 #include <limits>
-#include <vector>
+#include <optional>
 
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace tessavox::voice {
 namespace {
 
-namespace fs = std::filesystem;
 using Bytes = std::string;
 
 class WaveFile : public testing::Test {
 protected:
-    static Bytes content(const fs::path& file)
-    {
-        std::ifstream stream(file, std::ios::binary);
-        return { std::istreambuf_iterator<char>(stream), {} };
-    }
+    Bytes content() const { return folder.content("sound.wav"); }
+    void put(const Bytes& bytes) const { folder.write("sound.wav", bytes); }
 
-    void put(const Bytes& bytes) const { std::ofstream(path, std::ios::binary) << bytes; }
-
-    const TemporaryFolder folder;
+    const TestFolder folder;
     const std::string path = folder / "sound.wav";
 };
 
@@ -63,17 +52,14 @@ struct Shape {
     std::uint16_t bits = 16;
 };
 
-Bytes wave(const Shape& shape, const Bytes& data, std::uint32_t told)
+/// A plain file; `told` is the size of the sound that its header tells, if that isn't the true one.
+Bytes wave(const Shape& shape, const Bytes& data, std::optional<std::uint32_t> told = {})
 {
     const auto align = static_cast<std::uint16_t>(shape.channels * shape.bits / 8);
-    return "RIFF" + u32(36 + told) + "WAVE" + "fmt " + u32(16) + u16(shape.tag)
+    const std::uint32_t size = told.value_or(static_cast<std::uint32_t>(data.size()));
+    return "RIFF" + u32(36 + size) + "WAVE" + "fmt " + u32(16) + u16(shape.tag)
         + u16(shape.channels) + u32(shape.rate) + u32(shape.rate * align) + u16(align)
-        + u16(shape.bits) + "data" + u32(told) + data;
-}
-
-Bytes wave(const Shape& shape, const Bytes& data)
-{
-    return wave(shape, data, static_cast<std::uint32_t>(data.size()));
+        + u16(shape.bits) + "data" + u32(size) + data;
 }
 
 template <class Number> Bytes raw(std::initializer_list<Number> numbers)
@@ -133,88 +119,70 @@ TEST_F(WaveFile, CanBePlayedAsFarAsItIsWrittenWhileItGrows)
     }
 }
 
-TEST_F(WaveFile, APlainFileHasThe44BytesOfTheBook)
+TEST_F(WaveFile, IsWrittenByTheBookInEveryFormatAndReadBack)
 {
-    const auto writer = create_wave_file(path, { .rate = 16000, .bits = 16, .channels = 2 });
-    writer->write(as_frames("abcdefgh"));
-    EXPECT_EQ(writer->frames(), 2U);
-    writer->close();
-    EXPECT_EQ(content(path),
-        "RIFF" + u32(44) + "WAVEfmt " + u32(16) + u16(1) + u16(2) + u32(16000) + u32(64000) + u16(4)
-            + u16(16) + "data" + u32(8) + "abcdefgh");
-}
-
-TEST_F(WaveFile, AnOddByteIsPaddedAndAnEmptyFileIsWhole)
-{
-    create_wave_file(path, { .rate = 8000, .bits = 8, .channels = 1 })->write(as_frames("abc"));
-    EXPECT_EQ(content(path), wave({ 1, 1, 8000, 8 }, "abc").replace(4, 4, u32(40)) + '\0');
-    create_wave_file(path, { .rate = 8000, .bits = 8, .channels = 1 })->close();
-    EXPECT_EQ(content(path), wave({ 1, 1, 8000, 8 }, ""));
-}
-
-TEST_F(WaveFile, EveryFormatIsReadBackAndOtherProgramsAgree)
-{
-    for (int type = 4; type <= 39; ++type) {
+    for (const int type : { 4, 5, 6, 11, 39 }) { // of 8 and 16 bits, mono and stereo
+        SCOPED_TRACE(type);
         const PcmFormat format = PcmFormat::from_type(type);
-        const Bytes data = noise(static_cast<std::size_t>(format.block_align()) * 1001);
+        const auto frame = static_cast<std::size_t>(format.block_align());
+        const Bytes data = noise(frame * 1001);
         const auto writer = create_wave_file(path, format);
-        writer->write(as_frames(data).first(static_cast<std::size_t>(format.block_align())));
-        writer->write(as_frames(data).subspan(static_cast<std::size_t>(format.block_align())));
+        writer->write(as_frames(data).first(frame));
+        writer->write(as_frames(data).subspan(frame));
+        EXPECT_EQ(writer->frames(), 1001U);
         writer->close();
+        Bytes whole = wave(
+            { 1, static_cast<std::uint16_t>(format.channels),
+                static_cast<std::uint32_t>(format.rate), static_cast<std::uint16_t>(format.bits) },
+            data);
+        if (data.size() % 2 == 1) // padded
+            whole = whole.replace(4, 4, u32(36 + 1002)) + '\0';
+        EXPECT_EQ(content(), whole);
+        EXPECT_EQ(soxi("s", path), "1001") << "other programs agree";
+
         const auto reader = open_wave_file(path);
         EXPECT_EQ(reader->rate(), format.rate);
         EXPECT_EQ(reader->channels(), format.channels);
         EXPECT_EQ(reader->frames(), 1001U);
-        const auto samples = read_all(*reader);
-        ASSERT_EQ(samples.size(), static_cast<std::size_t>(1001 * format.channels)) << type;
-        for (std::size_t i = 0; i < samples.size(); i += 97) {
-            const int low = static_cast<unsigned char>(data[format.bits == 8 ? i : 2 * i]);
-            const int expected = format.bits == 8
-                ? (low - 128) * 256
-                : static_cast<std::int16_t>(low | static_cast<unsigned char>(data[2 * i + 1]) << 8);
-            ASSERT_EQ(samples[i], expected) << type << ", sample " << i;
-        }
-        if (type % 9 == 4) {
-            EXPECT_EQ(soxi("r", path), std::to_string(format.rate));
-            EXPECT_EQ(soxi("c", path), std::to_string(format.channels));
-            EXPECT_EQ(soxi("b", path), std::to_string(format.bits));
-            EXPECT_EQ(soxi("s", path), "1001");
-        }
+        std::vector<std::int16_t> samples(static_cast<std::size_t>(1001 * format.channels));
+        if (format.bits == 8)
+            std::ranges::transform(data, samples.begin(),
+                [](char byte) { return (static_cast<unsigned char>(byte) - 128) * 256; });
+        else
+            std::memcpy(samples.data(), data.data(), data.size());
+        EXPECT_EQ(read_all(*reader), samples);
     }
+    create_wave_file(path, { .rate = 8000, .bits = 8, .channels = 1 })->close();
+    EXPECT_EQ(content(), wave({ 1, 1, 8000, 8 }, "")) << "an empty file is whole";
 }
 
 // The folder in memory has no way to put room in front of a file, so that its sound moves.
 TEST_F(WaveFile, PastTheLimitItGoesOnAsRf64)
 {
-    const TemporaryFolder in_memory("/dev/shm");
-    for (const std::string file : { folder / "long.wav", in_memory / "long.wav" }) {
-        const PcmFormat format{ .rate = 48000, .bits = 16, .channels = 2 };
+    const TestFolder in_memory("/dev/shm");
+    for (const TestFolder* place : { &folder, &in_memory }) {
         const Bytes data = noise(6'000'000);
-        const auto writer = create_wave_file(file, format, 5'500'000);
+        const auto writer = create_wave_file(
+            *place / "long.wav", { .rate = 48000, .bits = 16, .channels = 2 }, 5'500'000);
         std::size_t at = 0;
         for (const std::size_t piece : { 4, 1000, 300'000, 5'000'000, 100'000, 598'996 }) {
             writer->write(as_frames(data).subspan(at, piece));
             at += piece;
         }
-        ASSERT_EQ(at, data.size());
         EXPECT_EQ(writer->frames(), data.size() / 4);
         writer->close();
-        const Bytes bytes = content(file);
+        const Bytes bytes = place->content("long.wav");
         EXPECT_EQ(bytes.substr(0, 16), "RF64" + u32(0xFFFF'FFFF) + "WAVEds64");
         EXPECT_EQ(bytes.substr(20, 28),
             little<std::uint64_t>(bytes.size() - 8) + little<std::uint64_t>(data.size())
                 + little<std::uint64_t>(data.size() / 4) + u32(0));
         EXPECT_TRUE(bytes.ends_with("data" + u32(0xFFFF'FFFF) + data));
-        EXPECT_EQ(open_wave_file(file)->frames(), data.size() / 4);
+        EXPECT_EQ(open_wave_file(*place / "long.wav")->frames(), data.size() / 4);
     }
-}
-
-TEST_F(WaveFile, TheLimitItselfIsStillPlain)
-{
-    const PcmFormat format{ .rate = 8000, .bits = 16, .channels = 1 };
-    for (const bool beyond : { false, true }) {
-        create_wave_file(path, format, 1036)->write(as_frames(noise(beyond ? 1002 : 1000)));
-        EXPECT_EQ(content(path).substr(0, 4), beyond ? "RF64" : "RIFF");
+    for (const bool beyond : { false, true }) { // the limit itself is still plain
+        create_wave_file(path, { .rate = 8000, .bits = 16, .channels = 1 }, 1036)
+            ->write(as_frames(noise(beyond ? 1002 : 1000)));
+        EXPECT_EQ(content().substr(0, 4), beyond ? "RF64" : "RIFF");
         EXPECT_EQ(open_wave_file(path)->frames(), beyond ? 501U : 500U);
     }
 }
@@ -244,46 +212,34 @@ TEST_F(WaveFile, AnExistingFileIsEmptiedAndASymbolicLinkFollowed)
     EXPECT_EQ(fs::file_size(path), 46U);
 }
 
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit now{ .rlim_cur = bytes, .rlim_max = m_before.rlim_max };
-        ::setrlimit(RLIMIT_FSIZE, &now);
-    }
-    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_before); }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit m_before{};
-};
+void limit_files_to(rlim_t bytes)
+{
+    rlimit limit{};
+    ::getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = std::min(bytes, limit.rlim_max);
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+}
 
 TEST_F(WaveFile, AFullDiskIsAFailureAndWhatIsWrittenStays)
 {
     const PcmFormat format{ .rate = 8000, .bits = 16, .channels = 1 };
     const Bytes data = noise(1'000'000);
-    const FileSizeLimit limit(600'001); // within a sample
+    limit_files_to(600'001); // within a sample
     const auto writer = create_wave_file(path, format);
     writer->write(as_frames(data).first(300'000));
     EXPECT_THROW(writer->write(as_frames(data).subspan(300'000)), Failure);
     EXPECT_THROW(writer->write(as_frames(data).first(400'000)), Failure);
+    limit_files_to(RLIM_INFINITY);
     EXPECT_EQ(writer->frames(), 299'978U);
     writer->close();
     EXPECT_EQ(fs::file_size(path), 600'000U);
     EXPECT_EQ(open_wave_file(path)->frames(), 299'978U);
-    EXPECT_EQ(soxi("s", path), "299978");
 }
 
-TEST_F(WaveFile, UsualKindsOfPcmAreReadAs16Bit)
+TEST_F(WaveFile, UsualKindsOfPcmAreReadAs16BitAlsoWhereTheHeaderLies)
 {
     const float infinite = std::numeric_limits<float>::infinity();
     const float nan = std::numeric_limits<float>::quiet_NaN();
-    const Bytes extensible = "RIFF" + u32(4 + 48 + 8 + 4) + "WAVEfmt " + u32(40) + u16(0xFFFE)
-        + u16(1) + u32(8000) + u32(16000) + u16(2) + u16(16) + u16(22) + u16(16) + u32(4) + u16(1)
-        + Bytes("\0\0\0\0\x10\0\x80\0\0\xAA\0\x38\x9B\x71", 14) + "data" + u32(4)
-        + raw<std::int16_t>({ 7, -8 });
     const struct {
         const char* kind;
         Bytes bytes;
@@ -293,18 +249,17 @@ TEST_F(WaveFile, UsualKindsOfPcmAreReadAs16Bit)
         { "8 bit", wave({ 1, 1, 8000, 8 }, Bytes("\x80\xFF\x00", 3) + '\0', 3), 1,
             { 0, 32512, -32768 } },
         { "16 bit stereo", wave({ 1, 2 }, raw<std::int16_t>({ 1, 2, 3, 4 })), 2, { 1, 2, 3, 4 } },
-        { "24 bit", wave({ 1, 1, 8000, 24 }, Bytes("\0\0\x40\0\0\x80", 6)), 1, { 16384, -32768 } },
-        { "32 bit", wave({ 1, 1, 8000, 32 }, raw<std::int32_t>({ 1 << 30, INT32_MAX, INT32_MIN })),
-            1, { 16384, 32767, -32768 } },
+        { "more told than there is", wave({}, raw<std::int16_t>({ 1, 2, 3 }), 1000), 1,
+            { 1, 2, 3 } },
+        { "told without end", wave({}, raw<std::int16_t>({ 1, 2, 3 }), 0xFFFF'FFFF), 1,
+            { 1, 2, 3 } },
         { "float",
             wave({ 3, 1, 8000, 32 }, raw<float>({ 0.5F, -0.25F, 3, -3, infinite, -infinite, nan })),
             1, { 16384, -8192, 32767, -32768, 32767, -32768, 0 } },
-        { "double", wave({ 3, 1, 8000, 64 }, raw<double>({ 0.5, -0.5 })), 1, { 16384, -16384 } },
         { "three channels", wave({ 1, 3 }, raw<std::int16_t>({ 100, 200, 300 })), 2, { 200, 250 } },
         { "four channels", wave({ 1, 4 }, raw<std::int16_t>({ 10, 20, 30, 40 })), 2, { 20, 30 } },
         { "six channels", wave({ 1, 6 }, raw<std::int16_t>({ 40, 80, 0, 0, 80, 40 })), 2,
             { 30, 30 } },
-        { "extensible", extensible, 1, { 7, -8 } },
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.kind);
@@ -316,17 +271,6 @@ TEST_F(WaveFile, UsualKindsOfPcmAreReadAs16Bit)
     }
 }
 
-TEST_F(WaveFile, AHeaderThatLiesAboutTheLengthGivesWhatIsThere)
-{
-    const Bytes data = raw<std::int16_t>({ 1, 2, 3, 4, 5 });
-    for (const std::uint32_t told : { 10U, 1000U, 0x7FFF'FFFFU, 0xFFFF'FFF0U, 0xFFFF'FFFFU }) {
-        put(wave({}, data, told));
-        const auto reader = open_wave_file(path);
-        EXPECT_EQ(reader->frames(), 5U) << told;
-        EXPECT_EQ(read_all(*reader), (std::vector<std::int16_t>{ 1, 2, 3, 4, 5 })) << told;
-    }
-}
-
 TEST_F(WaveFile, WhatIsNoPcmWaveFileIsRefused)
 {
     const Bytes good = wave({}, noise(100));
@@ -335,23 +279,14 @@ TEST_F(WaveFile, WhatIsNoPcmWaveFileIsRefused)
         Bytes bytes;
     } rows[] = {
         { "empty", "" },
-        { "four letters", "RIFF" },
         { "a head only", good.substr(0, 12) },
-        { "half a format", good.substr(0, 30) },
-        { "no data chunk", good.substr(0, 36) },
         { "text", "The quick brown fox jumps over the lazy dog, and again and again." },
         { "another RIFF", Bytes(good).replace(8, 4, "AVI ") },
-        { "other sound", Bytes("FORM") + u32(0) + "AIFF" + Bytes(100, '\0') },
-        { "no channel", wave({ 1, 0 }, noise(100)) },
         { "too many channels", wave({ 1, 65535, 16000, 8 }, noise(100)) },
         { "no rate", wave({ 1, 1, 0 }, noise(100)) },
         { "a huge rate", wave({ 1, 1, 0x7FFF'FFFF }, noise(100)) },
         { "a negative rate", wave({ 1, 1, 0xFFFF'FFFF }, noise(100)) },
-        { "no bits", wave({ 1, 1, 16000, 0 }, noise(100)) },
-        { "ADPCM", wave({ 2, 1, 16000, 4 }, noise(100)) },
         { "A-law", wave({ 6, 1, 16000, 8 }, noise(100)) },
-        { "mu-law", wave({ 7, 1, 16000, 8 }, noise(100)) },
-        { "MP3", wave({ 0x55, 1, 16000, 16 }, noise(100)) },
     };
     for (const auto& row : rows) {
         put(row.bytes);
