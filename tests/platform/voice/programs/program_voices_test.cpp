@@ -1,5 +1,6 @@
 // Natural voices behind their helper: what is heard of them, and what when their programs fail.
 #include "tests/platform/voice/engines/made_utterance.h"
+#include "tests/platform/voice/processes.h"
 #include "tests/platform/voice/programs/engine_folders.h"
 
 #include "platform/voice/rendering/helper_engines.h"
@@ -7,11 +8,8 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <csignal>
-#include <thread>
 
 namespace tessavox::voice {
 
@@ -53,32 +51,6 @@ protected:
     std::unique_ptr<SpeechEngines> engines;
     std::unique_ptr<RenderQueue> queue;
 };
-
-std::vector<pid_t> children_of(pid_t process)
-{
-    std::vector<pid_t> found;
-    for (const auto& thread :
-        fs::directory_iterator("/proc/" + std::to_string(process) + "/task")) {
-        std::ifstream file(thread.path() / "children");
-        for (pid_t child = 0; file >> child;)
-            found.push_back(child);
-    }
-    return found;
-}
-
-// Also if nobody has asked yet how it ended.
-bool is_gone(pid_t process)
-{
-    return std::ifstream("/proc/" + std::to_string(process) + "/cmdline").peek() == EOF;
-}
-
-template <class Condition> bool comes_true(Condition condition)
-{
-    const auto bound = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!condition() && std::chrono::steady_clock::now() < bound)
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    return condition();
-}
 
 } // namespace
 
@@ -161,7 +133,7 @@ TEST_F(ProgramVoices, EndWithTheirHelperAlsoWhenItIsKilled)
     pid_t helper = 0;
     pid_t keeper = 0;
     pid_t program = 0;
-    ASSERT_TRUE(comes_true([&] {
+    ASSERT_TRUE(eventually([&] {
         for (const pid_t one : children_of(getpid()))
             for (const pid_t ones : children_of(helper = one))
                 for (const pid_t its : children_of(keeper = ones))
@@ -170,7 +142,7 @@ TEST_F(ProgramVoices, EndWithTheirHelperAlsoWhenItIsKilled)
     }));
     ASSERT_FALSE(fs::is_empty(runtime));
     kill(helper, SIGKILL);
-    EXPECT_TRUE(comes_true([&] { return is_gone(program) && is_gone(keeper); }));
+    EXPECT_TRUE(eventually([&] { return is_gone(program) && is_gone(keeper); }));
     EXPECT_TRUE(fs::is_empty(runtime));
 }
 

@@ -1,6 +1,7 @@
 // The engines in real helper processes, which are killed, stopped and replaced by programs that are
 // no helpers.
 #include "tests/platform/voice/engines/made_utterance.h"
+#include "tests/platform/voice/processes.h"
 
 #include "platform/failure.h"
 #include "platform/voice/rendering/helper_engines.h"
@@ -9,12 +10,8 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <future>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace tessavox::voice {
@@ -35,17 +32,19 @@ std::u16string sentence(int number)
     return text + u" of number " + to_utf16(std::to_string(number)) + u".";
 }
 
-// In the order in which they were started.
-std::vector<pid_t> child_processes()
+// Those that stand within their walls, the oldest first. One that is stopped before that may stop
+// whoever starts it.
+std::vector<pid_t> confined_helpers()
 {
-    std::vector<pid_t> processes;
-    for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
-        std::ifstream file(thread.path() / "children");
-        for (pid_t process = 0; file >> process;)
-            processes.push_back(process);
-    }
-    std::ranges::sort(processes);
-    return processes;
+    std::vector<pid_t> helpers = children_of(getpid());
+    std::erase_if(helpers, [](pid_t helper) { return status_of(helper, "Seccomp") != "2"; });
+    return helpers;
+}
+
+// Whether there are that many and no others.
+bool helpers_run(std::size_t count)
+{
+    return children_of(getpid()).size() == count && confined_helpers().size() == count;
 }
 
 std::size_t open_descriptors()
@@ -54,45 +53,9 @@ std::size_t open_descriptors()
         std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
 }
 
-template <class Condition> bool wait_until(Condition condition)
-{
-    const auto bound = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > bound)
-            return false;
-        std::this_thread::sleep_for(milliseconds(1));
-    }
-    return true;
-}
-
 bool never()
 {
     return false;
-}
-
-// Of /proc/PID/status. Empty if the process has gone.
-std::string status_of(pid_t process, const std::string& field)
-{
-    std::ifstream file("/proc/" + std::to_string(process) + "/status");
-    for (std::string line; std::getline(file, line);)
-        if (line.starts_with(field + ":\t"))
-            return line.substr(field.size() + 2);
-    return {};
-}
-
-// Whether there are that many, and each stands within its walls.
-bool helpers_run(std::size_t count)
-{
-    const std::vector<pid_t> processes = child_processes();
-    return processes.size() == count && std::ranges::all_of(processes, [](pid_t process) {
-        return status_of(process, "Seccomp") == "2";
-    });
-}
-
-bool is_gone(pid_t process)
-{
-    const std::string state = status_of(process, "State");
-    return state.empty() || state.starts_with("Z");
 }
 
 class Helpers : public testing::Test {
@@ -104,6 +67,8 @@ protected:
         english = engines->voices()->find("espeak:gmw/en-US");
         german = engines->voices()->find("espeak:gmw/de");
     }
+
+    static Rendering next(RenderQueue& queue) { return queue.take(never)->rendering; }
 
     // Speaks `count` sentences; between them, `between` may do harm.
     template <class Between>
@@ -130,9 +95,11 @@ protected:
 
 } // namespace
 
-TEST_F(Helpers, GiveBackWhatThePlainWayGivesInTheSameOrder)
+TEST_F(Helpers, GiveBackConfinedWhatThePlainWayGivesInTheSameOrder)
 {
     start();
+    ASSERT_TRUE(eventually([] { return helpers_run(1); }));
+    EXPECT_EQ(status_of(children_of(getpid()).front(), "NoNewPrivs"), "1");
     const auto plain = make_installed_catalog();
     ASSERT_GE(engines->voices()->tokens().size(), plain->tokens().size());
     const auto queue = engines->file_queue(100'000);
@@ -177,26 +144,26 @@ TEST_F(Helpers, SpeakForSeveralReadingsAtATimeAndLeaveNothingBehind)
                 [this, queue] { expect_all_in_order(*queue, 20, [](int) {}); }));
         for (auto& reading : readings)
             reading.get();
-        EXPECT_GE(child_processes().size(), 4U);
+        EXPECT_GE(children_of(getpid()).size(), 4U);
     }
     engines.reset();
-    EXPECT_TRUE(child_processes().empty());
+    EXPECT_TRUE(children_of(getpid()).empty());
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(open_descriptors(), descriptors);
 }
 
 TEST_F(Helpers, CostNoSentenceWhenTheyDieOrHangAtAnyMoment)
 {
-    start({ .quick = { std::chrono::seconds(1), milliseconds(0) } });
+    start({ .quick = { std::chrono::seconds(3), milliseconds(0) } }); // long for a busy machine
     const auto live = engines->live_queue();
     const auto file = engines->file_queue(100'000);
     const auto harm = [](int taken) {
-        const std::vector<pid_t> helpers = child_processes();
+        const std::vector<pid_t> helpers = children_of(getpid());
         const pid_t one = helpers[static_cast<std::size_t>(taken) % helpers.size()];
         if (taken % 3 == 0 && taken < 30)
             kill(one, taken % 2 == 0 ? SIGKILL : SIGSEGV);
         if (taken == 35)
-            for (const pid_t each : helpers)
+            for (const pid_t each : confined_helpers())
                 kill(each, SIGSTOP);
     };
     // So that no sentence is in the hands of three that are lost.
@@ -210,42 +177,39 @@ TEST_F(Helpers, ReadAgainThenInTheReferenceVoiceThenNotAtAll)
 {
     const Utterance utterance = utterance_of(u"4711 Grüße an 中国 und alle anderen.");
     start();
-    std::size_t length = 0;
-    {
-        const auto whole = engines->live_queue();
-        whole->submit(german, 0, utterance);
-        length = whole->take(never)->rendering.samples.size();
-    }
+    auto queue = engines->live_queue();
+    queue->submit(german, 0, utterance);
+    const auto length = static_cast<double>(next(*queue).samples.size());
     for (std::size_t losses = 1; losses <= 3; ++losses) {
         SCOPED_TRACE(losses);
+        queue.reset();
         start();
-        ASSERT_TRUE(wait_until([] { return helpers_run(1); }));
-        kill(child_processes()[0], SIGSTOP);
-        const auto queue = engines->live_queue();
+        ASSERT_TRUE(eventually([] { return helpers_run(1); }));
+        kill(children_of(getpid())[0], SIGSTOP);
+        queue = engines->live_queue();
         queue->submit(german, 0, utterance);
         queue->submit(english, 0, utterance_of(u"The next one."));
         auto spoken = std::async(std::launch::async, [&] { return queue->take(never); });
         for (std::size_t lost = 1; lost <= losses; ++lost) {
             // The helper in hand, and the reserve that is to follow it.
-            ASSERT_TRUE(wait_until([] { return helpers_run(2); }));
-            const std::vector<pid_t> helpers = child_processes();
+            ASSERT_TRUE(eventually([] { return helpers_run(2); }));
+            const std::vector<pid_t> helpers = children_of(getpid());
             if (lost < losses)
                 kill(helpers[1], SIGSTOP);
             kill(helpers[0], SIGKILL);
-            ASSERT_TRUE(wait_until([&] { return is_gone(helpers[0]); }));
-            ASSERT_TRUE(wait_until([&] { return child_processes()[0] != helpers[0]; }));
+            ASSERT_TRUE(eventually([&] { return is_gone(helpers[0]); }));
+            ASSERT_TRUE(eventually([&] { return children_of(getpid())[0] != helpers[0]; }));
         }
         const Rendering rendering = spoken.get()->rendering;
-        const std::size_t words = losses < 3 ? utterance.tokens.size() : 0;
-        EXPECT_EQ(rendering.words.size(), words);
+        const auto samples = static_cast<double>(rendering.samples.size());
+        EXPECT_EQ(rendering.words.size(), losses < 3 ? utterance.tokens.size() : 0);
         EXPECT_TRUE(std::ranges::none_of(rendering.words, &WordMark::silent));
         EXPECT_EQ(rendering.sample_rate > 0, losses < 3);
         if (losses == 1)
-            EXPECT_NEAR(static_cast<double>(rendering.samples.size()), static_cast<double>(length),
-                static_cast<double>(length) / 50);
+            EXPECT_NEAR(samples, length, length / 50);
         else
-            EXPECT_LT(rendering.samples.size(), length * 9 / 10);
-        EXPECT_GT(queue->take(never)->rendering.samples.size(), 5'000U);
+            EXPECT_LT(samples, length * 0.9);
+        EXPECT_GT(next(*queue).samples.size(), 5'000U);
     }
 }
 
@@ -255,29 +219,24 @@ TEST_F(Helpers, AreNotTakenFromAReserveThatMayHangToo)
 {
     start({ .quick = { milliseconds(500), milliseconds(10) } });
     const auto queue = engines->live_queue();
-    std::size_t lengths[2] = {};
-    for (std::size_t& length : lengths) {
+    double lengths[2] = {};
+    for (double& length : lengths) {
         queue->submit(german, 0, utterance_of(u"4711 Grüße an 中国 und alle anderen."));
-        length = queue->take(never)->rendering.samples.size();
-        ASSERT_TRUE(wait_until([] { return helpers_run(2); }));
-        for (const pid_t helper : child_processes())
+        length = static_cast<double>(next(*queue).samples.size());
+        ASSERT_TRUE(eventually([] { return helpers_run(2); }));
+        for (const pid_t helper : confined_helpers())
             kill(helper, SIGSTOP);
     }
-    EXPECT_NEAR(static_cast<double>(lengths[1]), static_cast<double>(lengths[0]),
-        static_cast<double>(lengths[0]) / 50);
+    EXPECT_NEAR(lengths[1], lengths[0], lengths[0] / 50);
 }
 
 // Each of these made a library write past its own memory, or read what it had freed.
 TEST_F(Helpers, OutliveTextsThatTheirEnginesDoNot)
 {
-    struct Case {
-        const char* voice;
-        std::u16string text;
-    };
     const std::u16string header
         = u"Received: from mx1.example.org (203.0.113.7) by smtp.example.net "
           u"with ESMTPS id 4891028164456; Tue, 14 May 2024 10:22:31 +0200";
-    const Case cases[] = {
+    const std::pair<const char*, std::u16string> cases[] = {
         { "espeak:sit/yue", u"條碼 4891028164456" },
         { "espeak:sit/yue", header },
         { "espeak:esx/kl", u"1984 1999 2024 1066 1789 1914" },
@@ -290,14 +249,14 @@ TEST_F(Helpers, OutliveTextsThatTheirEnginesDoNot)
     };
     start();
     const auto queue = engines->live_queue();
-    for (const Case& hostile : cases) {
-        const int voice = engines->voices()->find(hostile.voice);
+    for (const auto& [id, text] : cases) {
+        const int voice = engines->voices()->find(id);
         if (voice < 0)
             continue; // an older engine
-        queue->submit(voice, 0, utterance_of(hostile.text));
+        queue->submit(voice, 0, utterance_of(text));
         queue->submit(english, 0, utterance_of(u"The next one."));
-        EXPECT_TRUE(queue->take(never)) << hostile.voice;
-        EXPECT_GT(queue->take(never)->rendering.samples.size(), 5'000U) << hostile.voice;
+        EXPECT_TRUE(queue->take(never)) << id;
+        EXPECT_GT(next(*queue).samples.size(), 5'000U) << id;
     }
 }
 
@@ -311,7 +270,7 @@ TEST_F(Helpers, AreNotBelievedIfTheyAreNone)
         EXPECT_TRUE(engines->voices()->tokens().empty());
         const auto queue = engines->live_queue();
         queue->submit(0, 0, utterance_of(u"To nobody."));
-        EXPECT_EQ(queue->take(never)->rendering.sample_rate, 0);
+        EXPECT_EQ(next(*queue).sample_rate, 0);
     }
 }
 
@@ -319,7 +278,7 @@ TEST_F(Helpers, ForgetWhatIsDroppedAndAreWokenFromAWait)
 {
     start();
     const auto queue = engines->live_queue();
-    for (int round = 0; round < 20; ++round) {
+    for (int round = 0; round < 5; ++round) {
         int submitted = 0;
         for (; queue->wants_more(); ++submitted)
             queue->submit(english, -10, utterance_of(std::u16string(400, u'a')));
@@ -329,7 +288,8 @@ TEST_F(Helpers, ForgetWhatIsDroppedAndAreWokenFromAWait)
         EXPECT_FALSE(queue->pending());
         expect_all_in_order(*queue, 1, [](int) {});
     }
-    for (const pid_t helper : child_processes())
+    ASSERT_TRUE(eventually([] { return confined_helpers() == children_of(getpid()); }));
+    for (const pid_t helper : confined_helpers())
         kill(helper, SIGSTOP);
     queue->submit(english, 0, utterance_of(sentence(1)));
     std::atomic<bool> interrupted{ false };
@@ -339,13 +299,6 @@ TEST_F(Helpers, ForgetWhatIsDroppedAndAreWokenFromAWait)
     queue->wake();
     EXPECT_FALSE(taken.get());
     EXPECT_TRUE(queue->pending());
-}
-
-TEST_F(Helpers, AreConfined)
-{
-    start();
-    ASSERT_TRUE(wait_until([] { return helpers_run(1); }));
-    EXPECT_EQ(status_of(child_processes().front(), "NoNewPrivs"), "1");
 }
 
 TEST_F(Helpers, DieWithAProgramThatIsKilled)
@@ -359,8 +312,8 @@ TEST_F(Helpers, DieWithAProgramThatIsKilled)
     if (program == 0) {
         start();
         const auto queue = engines->live_queue();
-        wait_until([] { return helpers_run(2); });
-        const std::vector<pid_t> helpers = child_processes();
+        eventually([] { return helpers_run(2); });
+        const std::vector<pid_t> helpers = children_of(getpid());
         const bool told = write(ends[1], helpers.data(), 2 * sizeof(pid_t)) > 0;
         kill(helpers[1], SIGSTOP);
         while (told)
@@ -372,7 +325,7 @@ TEST_F(Helpers, DieWithAProgramThatIsKilled)
     kill(program, SIGKILL);
     waitpid(program, nullptr, 0);
     for (const pid_t helper : helpers)
-        EXPECT_TRUE(wait_until([&] { return is_gone(helper); }));
+        EXPECT_TRUE(eventually([&] { return is_gone(helper); }));
     close(ends[0]);
     close(ends[1]);
 }

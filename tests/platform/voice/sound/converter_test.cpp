@@ -70,8 +70,10 @@ TEST(Converter, AToneComesOutPureInPlaceAndAsLoudOrNotAtAll)
                 // The ends, where the tone begins and stops, are left out.
                 for (std::size_t i = wanted.size() / 20; i < wanted.size() * 19 / 20; ++i)
                     furthest = std::max(furthest, std::abs(heard[i] - wanted[i]));
-                // Near the edge of what it lets through, the filter is even to some ten thousandths.
-                EXPECT_LE(furthest, share == 0.85 ? 30 : 4) << from << " to " << to << ", " << hertz << " Hz";
+                // Near the edge of what it lets through, the filter is even to some ten
+                // thousandths.
+                EXPECT_LE(furthest, share == 0.85 ? 30 : 4)
+                    << from << " to " << to << ", " << hertz << " Hz";
             }
         }
     }
