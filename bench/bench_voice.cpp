@@ -280,6 +280,7 @@ public:
 
     double save(const TextSlice& text, int type)
     {
+        std::filesystem::remove(m_folder / "ours.wav"); // both write a new file
         const auto start = Clock::now();
         const auto stream = m_service->create_file_stream();
         stream->set_FormatType(type);
@@ -304,6 +305,7 @@ public:
         std::vector<double> theirs;
         for (int i = 0; i < m_rounds; ++i) {
             ours.push_back(save(text, type));
+            std::filesystem::remove(m_folder / "theirs.wav");
             const auto start = Clock::now();
             if (std::system(line.c_str()) != 0) {
                 std::printf("%s: %s is not installed\n", what, command.c_str());

@@ -44,6 +44,16 @@ Descriptor open_regular_file(const std::string& path, int flags)
     return file;
 }
 
+/// Cuts the file if it is longer. One that was truncated at all is written out by some file systems
+/// as it is closed, which takes its time.
+bool shorten(int file, std::uint64_t size)
+{
+    struct stat status { };
+    return ::fstat(file, &status) == 0
+        && (static_cast<std::uint64_t>(status.st_size) <= size
+            || ::ftruncate(file, static_cast<off_t>(size)) == 0);
+}
+
 // Headers as they stand in the file; numbers are little endian there.
 static_assert(std::endian::native == std::endian::little);
 
@@ -156,7 +166,7 @@ public:
         // Beyond a limit on the size of files this signal would end the program. Ignored, it leaves
         // the error number to tell the story.
         std::signal(SIGXFSZ, SIG_IGN);
-        if (::ftruncate(m_file.get(), 0) != 0)
+        if (!shorten(m_file.get(), 0))
             fail(path);
         write_header();
     }
@@ -189,7 +199,7 @@ public:
             return;
         Descriptor file = std::move(m_file);
         const std::uint64_t end = header_bytes() + m_data;
-        if (::ftruncate(file.get(), static_cast<off_t>(end)) != 0)
+        if (!shorten(file.get(), end))
             fail("completing a wave file");
         const std::byte pad{};
         if (m_data % 2 == 1)
