@@ -26,7 +26,7 @@ constexpr std::uint64_t read_file = LANDLOCK_ACCESS_FS_READ_FILE;
 constexpr std::uint64_t read_folder = read_file | LANDLOCK_ACCESS_FS_READ_DIR;
 constexpr std::uint64_t write_files = LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_REMOVE_FILE
     | LANDLOCK_ACCESS_FS_REMOVE_DIR | LANDLOCK_ACCESS_FS_MAKE_REG | LANDLOCK_ACCESS_FS_MAKE_DIR
-    | access_truncate;
+    | access_refer | access_truncate;
 
 struct Rules {
     std::uint64_t files = 0;

@@ -25,8 +25,9 @@ namespace fs = std::filesystem;
 
 // The largest models of the usual engines need less than half of it.
 constexpr rlim_t most_memory_bytes = rlim_t{ 4 } << 30;
-// Two minutes of sound, twice over.
-constexpr std::uint64_t most_file_bytes = 32U << 20;
+// Many minutes of sound, and more than the 64 MB that the sound server's library reserves in memory
+// before it finds out that there is no server: a program that links it would be ended otherwise.
+constexpr std::uint64_t most_file_bytes = 128U << 20;
 
 constexpr const char* system_places[] = { "/bin", "/sbin", "/lib", "/lib32", "/lib64", "/usr",
     "/opt", "/etc", "/dev/zero", "/dev/random", "/dev/urandom", "/proc/self", "/proc/cpuinfo",

@@ -23,7 +23,7 @@ class Confined : public testing::Test {
 protected:
     Confined()
     {
-        for (const char* file : { "mine/file", "own/file", "data/file" })
+        for (const char* file : { "mine/file", "own/file", "own/deep/file", "data/file" })
             folder.write(file, "text");
     }
 
@@ -99,6 +99,8 @@ TEST_F(Confined, ReachesNothingButWhatItMay)
         { "list a folder", refused, refused, [&] { return opens(mine, O_DIRECTORY); } },
         { "write in its folder", refused, went_through,
             [&] { return opens(own / "new", O_WRONLY | O_CREAT); } },
+        { "move a file", refused, went_through,
+            [&] { return rename((own / "deep/file").c_str(), (own / "moved").c_str()) == 0; } },
         { "reach the network", refused, refused, [&] { return has_socket(AF_INET); } },
         { "reach the session", refused, refused, [&] { return has_socket(AF_UNIX); } },
         { "run a program", refused, went_through, [&] { return runs("/bin/cat", file); } },
