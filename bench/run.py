@@ -160,13 +160,16 @@ def driven(table, program_path):
 def opening_of_documents(table, program_path):
     with bed.Program(path=program_path) as program:
         area, new = program.find("layered pane"), program.button("New")
+        left, top, width, height = new.box
+        bed.xdotool("mousemove", left + width // 2, top + height // 2)
         milliseconds = {}
         for number in range(2, DOCUMENTS + 1):
+            bed.xdotool("mousedown", 1)  # xdotool's own click rests for 100 ms
             begin = time.monotonic()
-            new.click()
+            bed.xdotool("mouseup", 1)
             bed.wait_for(lambda: area.node.get_child_count() == number, f"document {number}")
             milliseconds[number] = (time.monotonic() - begin) * 1000
-        table.add("opening of the 2nd document, from the click", milliseconds[2], "ms")
+        table.add("opening of the 2nd document, from the click", milliseconds[2], "ms", 50)
         table.add(f"opening of the {DOCUMENTS}th document", milliseconds[DOCUMENTS], "ms",
                   milliseconds[2], "(2nd)")
         table.add(f"memory with {DOCUMENTS} documents (PSS)", memory(program.process.pid)[0], "MB")
