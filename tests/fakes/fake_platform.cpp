@@ -10,6 +10,9 @@ namespace tessavox {
 
 namespace {
 
+constexpr double client_width = 12000; // twips, of every window
+constexpr double client_height = 9000;
+
 class FakeWindow : public FormWindow, public ControlView {
 public:
     FakeWindow(FakeWindows& windows, Form& form)
@@ -39,7 +42,7 @@ public:
         const auto forms = m_windows.open_forms;
         for (Form* form : forms) { // a child comes on the screen with its parent
             if (m_windows.is_on_screen(*form) && m_windows.sized.insert(form).second)
-                form->client_resized(m_windows.client_width, m_windows.client_height);
+                form->client_resized(client_width, client_height);
         }
     }
 
@@ -52,7 +55,6 @@ private:
 
 std::string FakeFiles::read(const std::string& path)
 {
-    count_call();
     const auto found = files.find(path);
     if (found == files.end())
         throw Failure("there is no " + path);
@@ -61,16 +63,9 @@ std::string FakeFiles::read(const std::string& path)
 
 void FakeFiles::write(const std::string& path, const std::string& bytes, Durability)
 {
-    count_call();
     if (is_refused(path))
         throw Failure(path + " can't be written");
     files[path] = bytes;
-}
-
-void FakeFiles::count_call()
-{
-    if (m_calls_until_failure > 0 && --m_calls_until_failure == 0)
-        throw Failure("this call was told to fail");
 }
 
 MessageAnswer FakeMessageBoxes::show(

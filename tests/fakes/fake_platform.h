@@ -26,8 +26,6 @@ public:
         return is_refused(path) ? WriteObstacle::not_writable : WriteObstacle::none;
     }
     ReadObstacle obstacle_to_opening(const std::string&) override { return ReadObstacle::none; }
-    /// The n-th call from now on, reads and writes counted together from 1, fails.
-    void fail_call(int n) { m_calls_until_failure = n; }
 
     std::map<std::string, std::string> files;
     std::set<std::string> refused; // paths that can't be written
@@ -37,8 +35,6 @@ private:
     {
         return refused.contains(path) || path.empty();
     }
-    void count_call();
-    int m_calls_until_failure = 0;
 };
 
 class FakeClipboard : public Clipboard {
@@ -128,10 +124,9 @@ struct FakeScreen : Screen {
     double Height() const override { return 15360; }
     double TwipsPerPixelX() const override { return 15; }
     double TwipsPerPixelY() const override { return 15; }
-    PixelEdges work_area() const override { return free_area; }
+    PixelEdges work_area() const override { return { 0, 0, 1280, 984 }; }
 
     MousePointer pointer = MousePointer::normal;
-    PixelEdges free_area{ 0, 0, 1280, 984 };
 };
 
 struct FakeTray : Tray {
@@ -240,8 +235,6 @@ public:
     std::unique_ptr<FormWindow> open(Form& form) override;
     void close(std::unique_ptr<FormWindow> window) override;
 
-    double client_width = 12000; // twips, of every window
-    double client_height = 9000;
     Control* focused = nullptr;
     Form* in_front = nullptr;
     std::vector<Form*> open_forms;

@@ -3,37 +3,35 @@
 #include "platform/failure.h"
 
 #include <algorithm>
-#include <functional>
 
 namespace tessavox {
 
 namespace {
 
-using Note = std::function<void(const std::string& name, const std::string& arguments)>;
-
 class RecordingStream : public SpeechFileStream {
 public:
-    RecordingStream(std::string name, Note note)
+    RecordingStream(std::string name, std::shared_ptr<VoiceRecord> record)
         : m_name(std::move(name))
-        , m_note(std::move(note))
+        , m_record(std::move(record))
     {
     }
     const std::string& name() const { return m_name; }
     int FormatType() const override { return m_type; }
     void set_FormatType(int type) override
     {
-        m_note(m_name + ".FormatType", std::to_string(type));
+        m_record->note(m_name + ".FormatType", std::to_string(type));
         m_type = type;
     }
     void Open(const std::string& path, SpeechStreamFileMode mode, bool events) override
     {
-        m_note(m_name + ".Open", path + " " + std::to_string(mode) + (events ? " events" : ""));
+        m_record->note(
+            m_name + ".Open", path + " " + std::to_string(mode) + (events ? " events" : ""));
     }
-    void Close() override { m_note(m_name + ".Close", ""); }
+    void Close() override { m_record->note(m_name + ".Close"); }
 
 private:
     std::string m_name;
-    Note m_note;
+    std::shared_ptr<VoiceRecord> m_record;
     int m_type = 22;
 };
 
@@ -42,7 +40,7 @@ public:
     RecordingVoice(RecordingSpeech& speech, std::shared_ptr<VoiceRecord> record)
         : m_speech(speech)
         , m_record(std::move(record))
-        , m_device(std::make_shared<RecordingStream>("device", notes()))
+        , m_device(std::make_shared<RecordingStream>("device", m_record))
         , m_stream(m_device)
     {
         if (!speech.voices.empty())
@@ -50,17 +48,9 @@ public:
     }
     ~RecordingVoice() override { m_record->released = true; }
 
-    Note notes()
+    void note(const std::string& name, const std::string& arguments = {})
     {
-        return [record = m_record](const std::string& name, const std::string& arguments) {
-            if (record->failing.contains(name))
-                throw Failure(name + " was told to fail");
-            record->calls.push_back(arguments.empty() ? name : name + " " + arguments);
-        };
-    }
-    void note(const std::string& name, const std::string& arguments = {}) const
-    {
-        const_cast<RecordingVoice*>(this)->notes()(name, arguments);
+        m_record->note(name, arguments);
     }
 
     std::int32_t Speak(TextSlice text, std::int32_t flags) override
@@ -68,8 +58,6 @@ public:
         m_record->last_text = to_utf8(text.view());
         m_record->last_slice = text;
         note("Speak", "\"" + m_record->last_text + "\" " + std::to_string(flags));
-        if (m_speech.while_speaking)
-            m_speech.while_speaking(*m_record);
         return 1;
     }
     void Pause() override { note("Pause"); }
@@ -148,6 +136,13 @@ private:
 
 } // namespace
 
+void VoiceRecord::note(const std::string& name, const std::string& arguments)
+{
+    if (failing.contains(name))
+        throw Failure(name + " was told to fail");
+    calls.push_back(arguments.empty() ? name : name + " " + arguments);
+}
+
 SpeechObjectToken token_named(const std::string& description)
 {
     SpeechObjectToken token;
@@ -164,16 +159,10 @@ std::unique_ptr<SpeechVoice> RecordingSpeech::create_voice(SpeechVoiceEvents& ev
     return std::make_unique<RecordingVoice>(*this, records.back());
 }
 
+/// Noted among the calls of the voice made last, so that one list tells the whole order.
 std::shared_ptr<SpeechFileStream> RecordingSpeech::create_file_stream()
 {
-    // Noted among the calls of the voice made last, so that one list tells the whole order.
-    const auto record = records.back();
-    return std::make_shared<RecordingStream>(
-        "file", [record](const std::string& name, const std::string& arguments) {
-            if (record->failing.contains(name))
-                throw Failure(name + " was told to fail");
-            record->calls.push_back(arguments.empty() ? name : name + " " + arguments);
-        });
+    return std::make_shared<RecordingStream>("file", records.back());
 }
 
 } // namespace tessavox

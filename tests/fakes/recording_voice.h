@@ -3,7 +3,6 @@
 
 #include "platform/speech_voice.h"
 
-#include <functional>
 #include <memory>
 #include <set>
 #include <string>
@@ -21,6 +20,8 @@ public:
     {
     }
 
+    /// Writes a call down. @throws Failure if calls of that name are to fail.
+    void note(const std::string& name, const std::string& arguments = {});
     /// The lines since the last call.
     std::vector<std::string> take_calls() { return std::exchange(calls, {}); }
     /// Makes every call of that name fail from now on.
@@ -62,8 +63,6 @@ public:
     std::vector<std::shared_ptr<VoiceRecord>> records;
     /// Whether no further voice can be made.
     bool refuses_voices = false;
-    /// What every Speak does before it returns, such as delivering events.
-    std::function<void(VoiceRecord&)> while_speaking;
 };
 
 } // namespace tessavox

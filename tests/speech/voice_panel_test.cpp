@@ -134,34 +134,29 @@ TEST_F(Panel, AutomaticReadingTakesTheTrayEntryAway)
 TEST_F(Panel, ACompanionProgramCanChangeVoiceAndSpeed)
 {
     struct Case {
-        const char* voice;
+        void (VoicePanel::*adjust)();
+        const char* voice; // in the settings
         const char* speed;
         const char* asked;
         const char* panels;
     };
-    const Case speakers[] = {
-        { " 1", " 7", "Voice Bob; Voice Bob", "Speaker:  Bob, of another" },
-        { " 9", " 7", "Voice Anna", "Speaker:  Anna, of another" } // there is no such voice
-    };
-    const Case speeds[] = {
-        { " 1", " 7", "Rate 7", "of another, Speaking Speed: 7" },
-        { " 1", " 11", "Rate 0", "of another, Speaking Speed: 0" } // no such speed
-    };
-    const auto check = [](const Case& row, void (VoicePanel::*adjust)()) {
+    const auto speaker = &VoicePanel::Adjustspeaker;
+    const auto speed = &VoicePanel::Adjustspeed;
+    const Case cases[] = { { speaker, " 1", " 7", "Voice Bob; Voice Bob", "Speaker:  Bob, before" },
+        { speaker, " 9", " 7", "Voice Anna", "Speaker:  Anna, before" }, // there is no such voice
+        { speed, " 1", " 7", "Rate 7", "before, Speaking Speed: 7" },
+        { speed, " 1", " 11", "Rate 0", "before, Speaking Speed: 0" } }; // no such speed
+    for (const Case& row : cases) {
         StartedProgram other;
         other.file("setting1.txt") = file_of_lines({ "", row.voice, row.speed, " 1", "" });
         other.file("control.txt") = file_of_lines({ "1", "1", "0", "0" });
-        other.main.sbStatusBar.PanelText(2) = "of another";
-        other.main.sbStatusBar.PanelText(3) = "of another";
-        (other.document().speech.panel.*adjust)();
+        for (const int panel : { 2, 3 })
+            other.main.sbStatusBar.PanelText(panel) = "before";
+        (other.document().speech.panel.*row.adjust)();
         EXPECT_EQ(other.asked(), row.asked);
         EXPECT_EQ(other.panel(2) + ", " + other.panel(3), row.panels);
         EXPECT_EQ(other.file("control.txt"), file_of_lines({ "0", "0", "0", "0" }));
-    };
-    for (const Case& row : speakers)
-        check(row, &VoicePanel::Adjustspeaker);
-    for (const Case& row : speeds)
-        check(row, &VoicePanel::Adjustspeed);
+    }
 }
 
 TEST_F(Panel, WithoutAVoiceTheWindowLoadsToItsEnd)

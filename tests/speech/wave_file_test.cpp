@@ -26,10 +26,9 @@ TEST_F(Waves, ASaveSwapsTheOutputAndSwapsItBack)
     EXPECT_EQ(document().speech.place.position, 6);
     EXPECT_EQ(selected(), "world.");
     EXPECT_EQ(screen.pointer, MousePointer::normal);
-    ASSERT_EQ(boxes.shown.size(), 1u);
-    EXPECT_EQ(boxes.shown[0].text, "WAV file successfully written!");
-    EXPECT_EQ(boxes.shown[0].title, "File Saved");
-    EXPECT_EQ(boxes.shown[0].buttons, MessageButtons::ok);
+    const FakeMessageBoxes::Box done{ "WAV file successfully written!", "File Saved",
+        MessageButtons::ok, MessageIcon::none };
+    EXPECT_EQ(boxes.shown, std::vector{ done });
     EXPECT_TRUE(dialogs.requests[0].overwrite_prompt);
 }
 
@@ -51,14 +50,14 @@ TEST_F(Waves, OutsideTheTextViewAndByTheClipboardCommandTheClipboardIsSaved)
     }
 }
 
-TEST_F(Waves, ThatFailIsSilentTouchesNoControlAndLeavesTheVoiceInItsFile)
+TEST_F(Waves, ThatFailAreSilentTouchNoControlAndLeaveTheVoiceInItsFile)
 {
     struct Case {
         const char* failing;
         const char* last_call; // that went through
         bool hourglass = true;
     };
-    const Case cases[] = { { "cancelled", "Rate 0", false }, { "Voice", "", false },
+    const Case cases[] = { { "the user", "Rate 0", false }, { "Voice", "", false },
         { "Rate", "Voice Anna", false }, { "file.FormatType", "Rate 0" },
         { "file.Open", "file.FormatType 16" }, { "AllowFormatChanges", "file.Open /out.wav 3" },
         { "AudioOutputStream", "AllowFormatChanges false" }, { "Speak", "AudioOutputStream file" },
@@ -66,22 +65,22 @@ TEST_F(Waves, ThatFailIsSilentTouchesNoControlAndLeavesTheVoiceInItsFile)
         { "file.Close", "AudioOutputStream device" } };
     for (const Case& row : cases) {
         SCOPED_TRACE(row.failing);
+        const bool cancelled = row.failing == std::string("the user");
+        voice().mend();
         voice().fail(row.failing);
-        dialogs.answers = { "/out.wav" };
-        if (row.failing == std::string("cancelled"))
-            dialogs.answers = { std::nullopt };
+        dialogs.answers = { cancelled ? std::nullopt : std::optional<std::string>("/out.wav") };
+        dialogs.requests.clear();
         screen.pointer = MousePointer::normal;
         document().Play.Enabled = false;
         save();
-        EXPECT_EQ(
-            dialogs.answers.empty(), *row.last_call == 0 || row.last_call[0] == 'V' ? false : true);
+        EXPECT_EQ(dialogs.requests.size(), row.hourglass || cancelled ? 1u : 0u);
         EXPECT_EQ(screen.pointer == MousePointer::hourglass, row.hourglass);
         const std::string calls = asked();
         EXPECT_TRUE(calls.ends_with(row.last_call)) << calls;
         EXPECT_TRUE(boxes.shown.empty());
         EXPECT_FALSE(document().Play.Enabled);
-        voice().mend();
     }
+    voice().mend();
     document().FormatCB.ListIndex = -1;
     dialogs.answers = { "/out.wav" };
     save();
@@ -110,26 +109,22 @@ TEST_F(Waves, TheUserCanEndASaveAndKeepsWhatIsWritten)
 TEST_F(Waves, TheDialogOfAPlayBeginsWithTheNameOfBefore)
 {
     // A save begins without a name, and even a cancelled one makes the dialog forget the last.
-    const char* const rows[][4] = { // the command, its answer, and what its dialog began with
-        { "play", "/a.wav", "", "Speak a Wave File" },
-        { "play", "", "/a.wav", "Speak a Wave File" }, { "save", "", "", "Save to a Wave File" },
-        { "play", "", "", "Speak a Wave File" },
-        { "clipboard", "/b.wav", "", "Save to a Wave File" },
-        { "play", "", "/b.wav", "Speak a Wave File" }
-    };
-    for (const auto& [command, answer, name, title] : rows) {
-        dialogs.answers = { *answer ? std::optional<std::string>(answer) : std::nullopt };
-        if (command == std::string("play"))
-            document().Play.user_press();
-        else if (command == std::string("save"))
-            save();
-        else
-            document().ReadClipboardtoFile.user_press();
-        EXPECT_EQ(state(), command == std::string("play") && *answer ? "speaking" : "idle");
+    const struct {
+        const char* button;
+        const char* answer; // "": cancelled
+        const char* name; // that the dialog begins with
+        const char* title = "Speak a Wave File";
+    } rows[] = { { "Play", "/a.wav", "" }, { "Play", "", "/a.wav" },
+        { "SpeaktofileBtn", "", "", "Save to a Wave File" }, { "Play", "", "" },
+        { "ReadClipboardtoFile", "/b.wav", "", "Save to a Wave File" }, { "Play", "", "/b.wav" } };
+    for (const auto& row : rows) {
+        dialogs.answers = { *row.answer ? std::optional<std::string>(row.answer) : std::nullopt };
+        press(row.button);
+        EXPECT_EQ(state(), row.button == std::string("Play") && *row.answer ? "speaking" : "idle");
         document().speech.session.UpdateSpeechControls(false, false);
         const FileDialogRequest& request = dialogs.requests.back();
-        EXPECT_EQ(request.FileName, name);
-        EXPECT_EQ(request.DialogTitle, title);
+        EXPECT_EQ(request.FileName, row.name);
+        EXPECT_EQ(request.DialogTitle, row.title);
         EXPECT_EQ(request.Filter, "All Files (*.*)|*.*|Wave Files (*.wav)|*.wav");
         EXPECT_EQ(request.FilterIndex, 2);
     }
