@@ -61,14 +61,6 @@ class Files(unittest.TestCase):
             self.assertEqual(content(path), after, answer)
         wait_for(lambda: not self.copies(), "nothing that was saved or given up is kept")
 
-    def test_what_cant_be_opened_is_refused_while_the_dialog_is_open(self):
-        os.mkfifo(self.path("pipe"))
-        keys("ctrl+o")
-        self.program.choose_file(self.path("pipe"))
-        self.assertIn("pipe is no file that can be opened",
-                      self.program.answer(self.program.wait_for_message()))
-        self.program.file_dialog()
-
     def test_a_crash_leaves_the_text_that_wasnt_saved(self):
         keys("ctrl+n")
         wait_for(lambda: self.is_open("Document 2"), "a second document")

@@ -1,5 +1,6 @@
 #include "platform/files/disk_file_store.h"
 
+#include "platform/text_limits.h"
 #include "tests/contract/file_store_contract.h"
 #include "tests/platform/files/test_folder.h"
 
@@ -72,10 +73,24 @@ TEST_F(DiskFiles, WhatIsNoRegularFileIsRefusedAtOnceAndStaysWhatItIs)
     EXPECT_EQ(folder.entries(), 4u);
 }
 
-TEST_F(DiskFiles, AFileOfMoreThan64MegabytesIsNotRead)
+TEST_F(DiskFiles, WhatIsNoDocumentIsKnownBeforeItIsOpenedAndNothingHugeIsRead)
 {
+    folder.write("text", "a\n");
+    folder.write("lines", std::string(most_text_paragraphs, '\n'));
+    folder.write("wide", std::string(2 * most_text_paragraphs, 'x'));
     folder.write("large", "");
     fs::resize_file(folder / "large", (std::uintmax_t(64) << 20) + 1);
+    ASSERT_EQ(::mkfifo((folder / "fifo").c_str(), 0600), 0);
+    const std::pair<std::string, ReadObstacle> rows[] = {
+        { "text", ReadObstacle::none },
+        { "wide", ReadObstacle::none },
+        { "lines", ReadObstacle::too_long },
+        { "large", ReadObstacle::too_long },
+        { "fifo", ReadObstacle::no_file },
+        { "none", ReadObstacle::not_readable },
+    };
+    for (const auto& [name, obstacle] : rows)
+        EXPECT_EQ(store.obstacle_to_opening(folder / name), obstacle) << name;
     EXPECT_THROW(store.read(folder / "large"), Failure);
 }
 

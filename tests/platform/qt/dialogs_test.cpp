@@ -146,6 +146,23 @@ TEST(SaveDialog, WhatCannotBeWrittenIsRefusedWithAMessageAndTheDialogStays)
     EXPECT_EQ(messages, (std::vector<std::string>{ "2301 fixed", "2302 file" }));
 }
 
+TEST(OpenDialog, WhatIsNoDocumentIsRefusedWhereOneIsWantedAndTheDialogStays)
+{
+    QtDialogsBed bed;
+    std::vector<std::string> messages;
+    std::ofstream(bed.path("fixed")) << "text"; // nothing that isn't there can be chosen
+    FileDialogRequest request;
+    request.FileName = bed.path("old.wav");
+    bed.user_chooses("fixed");
+    EXPECT_EQ(bed.dialogs().ShowOpen(request), bed.path("fixed"));
+    request.must_be_text = true;
+    bed.user_chooses("fixed");
+    bed.user_reads(messages);
+    bed.user_chooses("old.wav");
+    EXPECT_EQ(bed.dialogs().ShowOpen(request), bed.path("old.wav"));
+    EXPECT_EQ(messages, std::vector<std::string>{ "2356 fixed" });
+}
+
 TEST(SaveDialog, AFileIsReplacedOnlyWhenTheUserSaysSo)
 {
     QtDialogsBed bed;
