@@ -16,6 +16,7 @@
 #include "platform/qt/message_boxes.h"
 #include "platform/qt/message_gate.h"
 #include "platform/qt/outside_changes.h"
+#include "platform/qt/program_icons.h"
 #include "platform/qt/program_style.h"
 #include "platform/qt/rich_text_pane.h"
 #include "platform/qt/screen.h"
@@ -95,7 +96,8 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
 {
     const std::string app_folder = find_app_folder(from_qt(QCoreApplication::applicationDirPath()),
         TESSAVOX_BUILD_FOLDER, TESSAVOX_SOURCE_SHARE);
-    QApplication::setWindowIcon(QIcon(to_qt(app_folder + "/tessavox.png")));
+    QApplication::setWindowIcon(QIcon(to_qt(app_folder + "/tessavox.svg")));
+    use_icons_of(app_folder + "/icons");
 
     const StringTable texts(strings_of_language(user_language_id()));
     MessageGate gate;

@@ -20,10 +20,12 @@ constexpr CommandRow<F> commands[] = {
     { &M::mnuFileBar0 },
     { &M::mnuFileSave, 1003, "Ctrl+S", call<&F::mnuFileSave_Click>, with_document },
     { &M::mnuFileSaveAs, 1004, "", call<&F::mnuFileSaveAs_Click>, with_document },
+    { &M::mnuFileBar1 },
     { &M::mnuFilePrint, 1005, "Ctrl+P", nullptr, with_document },
     { &M::mnuFileBar3 },
     { &M::mnuFileClose, 1006, "", call<&F::mnuFileClose_Click>, with_document },
     { &M::mnuFileExit, 1007, "Ctrl+Q", call<&F::mnuFileExit_Click> },
+    { &M::mnuFileExit2 },
 };
 
 std::string title_of(const std::string& path)

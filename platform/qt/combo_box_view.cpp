@@ -57,17 +57,22 @@ public:
     }
 
 protected:
-    void paintEvent(QPaintEvent* event) override
+    void paintEvent(QPaintEvent*) override
     {
-        if (isEditable())
-            return QComboBox::paintEvent(event);
         QStyleOptionComboBox option;
         initStyleOption(&option);
         const QRect arrow = QStyle::visualRect(layoutDirection(), rect(),
             style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxArrow, this));
         const QRect room(list_text_margin, 0, arrow.left() - list_text_margin + 1, height());
         QStylePainter painter(this);
+        // The arrow is drawn here, as a style sheet would leave it out.
+        option.subControls &= ~QStyle::SC_ComboBoxArrow;
         painter.drawComplexControl(QStyle::CC_ComboBox, option);
+        QStyleOption sign = option;
+        sign.rect = QStyle::visualRect(layoutDirection(), rect(), arrow);
+        painter.drawPrimitive(QStyle::PE_IndicatorArrowDown, sign);
+        if (isEditable())
+            return;
         painter.setFont(fitted_font(font(), currentText(), room.width()));
         painter.drawItemText(QStyle::visualRect(layoutDirection(), rect(), room),
             QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignVCenter,

@@ -4,6 +4,7 @@
 #include "platform/controls/buttons.h"
 #include "platform/controls/combo_box.h"
 #include "platform/controls/containers.h"
+#include "platform/controls/form.h"
 #include "platform/controls/label.h"
 #include "platform/controls/rich_text_box.h"
 #include "platform/controls/scroll_bar.h"
@@ -22,17 +23,22 @@
 namespace tessavox {
 namespace {
 
-/// Where a control is drawn. One that sticks out of its container ends at the container's edge,
-/// so that its text is fitted to what can be seen of it.
+/// Where a control is drawn. One that sticks out of its container, or of a window of fixed size,
+/// ends at the edge, so that its text is fitted to what can be seen of it.
 QRect place_of(const Control& control)
 {
     double width = control.Width();
+    double height = control.Height();
     if (const Control* container = control.container()) {
         const double room = container->Width() - control.Left();
         if (room > 0)
             width = std::min(width, room);
+    } else if (control.form().kind() == FormKind::tool_window) {
+        const double room = control.form().ScaleHeight() - control.Top();
+        if (room > 0)
+            height = std::min(height, room);
     }
-    return to_pixels(control.Left(), control.Top(), width, control.Height());
+    return to_pixels(control.Left(), control.Top(), width, height);
 }
 
 /// The same in a window that runs from right to left, where places count from the right edge.

@@ -45,6 +45,8 @@ protected:
         QDialog::changeEvent(event);
         if (owner && event->type() == QEvent::WindowStateChange)
             owner->user_changes_state();
+        if (owner && event->type() == QEvent::PaletteChange)
+            owner->palette_changed();
     }
 };
 

@@ -7,13 +7,23 @@
 
 namespace tessavox {
 
+// Letters stand closer first, and are narrower then if that lets all be seen; never lower than
+// their neighbours'.
 QFont fitted_font(QFont font, const QString& text, int width)
 {
     constexpr double tightest = -0.5; // pixels a letter: some 4 % of a common font's
-    const int spare = width - QFontMetrics(font).size(Qt::TextShowMnemonic, text).width();
+    constexpr int narrowest = 85; // percent
+    const auto width_in = [&](const QFont& tried) {
+        return QFontMetrics(tried).size(Qt::TextShowMnemonic, text).width();
+    };
+    const int spare = width - width_in(font);
     if (spare < 0)
         font.setLetterSpacing(QFont::AbsoluteSpacing,
             std::max(tightest, (spare - 1) / static_cast<double>(text.size())));
+    const int share = 100 * width / std::max(1, width_in(font)) - 1;
+    if (share < narrowest || width_in(font) <= width)
+        return font;
+    font.setStretch(share);
     return font;
 }
 

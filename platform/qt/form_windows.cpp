@@ -10,6 +10,7 @@
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/twips.h"
 
+#include <QApplication>
 #include <QCursor>
 #include <QMenu>
 #include <QMouseEvent>
@@ -208,6 +209,13 @@ void QtFormWindow::set_style_sheet(const QString& sheet)
     const QWidget* const around = m_top->parentWidget();
     if (m_top->styleSheet() != sheet && !(around && around->window()->styleSheet() == sheet))
         m_top->setStyleSheet(sheet);
+}
+
+void QtFormWindow::palette_changed()
+{
+    const qint64 palette = QApplication::palette().cacheKey();
+    if (m_top && std::exchange(m_palette, palette) != palette && !m_top->styleSheet().isEmpty())
+        m_top->setStyleSheet(m_top->styleSheet());
 }
 
 void QtFormWindow::report_client_size(const QSize& pixels)

@@ -36,6 +36,8 @@ public:
     void SetWindowPos(Stacking stacking, const PixelBox& box) override;
     void PopupMenu(const MenuItem& menu) override;
     void set_style_sheet(const QString& sheet);
+    /// The colours that the style sheet takes from the desktop follow when that changes them.
+    void palette_changed();
     /// What is shown and closed as a whole.
     QWidget& top() const { return *m_top; }
     /// The menu of an item of the form, or null.
@@ -76,6 +78,7 @@ private:
     std::optional<FormViews> m_views;
     std::vector<std::unique_ptr<TimerView>> m_timers;
     std::string m_caption; // as shown
+    qint64 m_palette = 0; // by whose colours the style sheet is drawn
     WindowState m_state = WindowState::normal;
     bool m_show_waits = false;
     double m_left;

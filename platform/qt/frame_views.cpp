@@ -6,6 +6,7 @@
 #include "platform/failure.h"
 #include "platform/qt/child_widget.h"
 #include "platform/qt/message_gate.h"
+#include "platform/qt/program_icons.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/twips.h"
 
@@ -59,26 +60,6 @@ QString without_seconds(const QLocale& locale)
     return locale.timeFormat(QLocale::ShortFormat).remove(seconds);
 }
 
-struct ToolSign {
-    const char* key;
-    QStyle::StandardPixmap sign;
-};
-
-constexpr ToolSign tool_signs[] = {
-    { "New", QStyle::SP_FileIcon },
-    { "Open", QStyle::SP_DialogOpenButton },
-    { "Save", QStyle::SP_DialogSaveButton },
-};
-
-QIcon tool_icon(const std::string& key, const QStyle& style)
-{
-    for (const ToolSign& row : tool_signs) {
-        if (key == row.key)
-            return style.standardIcon(row.sign);
-    }
-    return {};
-}
-
 /// A button without a caption says what its tool tip does.
 QString text_of(const BarMember& button)
 {
@@ -115,7 +96,7 @@ void MenuViews::add(MenuItem& item, QMainWindow& window)
         entry.action = entry.menu->menuAction();
         m_menu_of[&item] = entry.menu;
     } else if (parent) {
-        entry.action = parent->addAction(QString());
+        entry.action = parent->addAction(icon_of_command(item.name(), IconPlace::menu), QString());
         connect(entry.action, &QAction::triggered, this, [this, &item, &window] {
             if (!m_entries.empty() && m_gate.lets_user_at(window))
                 attempt([&] { item.user_choose(); });
@@ -203,7 +184,8 @@ ToolBarView::ToolBarView(ToolBar& control, const MessageGate& gate, QMainWindow&
             m_actions.push_back(m_bar.addSeparator());
             continue;
         }
-        m_actions.push_back(m_bar.addAction(tool_icon(button.key(), *m_bar.style()), {}));
+        m_actions.push_back(
+            m_bar.addAction(icon_of_command(button.key(), IconPlace::tool_bar), {}));
         connect(m_actions.back(), &QAction::triggered, this, [this, index, &gate] {
             if (m_control && gate.lets_user_at(m_bar))
                 attempt([&] { m_control->user_press(index); });

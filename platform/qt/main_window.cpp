@@ -48,6 +48,8 @@ protected:
             return;
         if (event->type() == QEvent::WindowStateChange)
             owner->user_changes_state();
+        if (event->type() == QEvent::PaletteChange)
+            owner->palette_changed();
         // The toolkit composes a title of its own, but forgets documents from before the first
         // show.
         if (event->type() == QEvent::WindowTitleChange)

@@ -1,11 +1,12 @@
 // Buttons, check boxes and the plain kinds beside them.
 #include "platform/controls/buttons.h"
 #include "platform/controls/containers.h"
+#include "platform/controls/form.h"
 #include "platform/controls/label.h"
 #include "platform/qt/child_widget.h"
 #include "platform/qt/fitted_text.h"
+#include "platform/qt/program_icons.h"
 #include "platform/qt/text_conversion.h"
-#include "platform/qt/transport_icons.h"
 #include "platform/qt/view_makers.h"
 
 #include <QApplication>
@@ -18,8 +19,6 @@
 #include <QStyleOption>
 #include <QStylePainter>
 
-#include <optional>
-
 namespace tessavox {
 namespace {
 
@@ -27,30 +26,11 @@ namespace {
 constexpr int big_button_height = 40;
 constexpr double big_button_text_scale = 1.3;
 constexpr int sign_side = 24;
+constexpr int small_sign_side = 16;
 constexpr int text_margin = 6; // beside a sign
 constexpr int edge_and_margin = 2; // of a button, on each side of its text
-constexpr int label_indent = 3;
-
-struct SignRow {
-    const char* name;
-    TransportSign sign;
-};
-
-constexpr SignRow button_signs[] = {
-    { "SpeakBtn", TransportSign::play },
-    { "StopBtn", TransportSign::stop },
-    { "PauseBtn", TransportSign::pause },
-    { "ResumeBtn", TransportSign::resume },
-};
-
-std::optional<TransportSign> sign_of(const Control& control)
-{
-    for (const SignRow& row : button_signs) {
-        if (control.name() == row.name)
-            return row.sign;
-    }
-    return std::nullopt;
-}
+constexpr int label_indent = 2;
+constexpr int gap_before_box = 4;
 
 QString shown_caption(const Control& control)
 {
@@ -72,16 +52,16 @@ protected:
         initStyleOption(&option);
         QStylePainter painter(this);
         painter.drawControl(QStyle::CE_PushButtonBevel, option);
-        const int caption
-            = painter.fontMetrics().size(Qt::TextShowMnemonic, option.text).width() + text_margin;
-        QRect place({}, QSize(caption + sign_side, height()));
+        const int text = painter.fontMetrics().size(Qt::TextShowMnemonic, option.text).width();
+        const int beside_text = iconSize().width() + (text > 0 ? text_margin : 0);
+        QRect place({}, QSize(text + beside_text, height()));
         place.moveCenter(rect().center());
         const auto mode = isEnabled() ? QIcon::Normal : QIcon::Disabled;
         QRect sign({}, iconSize());
         sign.moveCenter(place.center());
         sign.moveRight(place.right());
         icon().paint(&painter, sign, Qt::AlignCenter, mode);
-        painter.drawItemText(place.adjusted(0, 0, -sign_side - text_margin, 0),
+        painter.drawItemText(place.adjusted(0, 0, -beside_text, 0),
             Qt::AlignCenter | Qt::TextShowMnemonic, palette(), isEnabled(), option.text,
             QPalette::ButtonText);
     }
@@ -113,7 +93,6 @@ public:
         : PressView(control, button, [&control] { control.user_press(); })
         , m_control(control)
         , m_button(button)
-        , m_sign(sign_of(control))
     {
         button.setAutoDefault(true); // so that Return presses it, as the blank does
         button.setFocusPolicy(Qt::StrongFocus);
@@ -124,17 +103,27 @@ private:
     {
         int room = m_button.width() - 2 * edge_and_margin;
         const bool big = m_button.height() >= big_button_height;
-        if (m_sign && big) {
-            const QPalette& colours = m_button.palette();
-            m_button.setIconSize({ sign_side, sign_side });
-            m_button.setIcon(
-                transport_icon(*m_sign, colours.color(QPalette::Active, QPalette::ButtonText),
-                    colours.color(QPalette::Disabled, QPalette::ButtonText)));
-            room -= sign_side + text_margin;
-        }
         QFont font = QApplication::font(&m_button);
         font.setPointSizeF(font.pointSizeF() * (big ? big_button_text_scale : 1));
-        m_button.setText(fit_text(m_button, font, shown_caption(m_control), room));
+        show_sign(big);
+        QString text = shown_caption(m_control);
+        if (!m_button.icon().isNull()) {
+            room -= m_button.iconSize().width() + text_margin;
+            if (!big && QFontMetrics(font).size(Qt::TextShowMnemonic, text).width() > room)
+                text.clear(); // the sign alone says more than half a text
+        }
+        m_button.setText(fit_text(m_button, font, text, room));
+    }
+
+    void show_sign(bool big)
+    {
+        const bool in_dock_bar = m_control.form().kind() == FormKind::tool_window;
+        if (!big && !in_dock_bar)
+            return;
+        const int side = big ? sign_side : small_sign_side;
+        m_button.setIconSize({ side, side });
+        const auto sign_of = big ? icon_of_big_button : icon_of_dock_button;
+        m_button.setIcon(sign_of(m_control.name(), m_button.palette()));
     }
 
     QString tip() const override
@@ -176,7 +165,6 @@ private:
 
     CommandButton& m_control;
     QPushButton& m_button;
-    std::optional<TransportSign> m_sign;
 };
 
 class CheckBoxView : public PressView {
@@ -217,6 +205,7 @@ public:
         , m_control(control)
         , m_label(label)
     {
+        label.setIndent(label_indent);
     }
 
 private:
@@ -226,10 +215,8 @@ private:
         if (const QWidget* box = m_label.buddy(); box && box->y() == m_label.y())
             m_label.resize(m_label.width(), std::max(m_label.height(), box->height()));
         const QString caption = shown_caption(m_control);
-        const QFont font = QApplication::font(&m_label);
-        const int spare = m_label.width() - QFontMetrics(font).horizontalAdvance(caption);
-        m_label.setIndent(std::clamp(spare, 0, label_indent));
-        m_label.setText(fit_text(m_label, font, caption, m_label.width()));
+        const int room = m_label.width() - label_indent - (m_label.buddy() ? gap_before_box : 0);
+        m_label.setText(fit_text(m_label, QApplication::font(&m_label), caption, room));
     }
 
     QString tip() const override

@@ -13,6 +13,7 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <QScrollBar>
+#include <QStyleOption>
 #include <QStylePainter>
 #include <QTabBar>
 
@@ -45,11 +46,30 @@ protected:
     void paintEvent(QPaintEvent* event) override
     {
         QScrollBar::paintEvent(event);
+        QStylePainter painter(this);
+        if (style()->inherits("QStyleSheetStyle"))
+            draw_arrows(painter);
         if (!hasFocus())
             return;
-        QStylePainter painter(this);
         painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
         painter.drawRect(rect().adjusted(1, 1, -1, -1));
+    }
+
+private:
+    /// Which a style sheet leaves out.
+    void draw_arrows(QStylePainter& painter) const
+    {
+        QStyleOptionSlider option;
+        initStyleOption(&option);
+        const bool mirrored = !isLeftToRight();
+        for (const auto end : { QStyle::SC_ScrollBarSubLine, QStyle::SC_ScrollBarAddLine }) {
+            QStyleOption sign = option;
+            sign.rect = style()->subControlRect(QStyle::CC_ScrollBar, &option, end, this);
+            painter.drawPrimitive((end == QStyle::SC_ScrollBarSubLine) != mirrored
+                    ? QStyle::PE_IndicatorArrowLeft
+                    : QStyle::PE_IndicatorArrowRight,
+                sign);
+        }
     }
 };
 

@@ -97,8 +97,10 @@ ReadClipboardBtn - 0 0 0 0 - - hidden;
 constexpr const char* main_design = R"(
 mnuFile - 1000; mnuFileNew mnuFile 1001 Ctrl+N; mnuFileOpen mnuFile 1002 Ctrl+O;
 mnuFileBar0 mnuFile -;
-mnuFileSave mnuFile 1003 Ctrl+S; mnuFileSaveAs mnuFile 1004; mnuFilePrint mnuFile 1005 Ctrl+P;
-mnuFileBar3 mnuFile -; mnuFileClose mnuFile 1006; mnuFileExit mnuFile 1007 Ctrl+Q; mnuCtl - 1101;
+mnuFileSave mnuFile 1003 Ctrl+S; mnuFileSaveAs mnuFile 1004; mnuFileBar1 mnuFile -;
+mnuFilePrint mnuFile 1005 Ctrl+P;
+mnuFileBar3 mnuFile -; mnuFileClose mnuFile 1006; mnuFileExit mnuFile 1007 Ctrl+Q;
+mnuFileExit2 mnuFile -; mnuCtl - 1101;
 mnuCtlSpeak mnuCtl 1102 Ctrl+F5; mnuCtlPause mnuCtl 1104 Ctrl+F6; mnuCtlStop mnuCtl 1103 Ctrl+F7;
 mnuCtlsep4 mnuCtl -; mnuCtlclipboard mnuCtl 1105 Ctrl+F8;
 mnuCtlSaveClipboardTexttoWav mnuCtl 1108 Ctrl+F12; mnuCtlsep1 mnuCtl -;

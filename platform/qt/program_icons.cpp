@@ -1,0 +1,200 @@
+#include "platform/qt/program_icons.h"
+
+#include "platform/qt/text_conversion.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QIconEngine>
+#include <QPainter>
+#include <QSvgRenderer>
+
+#include <memory>
+#include <optional>
+#include <span>
+
+namespace tessavox {
+namespace {
+
+constexpr char search_path[] = "icons";
+
+struct IconRow {
+    const char* control;
+    const char* icon;
+};
+
+// By the names that desktops know, as far as there are any.
+constexpr IconRow commands[] = {
+    { "mnuFileNew", "document-new" },
+    { "mnuFileOpen", "document-open" },
+    { "mnuFileSave", "document-save" },
+    { "mnuFileSaveAs", "document-save-as" },
+    { "mnuFilePrint", "document-print" },
+    { "mnuFileClose", "window-close" },
+    { "mnuFileExit", "application-exit" },
+    { "mnuCtlSpeak", "media-playback-start" },
+    { "mnuCtlPause", "media-playback-pause" },
+    { "mnuCtlStop", "media-playback-stop" },
+    { "mnuCtlclipboard", "tessavox-read-clipboard" },
+    { "mnuCtlSaveClipboardTexttoWav", "tessavox-clipboard-to-file" },
+    { "mnuCtlSpeaktofile", "tessavox-speak-to-file" },
+    { "mnuCtlPlay", "tessavox-play-file" },
+    { "mnuEditCut", "edit-cut" },
+    { "mnuEditCopy", "edit-copy" },
+    { "mnuEditPaste", "edit-paste" },
+    { "mnuEditSelectAll", "edit-select-all" },
+    { "mnuEditFind", "edit-find" },
+    { "mnuFormatFont", "preferences-desktop-font" },
+    { "mnuFormatBullets", "format-list-unordered" },
+    { "mnuWindowNewWindow", "window-new" },
+    { "mnuHelphelp", "help-contents" },
+    { "mnuHelpAbout", "help-about" },
+    { "mnuPopCut", "edit-cut" },
+    { "mnuPopCopy", "edit-copy" },
+    { "mnuPopPaste", "edit-paste" },
+    { "mnuPopFont", "preferences-desktop-font" },
+    { "mnuPopSpeak", "media-playback-start" },
+    { "mnuPopPause", "media-playback-pause" },
+    { "mnuPopStop", "media-playback-stop" },
+    { "mnuTrayShowSoftware", "tessavox-show-window" },
+    { "mnuTrayReadClipboard", "tessavox-read-clipboard" },
+    { "mnuTrayStop", "media-playback-stop" },
+    { "mnuTrayPause", "media-playback-pause" },
+    { "mnuTrayClipboardtoWav", "tessavox-clipboard-to-file" },
+    { "mnuTrayPlayFile", "tessavox-play-file" },
+    { "mnuTrayHelp", "help-contents" },
+    { "mnuTrayAbout", "help-about" },
+    { "mnuTrayExit", "application-exit" },
+    { "New", "document-new" },
+    { "Open", "document-open" },
+    { "Save", "document-save" },
+    { "Print", "document-print" },
+    { "Cut", "edit-cut" },
+    { "Copy", "edit-copy" },
+    { "Paste", "edit-paste" },
+    { "Back", "go-previous" },
+    { "Forward", "go-next" },
+    { "Stop", "process-stop" },
+    { "Refresh", "view-refresh" },
+    { "Search", "edit-find" },
+};
+
+constexpr IconRow big_buttons[] = {
+    { "SpeakBtn", "media-playback-start" },
+    { "StopBtn", "media-playback-stop" },
+    { "PauseBtn", "media-playback-pause" },
+    { "ResumeBtn", "tessavox-resume" },
+};
+
+constexpr IconRow dock_buttons[] = {
+    { "ReadClipbdBtn", "tessavox-read-clipboard" },
+    { "StopBtn", "media-playback-stop" },
+    { "PauseBtn", "tessavox-pause-or-resume" },
+    { "SpeaktofileBtn", "tessavox-speak-to-file" },
+    { "Play", "tessavox-play-file" },
+    { "Command4", "tessavox-show-window" },
+};
+
+QString icon_in(std::span<const IconRow> rows, std::string_view control)
+{
+    for (const IconRow& row : rows) {
+        if (control == row.control)
+            return row.icon;
+    }
+    return {};
+}
+
+/// What gives a drawing its colours: the program's palette of the moment, or that of a button.
+struct Ink {
+    QPalette::ColorRole pointed_at = QPalette::ButtonText;
+    std::optional<QPalette> of_button = {};
+};
+
+/// A drawing in the colour of the text beside it.
+class InkIconEngine : public QIconEngine {
+public:
+    InkIconEngine(const QString& path, const Ink& ink)
+        : m_path(path)
+        , m_ink(ink)
+    {
+    }
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        const qreal scale = painter->device()->devicePixelRatio();
+        painter->drawPixmap(rect, scaledPixmap(rect.size() * scale, mode, state, scale));
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override
+    {
+        QPixmap picture(size);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        drawing().render(&painter);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(picture.rect(), colour(mode));
+        return picture;
+    }
+
+    QIconEngine* clone() const override
+    {
+        return std::make_unique<InkIconEngine>(*this).release(); // the caller owns it
+    }
+
+private:
+    /// Read when it is first shown; most menus never are.
+    QSvgRenderer& drawing()
+    {
+        if (!m_drawing)
+            m_drawing = std::make_shared<QSvgRenderer>(m_path);
+        return *m_drawing;
+    }
+
+    QColor colour(QIcon::Mode mode) const
+    {
+        const QPalette palette = m_ink.of_button.value_or(QApplication::palette());
+        return mode == QIcon::Disabled ? palette.color(QPalette::Disabled, QPalette::ButtonText)
+            : mode == QIcon::Active    ? palette.color(QPalette::Active, m_ink.pointed_at)
+                                       : palette.color(QPalette::Active, QPalette::ButtonText);
+    }
+
+    QString m_path;
+    std::shared_ptr<QSvgRenderer> m_drawing;
+    Ink m_ink;
+};
+
+QIcon drawn(const QString& icon, const Ink& ink)
+{
+    const QString path = QString("%1:%2.svg").arg(search_path, icon);
+    if (icon.isEmpty() || !QFile::exists(path))
+        return {};
+    return QIcon(std::make_unique<InkIconEngine>(path, ink).release());
+}
+
+} // namespace
+
+void use_icons_of(const std::string& folder)
+{
+    QDir::setSearchPaths(search_path, { to_qt(folder) });
+}
+
+QIcon icon_of_command(std::string_view name, IconPlace place)
+{
+    const QString icon = icon_in(commands, name);
+    if (QIcon::hasThemeIcon(icon))
+        return QIcon::fromTheme(icon);
+    return drawn(
+        icon, { place == IconPlace::menu ? QPalette::HighlightedText : QPalette::ButtonText });
+}
+
+QIcon icon_of_big_button(std::string_view name, const QPalette& palette)
+{
+    return drawn(icon_in(big_buttons, name), { QPalette::ButtonText, palette });
+}
+
+QIcon icon_of_dock_button(std::string_view name, const QPalette& palette)
+{
+    return drawn(icon_in(dock_buttons, name), { QPalette::ButtonText, palette });
+}
+
+} // namespace tessavox

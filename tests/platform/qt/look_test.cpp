@@ -1,0 +1,190 @@
+#include "platform/failure.h"
+#include "platform/files/disk_file_store.h"
+#include "platform/qt/program_icons.h"
+#include "platform/qt/program_style.h"
+#include "platform/qt/skin.h"
+#include "tests/platform/qt/demo_form.h"
+
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QRegularExpression>
+#include <QSvgRenderer>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+
+namespace tessavox {
+namespace {
+
+const QString share = TESSAVOX_SOURCE_SHARE;
+
+double luminance(const QColor& colour)
+{
+    const std::array weights{ 0.2126, 0.7152, 0.0722 };
+    const std::array parts{ colour.redF(), colour.greenF(), colour.blueF() };
+    double sum = 0;
+    for (int i = 0; i < 3; ++i)
+        sum += weights[i]
+            * (parts[i] <= 0.04045F ? parts[i] / 12.92 : std::pow((parts[i] + 0.055) / 1.055, 2.4));
+    return sum;
+}
+
+double contrast(const QColor& one, const QColor& other)
+{
+    const double first = luminance(one), second = luminance(other);
+    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
+}
+
+struct Desktop {
+    const char* window;
+    const char* base;
+    const char* text;
+    const char* selection;
+    const char* selected_text;
+    bool selection_is_kept;
+};
+
+constexpr Desktop desktops[] = {
+    { "#efefef", "#ffffff", "#000000", "#308cc6", "#ffffff", false },
+    { "#eff0f1", "#ffffff", "#232629", "#3daee9", "#ffffff", false },
+    { "#202326", "#1b1e20", "#fcfcfc", "#3daee9", "#ffffff", true },
+    { "#f6f5f4", "#ffffff", "#2e3436", "#3584e4", "#ffffff", false },
+    { "#2e3436", "#1e1e1e", "#eeeeec", "#15539e", "#ffffff", false },
+    { "#000000", "#000000", "#ffffff", "#ffff00", "#000000", true },
+    { "#ffffff", "#ffffff", "#000000", "#000000", "#ffffff", true },
+};
+
+TEST(ProgramStyles, MakeEveryDesktopsSelectionAndLinesVisible)
+{
+    ProgramStyle style;
+    for (const Desktop& desktop : desktops) {
+        const QColor window(desktop.window), selection(desktop.selection);
+        QPalette palette(QColor(desktop.text), window, window, window, window, QColor(desktop.text),
+            QColor(desktop.text), QColor(desktop.base), window);
+        palette.setColor(QPalette::Highlight, selection);
+        palette.setColor(QPalette::HighlightedText, QColor(desktop.selected_text));
+        style.polish(palette);
+        const auto colour = [&](QPalette::ColorRole role) { return palette.color(role); };
+        EXPECT_GE(contrast(colour(QPalette::Highlight), colour(QPalette::HighlightedText)), 4.5)
+            << desktop.selection;
+        for (const auto ground : { QPalette::Window, QPalette::Base }) {
+            EXPECT_GE(contrast(colour(QPalette::Mid), colour(ground)), 3) << desktop.window;
+            EXPECT_GE(contrast(colour(QPalette::Highlight), colour(ground)), 2.9) << desktop.window;
+        }
+        for (const auto ground : { QPalette::Midlight, QPalette::Dark })
+            EXPECT_GE(contrast(colour(QPalette::ButtonText), colour(ground)), 4.5)
+                << desktop.window;
+        EXPECT_EQ(colour(QPalette::Highlight) == selection, desktop.selection_is_kept)
+            << desktop.selection;
+    }
+}
+
+QStringList& complaints()
+{
+    static QStringList all;
+    return all;
+}
+
+struct Skins : testing::Test {
+    Skins()
+    {
+        child->Load();
+        desktop.settle();
+        complaints().clear();
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& text) {
+            complaints().append(text);
+        });
+    }
+    ~Skins() override { qInstallMessageHandler(nullptr); }
+    QImage picture() const
+    {
+        if (QWidget* focused = QApplication::focusWidget())
+            focused->clearFocus();
+        return desktop.find<QWidget>("StopBtn").grab().toImage();
+    }
+    /// What a button looks like under the skin.
+    QImage under(const QString& path)
+    {
+        DiskFileStore files;
+        QtSkin skin(files);
+        attempt([&] { skin.LoadSkin(path.toStdString()); });
+        skin.ApplySkin(*desktop.main);
+        desktop.settle();
+        return picture();
+    }
+
+    DemoDesktop desktop;
+    std::shared_ptr<DemoChild> child = std::make_shared<DemoChild>(desktop.forms);
+    QTemporaryDir folder;
+};
+
+TEST_F(Skins, OfTheProgramIsUnderstoodAndTakesItsColoursFromTheDesktop)
+{
+    const QImage plain = under("");
+    EXPECT_NE(under(share + "/winaqua2.skn"), plain);
+    EXPECT_EQ(complaints().join('\n'), "");
+    QFile file(share + "/winaqua2.skn");
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(QString(file.readAll()).contains(QRegularExpression(": *#|rgb|hsl")));
+    // A desktop that turns dark is followed at once.
+    const QPalette before = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor("#202326")));
+    desktop.settle();
+    const QColor button = picture().pixelColor(20, 10);
+    EXPECT_LT(luminance(button), 0.1) << button.name().toStdString();
+    QApplication::setPalette(before);
+}
+
+TEST_F(Skins, ThatAreBrokenLeaveThePlainLook)
+{
+    const QImage plain = under("");
+    const auto file_of = [&](const char* name, const QByteArray& bytes) {
+        QFile file(folder.filePath(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        return file.fileName();
+    };
+    QDir(folder.path()).mkdir("folder");
+    const QString broken[] = { folder.filePath("missing"), folder.filePath("folder"), "/dev/zero",
+        file_of("empty", ""), file_of("garbage", "QPushButton { border: 1px {{{ solid; }"),
+        file_of("binary",
+            QByteArray("\x7f"
+                       "ELF\0\xff\xfe{}\x80;",
+                12)
+                .repeated(1000)),
+        file_of("open", "QPushButton { background: url("),
+        file_of("huge", QByteArray("QPushButton { color: red; }\n").repeated(50'000)) };
+    for (const QString& path : broken)
+        EXPECT_EQ(under(path), plain) << path.toStdString();
+}
+
+TEST(Icons, AreDrawnInTheColourOfTheTextBesideThem)
+{
+    use_icons_of(share.toStdString() + "/icons");
+    for (const QString& name : QDir(share + "/icons").entryList({ "*.svg" }))
+        EXPECT_TRUE(QSvgRenderer(share + "/icons/" + name).isValid()) << name.toStdString();
+    // The middle of the sign for reading.
+    const auto ink = [](const QIcon& icon, QIcon::Mode mode) {
+        return icon.pixmap(24, mode).toImage().pixelColor(12, 12);
+    };
+    const QPalette palette = QApplication::palette();
+    const QIcon menu = icon_of_command("mnuCtlSpeak", IconPlace::menu);
+    const QIcon tool = icon_of_command("mnuCtlSpeak", IconPlace::tool_bar);
+    EXPECT_EQ(ink(menu, QIcon::Normal), palette.color(QPalette::ButtonText));
+    EXPECT_EQ(ink(menu, QIcon::Active), palette.color(QPalette::HighlightedText));
+    EXPECT_EQ(ink(tool, QIcon::Active), palette.color(QPalette::ButtonText));
+    EXPECT_EQ(ink(tool, QIcon::Disabled), palette.color(QPalette::Disabled, QPalette::ButtonText));
+    QPalette own = palette;
+    own.setColor(QPalette::ButtonText, Qt::red);
+    EXPECT_EQ(ink(icon_of_big_button("SpeakBtn", own), QIcon::Normal), QColor(Qt::red));
+    EXPECT_TRUE(icon_of_command("mnuFormat", IconPlace::menu).isNull());
+    use_icons_of("/nowhere");
+    EXPECT_TRUE(icon_of_command("mnuFileNew", IconPlace::menu).isNull());
+}
+
+} // namespace
+} // namespace tessavox
