@@ -85,6 +85,7 @@ DocumentControls::DocumentControls(Forms& forms, std::unique_ptr<RichTextPane> p
     cpvSlider2.Value = 100;
     Check1.Value = 1;
     SkipTxtBox.Text = "0";
+    rtfText.ToolTipText = "2314"; // for screen readers
     rtfText->set_FontName("Comic Sans MS");
     rtfText->set_FontSize(12);
 }

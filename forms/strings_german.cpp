@@ -157,6 +157,7 @@ constexpr StringRow rows[] = {
     { 2311, "Den Text der Zwischenablage sprechen und als Wave-Datei speichern" },
     { 2312, "Symbolleiste" },
     { 2313, "Statusleiste" },
+    { 2314, "F6 oder Umschalt+Tab verlässt den Text" },
     { 2320, "Datei nicht gefunden" },
     { 2321, "Pfad nicht gefunden" },
     { 2322, "Zugriff verweigert" },

@@ -170,6 +170,7 @@ constexpr StringRow neutral_rows[] = {
     { 2311, "Read and Save the text in clipboard into Wav file" },
     { 2312, "Tool bar" },
     { 2313, "Status bar" },
+    { 2314, "F6 or Shift+Tab leaves the text" },
     { 2320, "File not found" },
     { 2321, "Path not found" },
     { 2322, "Access denied" },

@@ -50,8 +50,6 @@ public:
         setAcceptRichText(false);
         setTabChangesFocus(false);
         setContextMenuPolicy(Qt::PreventContextMenu); // it opens on release, or by its key
-        setAccessibleName("Text");
-        setAccessibleDescription("F6 or Shift+Tab leaves the text");
         show_selection_always(true);
     }
 

@@ -239,6 +239,10 @@ public:
         WidgetView::detach();
     }
 
+protected:
+    /// None over a text that is read; screen readers say it.
+    QString tip() const override { return {}; }
+
 private:
     QPointer<QWidget> m_pane;
 };

@@ -79,7 +79,7 @@ FormatCB Frame2 720 720 2055 315 - 2123; SpeedLabel Frame2 0 1200 720 255 2111 -
 cpvSlider1 Frame2 720 1200 2055 255 - -; VolumeLabel Frame2 0 1680 720 255 2112 -;
 cpvSlider2 Frame2 720 1680 2055 255 - -; Check1 Frame2 120 2040 2775 255 2113 2124;
 ResetBtn Frame2 120 2400 2565 345 2114 2125; TabStrip1 - 2900 500 8260 7990 - -;
-PicBox - 2900 500 8260 7690 - -; rtfText PicBox 0 0 8245 7685 2116 -;
+PicBox - 2900 500 8260 7690 - -; rtfText PicBox 0 0 8245 7685 2116 2314;
 CoolBar1 - 200 0 10840 420 - - hidden; Combo1 CoolBar1 0 50 10160 315 - -;
 Command3 CoolBar1 10210 50 600 345 - -; Picbox2 - 2900 1000 8260 7190 - - hidden;
 WebBrowser1 Picbox2 0 0 8260 7190 - - hidden; Frame1 - 0 0 0 0 - - hidden "Speak Flags";

@@ -283,6 +283,8 @@ TEST_F(Views, EveryControlHasANameForScreenReaders)
     form->combo.AddItem("Alice");
     form->combo.ListIndex = 0;
     form->slider.ToolTipText = "How fast";
+    form->text.Caption = "Words";
+    form->text.ToolTipText = "Leave me by F6";
     form->check.ToolTipText = "Ticked by you";
     const struct {
         const char* widget;
@@ -291,7 +293,7 @@ TEST_F(Views, EveryControlHasANameForScreenReaders)
     } rows[] = { { "SpeakBtn", "Read", "" },
         { "check", "Read Clipboard Automatically", "Ticked by you" }, { "combo", "Alice", "Alice" },
         { "slider", "How fast", "How fast" }, { "tabsHeads", "Text", "" },
-        { "text", "Text", "F6 or Shift+Tab leaves the text" } };
+        { "text", "Words", "Leave me by F6" } };
     for (const auto& row : rows) {
         const QAccessibleInterface* shown
             = QAccessible::queryAccessibleInterface(&desktop.find<QWidget>(row.widget));
