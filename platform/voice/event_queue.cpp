@@ -1,8 +1,8 @@
 #include "platform/voice/event_queue.h"
 
+#include "platform/number_text.h"
 #include "platform/voice/engines/voice_catalog.h"
 
-#include <charconv>
 #include <utility>
 
 namespace tessavox::voice {
@@ -26,15 +26,6 @@ constexpr Kind kinds[] = {
     { SVEAudioLevel, true },
 };
 static_assert(std::size(kinds) == std::variant_size_v<Happening>);
-
-// A bookmark's number is the one that its name begins with, or 0.
-std::int32_t leading_number(const std::string& name)
-{
-    std::int32_t number = 0;
-    const char* const first = name.data();
-    const char* const last = first + name.size();
-    return std::from_chars(first, last, number).ec == std::errc() ? number : 0;
-}
 
 template <class... Cases> struct Overloaded : Cases... {
     using Cases::operator()...;

@@ -2,7 +2,6 @@
 #include "platform/failure.h"
 #include "platform/voice/alignment/aligner.h"
 #include "platform/voice/engines/espeak_reference.h"
-#include "platform/voice/engines/time_stretch.h"
 #include "platform/voice/engines/voice_catalog.h"
 
 #include "tests/platform/voice/engines/made_utterance.h"
@@ -14,7 +13,6 @@
 #include <cmath>
 #include <map>
 #include <numeric>
-#include <random>
 
 namespace tessavox::voice {
 namespace {
@@ -83,42 +81,6 @@ void swallow_word(Rendering& spoken)
         static_cast<std::ptrdiff_t>(words[swallowed_word].frame - words[swallowed_word + 1].frame));
 }
 
-void add_noise_and_echoes(Rendering& spoken)
-{
-    constexpr double hiss = 100; // some 25 dB below the speech
-    constexpr std::pair<double, double> walls[] // seconds and gain
-        = { { 0.013, 0.5 }, { 0.029, 0.4 }, { 0.047, 0.3 }, { 0.083, 0.2 }, { 0.131, 0.1 } };
-    std::mt19937 random(1); // the same hiss in every run
-    std::normal_distribution<double> noise(0, hiss);
-    const std::vector<std::int16_t> dry = spoken.samples;
-    for (std::size_t at = 0; at < dry.size(); ++at) {
-        double sum = dry[at] + noise(random);
-        for (const auto& [seconds, gain] : walls) {
-            const auto delay = static_cast<std::size_t>(seconds * spoken.sample_rate);
-            sum += at >= delay ? gain * dry[at - delay] : 0;
-        }
-        spoken.samples[at] = static_cast<std::int16_t>(std::clamp(sum / 2, -32767.0, 32767.0));
-    }
-}
-
-/// Every other word takes two thirds of its time, the rest four thirds.
-void vary_tempo(Rendering& spoken)
-{
-    const Rendering before = spoken;
-    spoken.samples.resize(before.words[0].frame);
-    for (std::size_t word = 0; word < before.words.size(); ++word) {
-        const auto begin = static_cast<std::ptrdiff_t>(before.words[word].frame);
-        const auto end = static_cast<std::ptrdiff_t>(
-            word + 1 < before.words.size() ? before.words[word + 1].frame : before.samples.size());
-        Rendering piece;
-        piece.sample_rate = before.sample_rate;
-        piece.samples.assign(before.samples.begin() + begin, before.samples.begin() + end);
-        stretch(piece, word % 2 == 0 ? 1.5 : 0.75, 1);
-        spoken.words[word].frame = spoken.samples.size();
-        spoken.samples.insert(spoken.samples.end(), piece.samples.begin(), piece.samples.end());
-    }
-}
-
 struct Case {
     const char* name;
     const char* voice;
@@ -162,9 +124,7 @@ INSTANTIATE_TEST_SUITE_P(Aligner, WordMarks,
         Case{ "kal16", "flite:kal16", leave_alone, 14, 42 },
         Case{ "slt", "flite:slt", leave_alone, 17, 52 },
         Case{ "false_pauses", "flite:slt", pause_falsely, 18, 55 },
-        Case{ "swallowed_word", "flite:slt", swallow_word, 21, 75 },
-        Case{ "noise_and_echoes", "flite:slt", add_noise_and_echoes, 26, 85 },
-        Case{ "own_tempo", "flite:slt", vary_tempo, 22, 70 }),
+        Case{ "swallowed_word", "flite:slt", swallow_word, 21, 75 }),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(Aligner, CarriesPhonesOverWithPausesBetween)
@@ -221,10 +181,10 @@ void expect_whole_marks(Aligner& aligner, const std::vector<std::int16_t>& targe
     EXPECT_EQ(end, target.size());
 }
 
-std::vector<std::int16_t> repeated(const std::vector<std::int16_t>& samples, int seconds, int rate)
+std::vector<std::int16_t> repeated(const std::vector<std::int16_t>& samples, std::size_t count)
 {
-    std::vector<std::int16_t> all = samples;
-    while (all.size() < static_cast<std::size_t>(seconds) * static_cast<std::size_t>(rate))
+    std::vector<std::int16_t> all;
+    for (; count > 0; --count)
         all.insert(all.end(), samples.begin(), samples.end());
     return all;
 }
@@ -251,10 +211,10 @@ TEST(Aligner, GivesEachWordARisingMarkInWhateverSound)
     for (const auto& target : targets)
         for (const auto& reference : { whole, no_words, no_phones, empty, silent, misplaced })
             expect_whole_marks(aligner, target, speech.sample_rate, reference);
-    const auto endless = repeated(speech.samples, 120, speech.sample_rate);
+    const auto endless = repeated(speech.samples, 24); // some two minutes
     expect_whole_marks(aligner, endless, speech.sample_rate, whole);
     ReferenceSpeech lengthy = whole;
-    lengthy.samples = repeated(whole.samples, 30, whole.sample_rate);
+    lengthy.samples = repeated(whole.samples, 6);
     expect_whole_marks(aligner, endless, speech.sample_rate, lengthy);
     for (const int rate : { 0, -1, 3999, 2'000'000'000 })
         EXPECT_THROW(aligner.align(speech.samples, rate, whole), Failure) << rate;

@@ -54,16 +54,6 @@ TEST_F(EventQueueTest, OnePostedCallBringsAllThatWait)
     EXPECT_EQ(listener.heard.size(), 3U) << "a call that comes too late does nothing";
 }
 
-TEST_F(EventQueueTest, ABookmarksNumberIsTheOneThatItsNameBeginsWith)
-{
-    for (const auto& [name, number] : { std::pair("12 monkeys", 12), { "7", 7 }, { "-3b", -3 },
-             { "b3", 0 }, { "", 0 }, { "99999999999", 0 } }) {
-        add(job, BookmarkReached{ name });
-        loop.run_posted();
-        EXPECT_EQ(listener.heard.back().second, number) << name;
-    }
-}
-
 TEST_F(EventQueueTest, OfAFileOnlyTheFirstAndTheLatestOfEachKindWaitButAllOfADevice)
 {
     add(file_job, StreamStarted());

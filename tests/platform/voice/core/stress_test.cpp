@@ -28,39 +28,29 @@ TEST(Orders, AtAnyMomentLeaveEveryStreamItsOrderAndItsEnd)
         if (row.kind == "EndStream")
             current = 0;
     };
-    for (int i = 0; i < 4000; ++i) {
-        switch (random() % 11) {
-        case 0:
-            voice.Speak(u"One two. Three four. Five six.", SVSFlagsAsync);
-            break;
-        case 1:
-            voice.Speak(u"", SVSFlagsAsync);
-            break;
-        case 2:
+    const auto random_to = [&](unsigned most) { return static_cast<int>(random() % (most + 1)); };
+    const std::function<void()> orders[] = {
+        [&] { voice.Speak(u"One two. Three four. Five six.", SVSFlagsAsync); },
+        [&] { voice.Speak(u"", SVSFlagsAsync); },
+        [&] {
             purged
                 = voice.Speak(u"<rate speed='5'>a b c</rate>", SVSFlagsAsync | SVSFPurgeBeforeSpeak)
                 - 1;
-            break;
-        case 3:
-            if (random() % 4 == 0)
-                purged = voice.Speak(u"", SVSFPurgeBeforeSpeak);
-            break;
-        case 4:
-            voice.Pause();
-            break;
-        case 5:
-            voice.Resume();
-            break;
-        case 6:
-            voice.set_Rate(static_cast<int>(random() % 21) - 10);
-            break;
-        case 7:
-            voice.Skip("Sentence", static_cast<int>(random() % 5) - 2);
-            break;
-        default:
-            bed.loop.run_posted(std::chrono::microseconds(random() % 100));
-            bed.device->advance(milliseconds(random() % 60));
+        },
+        [&] { purged = random() % 4 == 0 ? voice.Speak(u"", SVSFPurgeBeforeSpeak) : purged; },
+        [&] { voice.Pause(); },
+        [&] { voice.Resume(); },
+        [&] { voice.set_Rate(random_to(20) - 10); },
+        [&] { voice.Skip("Sentence", random_to(4) - 2); },
+    };
+    for (int i = 0; i < 4000; ++i) {
+        const std::size_t next = random() % (std::size(orders) + 3);
+        if (next < std::size(orders)) {
+            orders[next]();
+            continue;
         }
+        bed.loop.run_posted(std::chrono::microseconds(random_to(100)));
+        bed.device->advance(milliseconds(random_to(60)));
     }
     voice.Resume();
     const std::int32_t end = voice.Speak(u"The end.", SVSFlagsAsync);

@@ -99,10 +99,8 @@ TEST_F(VoiceTest, APauseHoldsSoundAndEventsAndResumeGoesOnWithTheNextSample)
     EXPECT_EQ(listener.count("Word"), 6);
     EXPECT_EQ(device.sound().size(), 6U * 2250 + ToneEngine::pause_samples);
     EXPECT_LE(steepest(device.sound()), steepest_of_tone);
-}
 
-TEST_F(VoiceTest, APausedVoiceStaysSilentUntilItIsResumed)
-{
+    listener.heard.clear();
     voice.Pause();
     voice.Speak(u"One", asynchronous);
     voice.Speak(u"Two", SVSFDefault); // nobody could resume it: does not wait
@@ -175,6 +173,7 @@ TEST_F(VoiceTest, TagsAreToldWhereTheyAct)
         bed.speak(u"<bookmark mark='1st'/>a<silence msec='500'/><bookmark mark='2'/>b", markup));
     EXPECT_THAT(listener.told("Bookmark Word"),
         ElementsAre("Bookmark 1st", "Word 22+1", "Bookmark 2", "Word 64+1"));
+    EXPECT_EQ(listener.of("Bookmark")[0].second, 1) << "the number that the name begins with";
     const std::vector<Heard> words = listener.of("Word");
     EXPECT_EQ(words[1].position - words[0].position, word_bytes + 22050);
 
