@@ -12,29 +12,20 @@ SliceVector level(float value)
     return vector;
 }
 
-void learn(VoiceLearner& voice, const VoiceLearner::Place& place, float value, int times)
-{
-    for (int time = 0; time < times; ++time)
-        voice.learn(place, level(value));
-}
-
-TEST(VoiceLearner, BelievesAPlaceOfAPhoneOnceItWasHeardOften)
+TEST(VoiceLearner, BelievesAPlaceOfAPhoneOnceItWasHeardOftenAndForgetsHowItWas)
 {
     VoiceLearner voice;
-    learn(voice, { "a", 1 }, 10, 7);
-    EXPECT_EQ(voice.adapted({ "a", 1 }, level(0)), level(0));
-    learn(voice, { "a", 1 }, 10, 1);
-    EXPECT_FLOAT_EQ(voice.adapted({ "a", 1 }, level(0))[0], 7);
+    const auto learn = [&](float value, int times) {
+        for (int time = 0; time < times; ++time)
+            voice.learn({ "a", 1 }, level(value));
+        return voice.adapted({ "a", 1 }, level(0))[0];
+    };
+    EXPECT_EQ(learn(10, 7), 0);
+    EXPECT_FLOAT_EQ(learn(10, 1), 7);
     EXPECT_EQ(voice.adapted({ "a", 2 }, level(0)), level(0));
     EXPECT_EQ(voice.adapted({ "b", 1 }, level(0)), level(0));
-}
-
-TEST(VoiceLearner, ForgetsHowAVoiceWasLongAgo)
-{
-    VoiceLearner voice;
-    learn(voice, { "a", 0 }, 10, 400);
-    learn(voice, { "a", 0 }, 0, 1000);
-    EXPECT_LT(voice.adapted({ "a", 0 }, level(0))[0], 1.5F) << "2 if all weighed alike";
+    learn(10, 392);
+    EXPECT_LT(learn(0, 1000), 1.5F) << "2 if all weighed alike";
 }
 
 TEST(VoiceLearner, TrustsTheFirstUtterancesAndThenThoseThatAreNoDearerThanUsual)

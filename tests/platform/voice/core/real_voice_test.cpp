@@ -117,17 +117,5 @@ TEST_F(RealVoice, ATextWithoutALineEndStartsAndStopsAtOnce)
     EXPECT_EQ(bed.listener.told("Word"), std::vector<std::string>{ "Word 0+4" });
 }
 
-TEST_F(RealVoice, ALongTextIsTheSameWhetherOneOrSeveralRenderIt)
-{
-    std::u16string text;
-    for (int i = 0; text.size() < 30'000; ++i)
-        text += u"Sentence number " + to_utf16(std::to_string(i)) + u" of the long text, in which "
-            + u"nothing happens twice. ";
-    EnglishBed many(3);
-    const double alone = save(bed, text);
-    EXPECT_NEAR(save(many, text) / alone, 1, 0.001);
-    EXPECT_EQ(bed.listener.told("Word"), many.listener.told("Word"));
-}
-
 } // namespace
 } // namespace tessavox::voice::test

@@ -81,14 +81,17 @@ TEST(VoiceCatalog, FindsVoicesByTheirAttributes)
 
 TEST(VoiceCatalog, ChoosesTheBestAndStaysWithTheCurrentOneIfItIsAsGood)
 {
-    const VoiceCatalog catalog = small_catalog();
-    EXPECT_EQ(catalog.choose("Name=Anna", "", 2), 2);
-    EXPECT_EQ(catalog.choose("Name=Anna", "", 1), 0);
-    EXPECT_EQ(catalog.choose("Name=Anna", "Age=Child", 0), 2);
-    EXPECT_EQ(catalog.choose("", "", 3), 3);
-    EXPECT_EQ(catalog.choose("", "Language=409", 3), 1);
-    EXPECT_EQ(catalog.choose("", "", -1), 0);
-    EXPECT_EQ(catalog.choose("Name=Nobody", "", 1), std::nullopt);
+    const std::tuple<const char*, const char*, int, std::optional<int>> cases[] = {
+        { "Name=Anna", "", 2, 2 },
+        { "Name=Anna", "", 1, 0 },
+        { "Name=Anna", "Age=Child", 0, 2 },
+        { "", "", 3, 3 },
+        { "", "Language=409", 3, 1 },
+        { "", "", -1, 0 },
+        { "Name=Nobody", "", 1, std::nullopt },
+    };
+    for (const auto& [required, optional, current, chosen] : cases)
+        EXPECT_EQ(small_catalog().choose(required, optional, current), chosen);
 }
 
 TEST(VoiceCatalog, SpeaksWithTheEngineOfTheVoice)
@@ -96,12 +99,10 @@ TEST(VoiceCatalog, SpeaksWithTheEngineOfTheVoice)
     const VoiceCatalog catalog = small_catalog();
     const Utterance utterance = utterance_of(u"Hello");
     const std::atomic<bool> cancelled{ false };
-    EXPECT_EQ(catalog.render(1, 3, utterance, cancelled).sample_rate, 1003);
-    EXPECT_EQ(catalog.render(3, 99, utterance, cancelled).sample_rate, 5010);
-    EXPECT_THROW(catalog.render(-1, 0, utterance, cancelled), Failure);
-    EXPECT_THROW(catalog.render(4, 0, utterance, cancelled), Failure);
-    EXPECT_EQ(catalog.find("two"), 2);
-    EXPECT_EQ(catalog.find("four"), -1);
+    EXPECT_EQ(catalog.render(catalog.find("1"), 3, utterance, cancelled).sample_rate, 1003);
+    EXPECT_EQ(catalog.render(catalog.find("three"), 99, utterance, cancelled).sample_rate, 5010);
+    for (const int unknown : { catalog.find("four"), 4 })
+        EXPECT_THROW(catalog.render(unknown, 0, utterance, cancelled), Failure);
 }
 
 TEST(VoiceCatalog, HoldsEveryInstalledVoiceOnceAndReadsWell)
@@ -151,11 +152,9 @@ TEST(EspeakVoiceList, ReadsWellWithTheUsersLanguagesFirst)
 
 TEST(EspeakVoiceList, TakesLanguagesFromLocales)
 {
-    EXPECT_EQ(tag_of_locale("de_AT.UTF-8@euro"), "de-at");
-    EXPECT_EQ(tag_of_locale("pt_BR"), "pt-br");
-    EXPECT_EQ(tag_of_locale("C.UTF-8"), "");
-    EXPECT_EQ(tag_of_locale("POSIX"), "");
-    EXPECT_EQ(tag_of_locale(""), "");
+    for (const auto& [locale, tag] : { std::pair("de_AT.UTF-8@euro", "de-at"), { "pt_BR", "pt-br" },
+             { "C.UTF-8", "" }, { "POSIX", "" }, { "", "" } })
+        EXPECT_EQ(tag_of_locale(locale), tag);
 }
 
 } // namespace tessavox::voice

@@ -6,7 +6,7 @@
 #include "platform/voice/rendering/helper_engines.h"
 #include "platform/voice/text/utterance_parts.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cmath>
 #include <csignal>
@@ -53,19 +53,6 @@ protected:
 };
 
 } // namespace
-
-TEST_F(ProgramVoices, StandAtTheEndOfTheListUnderReadableNames)
-{
-    std::vector<std::string> names;
-    for (const SpeechObjectToken& token : engines->voices()->tokens())
-        if (token.id.starts_with("voice:"))
-            names.push_back(token.description);
-    EXPECT_THAT(names,
-        testing::ElementsAre("English (United States), crash",
-            "English (United States), female, flite (Flite)", "English (United States), good",
-            "English (United States), hang", "English (United States), told"));
-    EXPECT_TRUE(engines->voices()->tokens().back().id.starts_with("voice:"));
-}
 
 TEST_F(ProgramVoices, HaveTheirWordsWhereTheyAreHeard)
 {

@@ -140,25 +140,17 @@ Samples applied(Gain& gain, Samples samples)
 
 TEST(Gain, TheFirstOneTakesEffectAtOnceRoundTheMiddleOfTheFormat)
 {
-    struct Row {
-        float factor;
-        Samples samples;
-        Bytes of_8_bits;
-    };
-    const Row rows[] = { // of { 1000, -1000, 32767, -32768 } and { 128, 255, 0, 138 }
-        { 1, { 1000, -1000, 32767, -32768 }, as_8_bit({ 128, 255, 0, 138 }) },
-        { 0.5F, { 500, -500, 16384, -16384 }, as_8_bit({ 128, 192, 64, 133 }) },
-        { 0, { 0, 0, 0, 0 }, as_8_bit({ 128, 128, 128, 128 }) }
-    };
-    for (const Row& row : rows) {
-        Gain gain({ .rate = 8000, .bits = 16, .channels = 1 });
-        gain.set(row.factor);
-        EXPECT_EQ(applied(gain, rows[0].samples), row.samples);
+    Gain gain({ .rate = 8000, .bits = 16, .channels = 1 });
+    gain.set(0.5F);
+    EXPECT_EQ(applied(gain, { 1000, -1000, 32767, -32768 }), (Samples{ 500, -500, 16384, -16384 }));
+    for (const auto& [factor, expected] : { std::pair(1.0F, as_8_bit({ 128, 255, 0, 138 })),
+             { 0.5F, as_8_bit({ 128, 192, 64, 133 }) },
+             { 0.0F, as_8_bit({ 128, 128, 128, 128 }) } }) {
         Gain coarse({ .rate = 8000, .bits = 8, .channels = 1 });
-        coarse.set(row.factor);
-        Bytes bytes = rows[0].of_8_bits;
+        coarse.set(factor);
+        Bytes bytes = as_8_bit({ 128, 255, 0, 138 });
         coarse.apply(bytes);
-        EXPECT_EQ(bytes, row.of_8_bits);
+        EXPECT_EQ(bytes, expected);
     }
 }
 

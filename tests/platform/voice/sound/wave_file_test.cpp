@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <limits>
 #include <optional>
@@ -96,18 +95,6 @@ std::vector<std::int16_t> read_all(WaveReader& reader)
     return all;
 }
 
-/// What an independent program says of the file.
-std::string soxi(const std::string& what, const std::string& path)
-{
-    std::string answer;
-    FILE* const pipe = ::popen(("soxi -" + what + " '" + path + "' 2>&1").c_str(), "r");
-    char buffer[200];
-    while (std::fgets(buffer, sizeof buffer, pipe))
-        answer += buffer;
-    ::pclose(pipe);
-    return answer.substr(0, answer.find('\n'));
-}
-
 TEST_F(WaveFile, CanBePlayedAsFarAsItIsWrittenWhileItGrows)
 {
     for (const std::uint64_t limit : { plain_wave_limit, std::uint64_t(400'000) }) {
@@ -121,9 +108,13 @@ TEST_F(WaveFile, CanBePlayedAsFarAsItIsWrittenWhileItGrows)
 
 TEST_F(WaveFile, IsWrittenByTheBookInEveryFormatAndReadBack)
 {
-    for (const int type : { 4, 5, 6, 11, 39 }) { // of 8 and 16 bits, mono and stereo
+    const std::pair<int, Shape> rows[] = { { 4, { 1, 1, 8000, 8 } }, { 5, { 1, 2, 8000, 8 } },
+        { 6, { 1, 1, 8000, 16 } }, { 11, { 1, 2, 11025, 16 } }, { 12, { 1, 1, 12000, 8 } },
+        { 25, { 1, 2, 24000, 8 } }, { 39, { 1, 2, 48000, 16 } } };
+    for (const auto& [type, shape] : rows) {
         SCOPED_TRACE(type);
         const PcmFormat format = PcmFormat::from_type(type);
+        EXPECT_EQ(format.type(), type);
         const auto frame = static_cast<std::size_t>(format.block_align());
         const Bytes data = noise(frame * 1001);
         const auto writer = create_wave_file(path, format);
@@ -131,14 +122,10 @@ TEST_F(WaveFile, IsWrittenByTheBookInEveryFormatAndReadBack)
         writer->write(as_frames(data).subspan(frame));
         EXPECT_EQ(writer->frames(), 1001U);
         writer->close();
-        Bytes whole = wave(
-            { 1, static_cast<std::uint16_t>(format.channels),
-                static_cast<std::uint32_t>(format.rate), static_cast<std::uint16_t>(format.bits) },
-            data);
+        Bytes whole = wave(shape, data);
         if (data.size() % 2 == 1) // padded
             whole = whole.replace(4, 4, u32(36 + 1002)) + '\0';
         EXPECT_EQ(content(), whole);
-        EXPECT_EQ(soxi("s", path), "1001") << "other programs agree";
 
         const auto reader = open_wave_file(path);
         EXPECT_EQ(reader->rate(), format.rate);
@@ -152,6 +139,8 @@ TEST_F(WaveFile, IsWrittenByTheBookInEveryFormatAndReadBack)
             std::memcpy(samples.data(), data.data(), data.size());
         EXPECT_EQ(read_all(*reader), samples);
     }
+    for (const int type : { -1, 3, 40 })
+        EXPECT_THROW(PcmFormat::from_type(type), Failure) << type;
     create_wave_file(path, { .rate = 8000, .bits = 8, .channels = 1 })->close();
     EXPECT_EQ(content(), wave({ 1, 1, 8000, 8 }, "")) << "an empty file is whole";
 }
@@ -199,15 +188,11 @@ TEST_F(WaveFile, OnlyRegularFilesAreWrittenAndRead)
     }
     EXPECT_THROW(open_wave_file(path), Failure);
     EXPECT_FALSE(fs::exists(path));
-}
-
-TEST_F(WaveFile, AnExistingFileIsEmptiedAndASymbolicLinkFollowed)
-{
+    // A symbolic link is followed, and what is there is emptied.
     put(noise(100'000));
     const fs::path link = folder / "link.wav";
     fs::create_symlink(path, link);
-    create_wave_file(link.string(), { .rate = 8000, .bits = 16, .channels = 1 })
-        ->write(as_frames("ab"));
+    create_wave_file(link, { .rate = 8000, .bits = 16, .channels = 1 })->write(as_frames("ab"));
     EXPECT_TRUE(fs::is_symlink(link));
     EXPECT_EQ(fs::file_size(path), 46U);
 }
@@ -246,9 +231,6 @@ TEST_F(WaveFile, UsualKindsOfPcmAreReadAs16BitAlsoWhereTheHeaderLies)
         int channels;
         std::vector<std::int16_t> samples;
     } rows[] = {
-        { "8 bit", wave({ 1, 1, 8000, 8 }, Bytes("\x80\xFF\x00", 3) + '\0', 3), 1,
-            { 0, 32512, -32768 } },
-        { "16 bit stereo", wave({ 1, 2 }, raw<std::int16_t>({ 1, 2, 3, 4 })), 2, { 1, 2, 3, 4 } },
         { "more told than there is", wave({}, raw<std::int16_t>({ 1, 2, 3 }), 1000), 1,
             { 1, 2, 3 } },
         { "told without end", wave({}, raw<std::int16_t>({ 1, 2, 3 }), 0xFFFF'FFFF), 1,
