@@ -33,23 +33,16 @@ bool accepts_connections(const std::filesystem::path& socket_path)
 
 } // namespace
 
-ChildProcess::ChildProcess(std::vector<std::string> command, const std::filesystem::path& home,
-    const std::filesystem::path& output)
+ChildProcess::ChildProcess(std::vector<std::string> command, const std::filesystem::path& output)
 {
-    const char* const server = std::getenv("PULSE_SERVER");
-    std::vector<std::string> environment{ "HOME=" + home.string(),
-        "XDG_RUNTIME_DIR=" + home.string(), "PULSE_RUNTIME_PATH=" + home.string(),
-        std::string("PATH=") + std::getenv("PATH"),
-        std::string("PULSE_SERVER=") + (server ? server : "") };
     const auto arguments = argument_pointers(command);
-    const auto variables = argument_pointers(environment);
     m_id = ::fork();
     if (m_id != 0)
         return;
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     const int file = ::open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     ::dup2(file, STDOUT_FILENO);
-    ::execvpe(arguments[0], arguments.data(), variables.data());
+    ::execvp(arguments[0], arguments.data());
     ::_exit(127);
 }
 
@@ -76,6 +69,8 @@ int ChildProcess::wait()
 SoundServerProcess::SoundServerProcess()
 {
     ::setenv("PULSE_SERVER", ("unix:" + (m_folder / "native").string()).c_str(), 1);
+    for (const char* variable : { "HOME", "XDG_RUNTIME_DIR", "PULSE_RUNTIME_PATH" })
+        ::setenv(variable, folder().c_str(), 1);
     start();
 }
 
@@ -100,7 +95,7 @@ void SoundServerProcess::start()
             "module-null-sink sink_name=nul rate=48000 channels=2 "
             "sink_properties=device.description=Nothing",
             "-L", "module-native-protocol-unix auth-anonymous=1 socket=" + socket.string() },
-        folder(), m_folder / "output");
+        m_folder / "output");
     if (!eventually([&] { return accepts_connections(socket); }))
         throw std::runtime_error("the sound server does not start");
 }
@@ -108,7 +103,7 @@ void SoundServerProcess::start()
 void SoundServerProcess::control(std::vector<std::string> arguments) const
 {
     arguments.insert(arguments.begin(), "pactl");
-    ChildProcess process(arguments, folder(), m_folder / "pactl");
+    ChildProcess process(arguments, m_folder / "pactl");
     if (process.wait() != 0)
         throw std::runtime_error("pactl failed");
 }
@@ -119,7 +114,7 @@ Recorder::Recorder(const SoundServerProcess& server)
     const std::string pipe = (server.folder() / "pipe").string();
     server.control({ "load-module", "module-pipe-sink", "sink_name=exact", "file=" + pipe,
         "rate=48000", "channels=2", "format=s16le", "use_system_clock_for_timing=yes" });
-    m_recorder.emplace(std::vector<std::string>{ "cat", pipe }, server.folder(), m_file);
+    m_recorder.emplace(std::vector<std::string>{ "cat", pipe }, m_file);
     if (!eventually([this] { return !samples().empty(); }))
         throw std::runtime_error("nothing is recorded");
 }

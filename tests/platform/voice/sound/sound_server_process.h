@@ -17,9 +17,8 @@ namespace tessavox::voice {
 /// A child process, killed at the end.
 class ChildProcess {
 public:
-    /// Starts it with its output going to a file; HOME and the runtime folder are `home`.
-    ChildProcess(std::vector<std::string> command, const std::filesystem::path& home,
-        const std::filesystem::path& output);
+    /// Starts it with its output going to a file.
+    ChildProcess(std::vector<std::string> command, const std::filesystem::path& output);
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
@@ -31,7 +30,8 @@ private:
     pid_t m_id;
 };
 
-/// The server, and PULSE_SERVER set to it. Its one device "nul" runs at 48 kHz stereo.
+/// The server, with PULSE_SERVER set to it and a home of its own. Its one device "nul" runs at 48
+/// kHz stereo.
 class SoundServerProcess {
 public:
     SoundServerProcess();
