@@ -11,6 +11,20 @@
 
 namespace tessavox::voice {
 
+/// After a first byte UTF-8, or UTF-16 as it stands, lone surrogates included.
+inline std::u16string text_of_bytes(std::string_view bytes)
+{
+    const bool utf16 = !bytes.empty() && (bytes[0] & 0xC0) == 0xC0;
+    bytes.remove_prefix(std::min<std::size_t>(bytes.size(), 1));
+    if (!utf16)
+        return to_utf16(bytes);
+    std::u16string text;
+    for (std::size_t at = 0; at + 1 < bytes.size(); at += 2)
+        text.push_back(static_cast<char16_t>(static_cast<unsigned char>(bytes[at])
+            | static_cast<unsigned char>(bytes[at + 1]) << 8));
+    return text;
+}
+
 class ReadingCheck {
 public:
     ReadingCheck(std::u16string text, ReaderOptions options)
