@@ -13,6 +13,7 @@
 #include "platform/qt/font_dialogs.h"
 #include "platform/qt/form_windows.h"
 #include "platform/qt/hot_keys.h"
+#include "platform/qt/late_printer.h"
 #include "platform/qt/message_boxes.h"
 #include "platform/qt/message_gate.h"
 #include "platform/qt/outside_changes.h"
@@ -115,13 +116,14 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
     QtSkin skin(files);
     QtBlockingWork blocking_work(gate);
     QtRichTextPanes panes(clipboard, files);
+    LatePrinter printer(helper_path("tessavox-printing.so"));
     RecoveryFolder recovery(find_recovery_folder());
     WordProcessorFiles word_processor(
         files, blocking_work, texts, helper_path("tessavox-document-helper"));
     const std::unique_ptr<SpeechService> speech = make_speech(post, texts, std::move(engines));
     Platform platform{ windows, post, quit, [] { QCoreApplication::processEvents(); }, files,
         clipboard, changes, message_boxes, dialogs, font_dialogs, windows, screen, tray, *hot_keys,
-        shell, skin, blocking_work, panes, recovery, word_processor, *speech, texts,
+        shell, skin, blocking_work, panes, printer, recovery, word_processor, *speech, texts,
         prepare_config_folder(find_config_home(), app_folder + "/conf"), app_folder, command_line };
 
     Tessavox tessavox(platform);

@@ -1,9 +1,13 @@
 // What the window costs while a long text is read: each word selected and painted, with its line.
+#include "platform/qt/print_page.h"
 #include "platform/qt/rich_text_pane.h"
 
 #include <QApplication>
+#include <QBuffer>
 #include <QElapsedTimer>
 #include <QImage>
+#include <QPainter>
+#include <QPdfWriter>
 #include <QTextEdit>
 #include <QWidget>
 
@@ -149,6 +153,53 @@ void SelectingAllOfALongTextJustLoaded(benchmark::State& state)
     }
 }
 BENCHMARK(SelectingAllOfALongTextJustLoaded)->Iterations(3)->Unit(benchmark::kMillisecond);
+
+/// A printer's pages at its own fineness, without the printer.
+class PdfJob : public QtPrintJob {
+public:
+    PdfJob()
+        : m_writer(&m_bytes)
+    {
+        m_bytes.open(QIODevice::WriteOnly);
+        m_writer.setResolution(600);
+        m_writer.setPageMargins({});
+        m_painter.begin(&m_writer);
+    }
+    double left_offset() const override { return 0; }
+    double top_offset() const override { return 0; }
+    double Width() const override { return 11906; }
+    double Height() const override { return 16838; }
+    void NewPage() override { m_writer.newPage(); }
+    void EndDoc() override { m_painter.end(); }
+    QPainter& painter() override { return m_painter; }
+
+private:
+    QBuffer m_bytes;
+    QPdfWriter m_writer;
+    QPainter m_painter;
+};
+
+void PrintingABook(benchmark::State& state)
+{
+    constexpr PageArea half_an_inch_inside{ 720, 720, 11906 - 720, 16838 - 720 };
+    constexpr std::size_t units_of_1000_pages = 3'770'000;
+    LongPane long_pane(12);
+    long_pane.text.resize(units_of_1000_pages);
+    long_pane.pane.set_Text(long_pane.text);
+    const auto length = static_cast<std::int32_t>(long_pane.text.size());
+    for (auto _ : state) {
+        PdfJob job;
+        int pages = 1;
+        std::int32_t first = long_pane.pane.FormatRange(job, half_an_inch_inside, 0);
+        for (; first < length; ++pages) {
+            job.NewPage();
+            first = long_pane.pane.FormatRange(job, half_an_inch_inside, first);
+        }
+        job.EndDoc();
+        state.counters["pages"] = pages;
+    }
+}
+BENCHMARK(PrintingABook)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -205,6 +205,7 @@ READABLE = {
     "WordInLongParagraphs/15000": ("a word highlighted in a paragraph of 15,000 words", 16),
     "LoadingALongText": ("10 MB put into the pane", 350),
     "SelectingAllOfALongTextJustLoaded": ("all of 10 MB selected, then a word", 100),
+    "PrintingABook": ("1,000 pages printed at 600 dpi", 5000),
     "FindThroughALongText/0": ("a search through 10 MB in letters of either case", 20),
     "FindThroughALongText/4": ("a search through 10 MB with case", 20),
     "ReplaceAll/10000": ("Replace All with 10,000 matches in 10 MB", 500),

@@ -2,6 +2,7 @@
 
 #include "documents/document_window.h"
 #include "documents/menu_enablement.h"
+#include "documents/printing.h"
 #include "forms/command_table.h"
 #include "platform/number_text.h"
 
@@ -10,6 +11,7 @@ namespace tessavox {
 namespace {
 
 constexpr double new_document_points = 12;
+constexpr double half_an_inch = 720; // twips
 
 using M = MainControls;
 using F = FileCommands;
@@ -21,7 +23,7 @@ constexpr CommandRow<F> commands[] = {
     { &M::mnuFileSave, 1003, "Ctrl+S", call<&F::mnuFileSave_Click>, with_document },
     { &M::mnuFileSaveAs, 1004, "", call<&F::mnuFileSaveAs_Click>, with_document },
     { &M::mnuFileBar1 },
-    { &M::mnuFilePrint, 1005, "Ctrl+P", nullptr, with_document },
+    { &M::mnuFilePrint, 1005, "Ctrl+P", call<&F::mnuFilePrint_Click>, with_document },
     { &M::mnuFileBar3 },
     { &M::mnuFileClose, 1006, "", call<&F::mnuFileClose_Click>, with_document },
     { &M::mnuFileExit, 1007, "Ctrl+Q", call<&F::mnuFileExit_Click> },
@@ -257,6 +259,22 @@ void FileCommands::save_as()
     m_process.tables.documentChanged[index] = false;
     active_document().Caption = dlgCommonDialog.FileName;
     m_process.tables.documentFileTitles[index - 1] = dlgCommonDialog.FileTitle;
+}
+
+void FileCommands::mnuFilePrint_Click()
+{
+    Platform& platform = m_process.platform;
+    if (!m_process.forms.active_child()) {
+        platform.message_boxes.show(platform.texts.LoadResString(2342), application_title,
+            MessageButtons::ok, MessageIcon::none);
+        return;
+    }
+    frmDocument& document = ActiveForm(m_process.forms);
+    if (document.speech.place.view_status != 1)
+        document.WebBrowser1.pane().ExecWB(WebCommand::print);
+    else
+        PrintRichText(document.rtfText.pane(), platform.printer, title_of(document.Caption),
+            { half_an_inch, half_an_inch, half_an_inch, half_an_inch });
 }
 
 // A document that is saved because it closes doesn't leave the count by itself.

@@ -44,6 +44,8 @@ public:
     void mnuFileOpen_Click();
     void mnuFileSave_Click();
     void mnuFileSaveAs_Click();
+    /// Prints the text, or the page where that is in front, without a question.
+    void mnuFilePrint_Click();
     void mnuFileClose_Click();
     void mnuFileExit_Click();
 

@@ -173,6 +173,7 @@ constexpr StringRow rows[] = {
     { 2332, "Unbekannter Fehler" },
     { 2340, "Der Text wird ersetzt. Escape beendet das Ersetzen." },
     { 2341, "Farbe..." },
+    { 2342, "Kein Dokument ist geöffnet!" },
     { 2350,
         "Textdateien (*.txt)|*.txt|RTF-Dateien (*.rtf)|*.rtf|Webdateien|*.htm*|"
         "PDF-Dateien (*.pdf)|*.pdf|Alle Dateien (*.*)|*.*|" },

@@ -186,6 +186,7 @@ constexpr StringRow neutral_rows[] = {
     { 2332, "Unknown error" },
     { 2340, "The text is being replaced. Escape ends it." },
     { 2341, "Colour..." },
+    { 2342, "No open documents !" },
     { 2350,
         "Text files (*.txt)|*.txt|RTF Files (*.rtf)|*.rtf|Web files|*.htm*|"
         "PDF files (*.pdf)|*.pdf|All files (*.*)|*.*|" },

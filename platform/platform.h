@@ -11,6 +11,7 @@
 #include "platform/hot_keys.h"
 #include "platform/message_boxes.h"
 #include "platform/outside_changes.h"
+#include "platform/printer.h"
 #include "platform/recovery_copies.h"
 #include "platform/rich_text_pane.h"
 #include "platform/screen.h"
@@ -45,6 +46,7 @@ struct Platform {
     Skin& skin;
     BlockingWork& blocking_work;
     RichTextPanes& panes;
+    Printer& printer;
     RecoveryCopies& recovery;
     WordProcessor& word_processor;
     SpeechService& speech;

@@ -1,6 +1,7 @@
 // The pane that holds a document's text. The text buffer lives here alone.
 #pragma once
 
+#include "platform/printer.h"
 #include "platform/text.h"
 #include "platform/text_search.h"
 
@@ -121,6 +122,14 @@ public:
     /// be nested. OneStep below calls them.
     virtual void begin_step() = 0;
     virtual void end_step() = 0;
+
+    /// Prints as much of the text as the area takes on the job's page, from the unit `first` on,
+    /// and returns the first one that did not fit, or the length of the text. Colours and formats
+    /// are those of the pane, the selection isn't shown. The text as it was for the first page, the
+    /// one with `first` 0, is kept until release_format. @throws Failure if the area is empty, or
+    /// `first` isn't where a page ended.
+    virtual std::int32_t FormatRange(PrintJob& job, const PageArea& area, std::int32_t first) = 0;
+    virtual void release_format() = 0;
 
     std::function<void()> Change; // the text has changed
     std::function<void()> SelChange; // caret or selection has changed

@@ -6,7 +6,7 @@
 namespace tessavox {
 
 /// Commands that the page itself carries out, by their long known numbers.
-enum class WebCommand { save = 3 };
+enum class WebCommand { save = 3, print = 6 };
 
 class WebPane {
 public:

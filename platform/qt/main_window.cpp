@@ -1,6 +1,7 @@
 #include "platform/qt/main_window.h"
 
 #include "platform/controls/bars.h"
+#include "platform/controls/menu_item.h"
 #include "platform/qt/child_widget.h"
 #include "platform/qt/document_area.h"
 #include "platform/qt/twips.h"

@@ -3,6 +3,7 @@
 #include "platform/failure.h"
 #include "platform/qt/child_widget.h"
 #include "platform/qt/copied_text.h"
+#include "platform/qt/page_text.h"
 #include "platform/qt/pane_text.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/twips.h"
@@ -435,7 +436,7 @@ void QtRichTextPane::set_FontBold(bool bold)
 
 void QtRichTextPane::set_HideSelection(bool hide)
 {
-    m_editor->show_selection_always(!hide);
+    static_cast<Editor&>(*m_editor).show_selection_always(!hide);
 }
 
 void QtRichTextPane::set_MousePointer(int pointer)

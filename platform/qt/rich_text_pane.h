@@ -16,9 +16,12 @@
 
 class QFont;
 class QTextDocument;
+class QTextEdit;
 class QWidget;
 
 namespace tessavox {
+
+class PageText;
 
 /// The Tab key inserts a tab; Shift+Tab and F6 lead out of the pane. Pasted text comes in without
 /// the formats and pictures of where it was copied.
@@ -71,6 +74,8 @@ public:
 
     void LoadFile(const std::string& path, TextKind kind) override;
     void SaveFile(const std::string& path, TextKind kind) override;
+    std::int32_t FormatRange(PrintJob& job, const PageArea& area, std::int32_t first) override;
+    void release_format() override;
     void begin_step() override;
     void end_step() override;
 
@@ -121,7 +126,7 @@ private:
 
     Clipboard* m_clipboard;
     FileStore* m_files;
-    QPointer<Editor> m_editor;
+    QPointer<QTextEdit> m_editor; // an Editor
     mutable std::shared_ptr<const std::u16string> m_text; // null: to be fetched again
     mutable ScreenLines m_lines;
     Selection m_reported;
@@ -135,6 +140,7 @@ private:
     std::optional<Step> m_step;
     TextSearch m_search;
     TextFileForm m_file_form; // of the file that the text came from
+    std::unique_ptr<PageText> m_pages; // while it is printed
 };
 
 class QtRichTextPanes : public RichTextPanes {

@@ -128,3 +128,27 @@ def start_sound_server(folder, environment, address):
             return client.connect_ex(address) == 0
     server.wait_until(answers)
     return server
+
+
+def start_print_server(folder, environment):
+    """Returns the server, its address for CUPS_SERVER, and the folder that keeps the documents that
+    its only queue, `paper`, was given."""
+    for name in ("spool", "cache", "state", "etc"):
+        os.mkdir(os.path.join(folder, name))
+    address = os.path.join(folder, "socket")
+    texts = {
+        "cupsd.conf": f"Listen {address}\nBrowsing No\nWebInterface No\nPreserveJobFiles Yes\n"
+                      "<Location />\nOrder allow,deny\nAllow all\n</Location>\n"
+                      "<Policy default>\n<Limit All>\nOrder allow,deny\nAllow all\n</Limit>\n</Policy>\n",
+        "files.conf": f"ServerRoot {folder}/etc\nRequestRoot {folder}/spool\nCacheDir {folder}/cache\n"
+                      f"StateDir {folder}/state\nTempDir {folder}\nErrorLog {folder}/error\n"
+                      f"AccessLog {folder}/access\nPageLog {folder}/page\nFileDevice Yes\n",
+        "etc/printers.conf": "<DefaultPrinter paper>\nInfo paper\nDeviceURI file:///dev/null\n"
+                             "State Idle\nAccepting Yes\n</DefaultPrinter>\n"}
+    for name, text in texts.items():
+        with open(os.path.join(folder, name), "w") as file:
+            file.write(text)
+    server = Server("cupsd", ["/usr/sbin/cupsd", "-f", "-c", f"{folder}/cupsd.conf",
+                              "-s", f"{folder}/files.conf"], folder, environment)
+    server.wait_until(lambda: os.path.exists(address))
+    return server, address, os.path.join(folder, "spool")

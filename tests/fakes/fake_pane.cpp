@@ -255,4 +255,21 @@ void FakePane::SaveFile(const std::string& path, TextKind kind)
     m_file_form = encoded.form;
 }
 
+std::int32_t FakePane::FormatRange(PrintJob& job, const PageArea& area, std::int32_t first)
+{
+    constexpr std::int32_t units_of_a_page = 5;
+    print_area = area;
+    const std::int32_t next = std::min(first + units_of_a_page, size());
+    dynamic_cast<FakePrintJob&>(job).print(to_utf8(
+        std::u16string_view(m_content.text)
+            .substr(static_cast<std::size_t>(first), static_cast<std::size_t>(next - first))));
+    return next;
+}
+
+void FakePrintJob::NewPage()
+{
+    require(m_pages_left-- != 0, "out of paper");
+    m_printed += "|";
+}
+
 } // namespace tessavox

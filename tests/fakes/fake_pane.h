@@ -13,6 +13,27 @@
 
 namespace tessavox {
 
+/// A job that takes a page's text. A4 with a quarter of an inch that can't be printed on.
+class FakePrintJob : public PrintJob {
+public:
+    FakePrintJob(std::string& printed, int pages_until_failure)
+        : m_printed(printed)
+        , m_pages_left(pages_until_failure)
+    {
+    }
+    double left_offset() const override { return 360; }
+    double top_offset() const override { return 180; }
+    double Width() const override { return 11906; }
+    double Height() const override { return 16838; }
+    void NewPage() override;
+    void EndDoc() override { m_printed += "]"; }
+    void print(const std::string& text) { m_printed += text; }
+
+private:
+    std::string& m_printed;
+    int m_pages_left;
+};
+
 class FakePane : public RichTextPane {
 public:
     explicit FakePane(FileStore* files = nullptr)
@@ -65,6 +86,9 @@ public:
 
     void LoadFile(const std::string& path, TextKind kind) override;
     void SaveFile(const std::string& path, TextKind kind) override;
+    /// A page takes five units.
+    std::int32_t FormatRange(PrintJob& job, const PageArea& area, std::int32_t first) override;
+    void release_format() override { ++formats_released; }
     void begin_step() override { ++m_step_depth; }
     void end_step() override;
 
@@ -78,6 +102,8 @@ public:
     bool hide_selection = true;
     double right_margin = 0;
     int mouse_pointer = 0;
+    PageArea print_area;
+    int formats_released = 0;
 
 private:
     struct Format {

@@ -147,6 +147,14 @@ bool FakeBlockingWork::wait(const std::string& text, const std::function<bool()>
     return true;
 }
 
+std::unique_ptr<PrintJob> FakePrinter::begin(const std::string& title)
+{
+    if (!is_there)
+        throw Failure("no printer");
+    printed += title + "[";
+    return std::make_unique<FakePrintJob>(printed, pages_until_failure);
+}
+
 std::unique_ptr<RecoveryCopy> FakeRecovery::create()
 {
     class Copy : public RecoveryCopy {
@@ -188,7 +196,7 @@ FakePlatform::FakePlatform()
     : platform{ windows, [this](std::function<void()> call) { posted.push_back(std::move(call)); },
         [this] { has_quit = true; }, [this] { during_events(); }, files, clipboard, changes, boxes,
         dialogs, font_dialogs, arrangement, screen, tray, hot_keys, shell, skin, blocking_work,
-        panes, recovery, word_processor, speech, texts, "/home/conf", "/app", {} }
+        panes, printer, recovery, word_processor, speech, texts, "/home/conf", "/app", {} }
 {
 }
 

@@ -211,6 +211,16 @@ private:
     FileStore& m_files;
 };
 
+/// Keeps the text of the pages that came out, each job in brackets once it is ended.
+class FakePrinter : public Printer {
+public:
+    std::unique_ptr<PrintJob> begin(const std::string& title) override;
+
+    bool is_there = true;
+    int pages_until_failure = -1; // none
+    std::string printed;
+};
+
 /// What would lie in the folder of the copies, by title; and the files that were written over.
 class FakeRecovery : public RecoveryCopies {
 public:
@@ -269,6 +279,7 @@ struct FakePlatform {
     std::function<void()> during_events = [] {}; // what DoEvents lets happen
     FakeBlockingWork blocking_work;
     FakePanes panes{ files };
+    FakePrinter printer;
     FakeRecovery recovery;
     FakeWordProcessor word_processor;
     RecordingSpeech speech;
