@@ -2,6 +2,7 @@
 // settle(), which runs all that waits.
 #pragma once
 
+#include "platform/controls/containers.h"
 #include "platform/controls/form.h"
 #include "platform/controls/text_box.h"
 #include "platform/failure.h"
@@ -16,11 +17,14 @@ protected:
         Window(Forms& forms, std::string name, FormKind kind)
             : Form(forms, std::move(name), kind, 9000, 6000)
         {
+            box.Move(0, 0, 1500, 315);
             line.Move(0, 0, 1500, 315);
+            line.set_container(&box);
         }
         void Form_Resize() override { ++resizes; }
         void Form_Activate() override { ++activations; }
 
+        PictureBox box{ *this, "box" };
         TextBox line{ *this, "line" };
         int resizes = 0;
         int activations = 0;
@@ -64,8 +68,13 @@ TYPED_TEST_P(FormWindowsContract, AWindowTakesTheFocusAndHasASizeOnceItIsShown)
     EXPECT_LE(child->ScaleHeight(), main->ScaleHeight());
     EXPECT_NO_THROW(child->line.SetFocus());
     EXPECT_NO_THROW(dialog->line.SetFocus());
-    dialog->Hide();
-    EXPECT_THROW(dialog->line.SetFocus(), Failure);
+    for (Property<bool>* needed :
+        { &dialog->Visible, &dialog->box.Visible, &dialog->line.Enabled }) {
+        *needed = false;
+        EXPECT_THROW(dialog->line.SetFocus(), Failure);
+        *needed = true;
+    }
+    EXPECT_NO_THROW(dialog->line.SetFocus());
 }
 
 TYPED_TEST_P(FormWindowsContract, TheDocumentBeforeComesForwardWhenOneGoes)

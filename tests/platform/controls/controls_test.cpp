@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <vector>
+
 namespace tessavox::tests {
 namespace {
 
@@ -17,7 +20,26 @@ struct CountingView : ControlView {
     int changes = 0;
 };
 
+/// Something done to a control by code or, where it says so, by the user.
+struct Step {
+    std::function<void()> act;
+    int value; // of the control afterwards
+    int runs = 0; // of its handler meanwhile
+    bool refused = false;
+};
+
 struct Controls : testing::Test {
+    void check(const Property<int>& value, const std::vector<Step>& steps)
+    {
+        int number = 0;
+        for (const Step& step : steps) {
+            SCOPED_TRACE(++number);
+            runs = 0;
+            EXPECT_EQ(attempt(step.act), !step.refused);
+            EXPECT_EQ(value, step.value);
+            EXPECT_EQ(runs, step.runs);
+        }
+    }
     FakePlatform outside;
     Forms forms{ outside.windows, outside.platform.post, [] {} };
     Form form{ forms, "form", FormKind::dialog, 1000, 1000 };
@@ -31,44 +53,37 @@ TEST_F(Controls, ACheckBoxRunsItsHandlerForEachChangeWhoeverMakesIt)
     CheckBox box(form, "box");
     box.Click = count;
     box.set_view(&view);
-    box.Value = 1;
-    EXPECT_EQ(runs, 1);
-    box.Value = 1;
-    EXPECT_EQ(runs, 1);
-    box.user_toggle();
-    EXPECT_EQ(runs, 2);
-    box.Value = 2;
-    EXPECT_EQ(box.Value, 2);
-    box.Value = 0;
-    EXPECT_EQ(view.changes, 4);
-    EXPECT_THROW(box.Value = 3, Failure);
-    EXPECT_THROW(box.Value = -1, Failure);
-    EXPECT_EQ(box.Value, 0);
+    check(box.Value,
+        {
+            { [&] { box.Value = 1; }, 1, 1 },
+            { [&] { box.Value = 1; }, 1 },
+            { [&] { box.user_toggle(); }, 0, 1 },
+            { [&] { box.Value = 2; }, 2, 1 },
+            { [&] { box.Value = 3; }, 2, 0, true },
+            { [&] { box.Value = -1; }, 2, 0, true },
+        });
+    EXPECT_EQ(view.changes, 3);
 }
 
 TEST_F(Controls, AListRunsItsHandlerForEachChoiceTheSameOneToo)
 {
     ComboBox list(form, "list", ComboBoxStyle::list_only);
-    list.AddItem("a");
-    list.AddItem("b");
-    list.AddItem("a");
+    for (const char* text : { "a", "b", "a" })
+        list.AddItem(text);
     EXPECT_EQ(list.ListIndex, -1);
     list.Click = count;
-    list.ListIndex = 1;
-    list.ListIndex = 1;
-    EXPECT_EQ(runs, 2);
-    list.Text = "a";
-    EXPECT_EQ(list.ListIndex, 0);
-    EXPECT_EQ(runs, 3);
-    list.Text = "A";
-    list.Text = "";
-    EXPECT_EQ(list.Text, "a");
-    EXPECT_THROW(list.ListIndex = 3, Failure);
-    EXPECT_THROW(list.ListIndex = -2, Failure);
-    EXPECT_EQ(list.ListIndex, 0);
-    list.ListIndex = -1;
+    check(list.ListIndex,
+        {
+            { [&] { list.ListIndex = 1; }, 1, 1 },
+            { [&] { list.ListIndex = 1; }, 1, 1 },
+            { [&] { list.Text = "a"; }, 0, 1 },
+            { [&] { list.Text = "A"; }, 0 },
+            { [&] { list.Text = ""; }, 0 },
+            { [&] { list.ListIndex = 3; }, 0, 0, true },
+            { [&] { list.ListIndex = -2; }, 0, 0, true },
+            { [&] { list.ListIndex = -1; }, -1 },
+        });
     EXPECT_EQ(list.Text, "");
-    EXPECT_EQ(runs, 3);
     EXPECT_THROW(list.ItemData(-1), Failure);
 }
 
@@ -77,31 +92,43 @@ TEST_F(Controls, ATextTypedIntoAListIsNoChoice)
     ComboBox list(form, "list", ComboBoxStyle::editable);
     list.AddItem("a");
     list.Click = count;
-    list.user_choose(0);
+    check(list.ListIndex,
+        {
+            { [&] { list.user_choose(0); }, 0, 1 },
+            { [&] { list.user_edit("a.b"); }, -1 },
+            { [&] { list.Text = "a"; }, -1 },
+        });
     EXPECT_EQ(list.Text, "a");
-    list.user_edit("a.b");
-    EXPECT_EQ(list.ListIndex, -1);
-    list.Text = "a";
-    EXPECT_EQ(list.ListIndex, -1);
-    EXPECT_EQ(runs, 1);
 }
 
 TEST_F(Controls, AScrollBarRunsItsHandlerWhileItIsDraggedOnly)
 {
     ScrollBar bar(form, "bar", { -10, 10, 1, 6 });
-    EXPECT_EQ(bar.Value, 0);
     bar.Scroll = count;
-    bar.Value = -10;
-    bar.Value = 5;
-    bar.user_step(6);
-    EXPECT_EQ(runs, 0);
-    bar.user_drag(6);
-    EXPECT_EQ(runs, 1);
-    bar.user_drag(99);
-    EXPECT_EQ(bar.Value, 10);
-    EXPECT_THROW(bar.Value = 11, Failure);
-    EXPECT_THROW(bar.Value = -11, Failure);
-    EXPECT_EQ(bar.Value, 10);
+    check(bar.Value,
+        {
+            { [&] { bar.Value = -10; }, -10 },
+            { [&] { bar.user_step(6); }, 6 },
+            { [&] { bar.user_drag(6); }, 6, 1 },
+            { [&] { bar.user_drag(99); }, 10, 1 },
+            { [&] { bar.Value = 11; }, 10, 0, true },
+            { [&] { bar.Value = -11; }, 10, 0, true },
+        });
+}
+
+TEST_F(Controls, ATabStripRunsItsHandlerForAnotherTabAndForEachClick)
+{
+    TabStrip strip(form, "strip", { { "text", "Text" }, { "xml", "Web" } });
+    strip.Click = count;
+    check(strip.SelectedItem,
+        {
+            { [&] { strip.SelectedItem = 0; }, 0 },
+            { [&] { strip.SelectedItem = 1; }, 1, 1 },
+            { [&] { strip.SelectedItem = 2; }, 1, 0, true },
+            { [&] { strip.user_select(1); }, 1, 1 }, // in front already
+            { [&] { strip.user_select(0); }, 0, 1 },
+            { [&] { strip.user_select(2); }, 0, 0, true },
+        });
 }
 
 TEST_F(Controls, ADisabledButtonHasNoEffect)
@@ -110,44 +137,21 @@ TEST_F(Controls, ADisabledButtonHasNoEffect)
     MenuItem item(form, "item");
     ToolBar bar(form, "bar", { { "New" }, {}, { "Old" } });
     button.Click = item.Click = count;
-    int pressed = 0;
-    bar.ButtonClick = [&](int index) { pressed = index; };
-    button.Enabled = false;
-    item.Enabled = false;
-    button.user_press();
-    item.user_choose();
-    EXPECT_EQ(runs, 0);
-    button.Enabled = true;
-    item.Enabled = true;
-    button.user_press();
-    item.user_choose();
-    EXPECT_EQ(runs, 2);
+    bar.ButtonClick = [&](int index) { runs += index == 3; };
+    for (const bool enabled : { false, true }) {
+        for (Property<bool>* of : { &button.Enabled, &item.Enabled, &bar.Enabled })
+            *of = enabled;
+        runs = 0;
+        button.user_press();
+        item.user_choose();
+        bar.user_press(3);
+        EXPECT_EQ(runs, enabled ? 3 : 0);
+    }
+    bar.button(3).Enabled = false;
     bar.user_press(3);
-    EXPECT_EQ(pressed, 3);
-    bar.button(1).Enabled = false;
-    bar.user_press(1);
-    EXPECT_THROW(bar.user_press(0), Failure);
-    bar.Enabled = false;
-    bar.user_press(3);
-    EXPECT_EQ(pressed, 3);
-    EXPECT_THROW(bar.button(4), Failure);
-}
-
-TEST_F(Controls, ATabStripRunsItsHandlerForAnotherTabAndForEachClick)
-{
-    TabStrip strip(form, "strip", { { "text", "Text" }, { "xml", "Web" } });
-    strip.Click = count;
-    strip.SelectedItem = 0;
-    EXPECT_EQ(runs, 0);
-    strip.SelectedItem = 1;
-    EXPECT_EQ(runs, 1);
-    EXPECT_THROW(strip.SelectedItem = 2, Failure);
-    strip.user_select(1); // in front already
-    EXPECT_EQ(runs, 2);
-    strip.user_select(0);
-    EXPECT_EQ(strip.SelectedItem, 0);
     EXPECT_EQ(runs, 3);
-    EXPECT_THROW(strip.user_select(2), Failure);
+    for (const int number : { 0, 4 })
+        EXPECT_THROW(bar.user_press(number), Failure);
 }
 
 TEST_F(Controls, AStatusBarFindsPanelsByNumberAndKey)

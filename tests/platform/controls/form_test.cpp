@@ -1,6 +1,3 @@
-#include "platform/controls/containers.h"
-#include "platform/controls/text_box.h"
-#include "platform/failure.h"
 #include "tests/fakes/fake_platform.h"
 
 #include <gtest/gtest.h>
@@ -24,8 +21,6 @@ struct LoggingForm : Form {
         log.push_back(name() + " unload");
         Cancel = refuses;
     }
-    PictureBox box{ *this, "box" };
-    TextBox text{ *this, "text" };
     Log& log;
     bool refuses = false;
 };
@@ -33,9 +28,7 @@ struct LoggingForm : Form {
 struct FormLife : testing::Test {
     std::shared_ptr<LoggingForm> make(const char* name, FormKind kind)
     {
-        auto form = std::make_shared<LoggingForm>(forms, name, kind, log);
-        form->text.set_container(&form->box);
-        return form;
+        return std::make_shared<LoggingForm>(forms, name, kind, log);
     }
     std::shared_ptr<LoggingForm> shown_parent()
     {
@@ -79,22 +72,6 @@ TEST_F(FormLife, AChildWaitsForTheFirstShowOfItsParent)
     EXPECT_EQ(take_log(), Log{});
 }
 
-TEST_F(FormLife, ClosingTheActiveChildActivatesTheOneLoadedLast)
-{
-    const auto parent = shown_parent();
-    const auto a = make("a", FormKind::mdi_child);
-    const auto b = make("b", FormKind::mdi_child);
-    const auto c = make("c", FormKind::mdi_child);
-    for (const auto& child : { a, b, c })
-        child->Load();
-    a->user_activated();
-    log.clear();
-    EXPECT_TRUE(a->user_closed());
-    EXPECT_EQ(take_log(), (Log{ "a unload", "c activate" }));
-    EXPECT_TRUE(b->user_closed());
-    EXPECT_EQ(take_log(), (Log{ "b unload" }));
-}
-
 TEST_F(FormLife, AParentAsksItsChildrenFirstAndOneCanCancel)
 {
     const auto parent = shown_parent();
@@ -111,35 +88,6 @@ TEST_F(FormLife, AParentAsksItsChildrenFirstAndOneCanCancel)
     EXPECT_TRUE(parent->Unload());
     EXPECT_EQ(take_log(), (Log{ "b unload", "parent unload" }));
     EXPECT_TRUE(all_gone);
-}
-
-TEST_F(FormLife, AFormOutlivesTheHandlerInWhichItUnloads)
-{
-    auto form = make("form", FormKind::dialog);
-    form->Show();
-    const std::weak_ptr<LoggingForm> watched = form;
-    LoggingForm* const raw = form.get();
-    form = nullptr;
-    raw->Unload();
-    EXPECT_FALSE(watched.expired());
-    outside.run_posted();
-    EXPECT_TRUE(watched.expired());
-}
-
-TEST_F(FormLife, TheFocusGoesOnlyToWhatIsShown)
-{
-    const auto form = make("form", FormKind::dialog);
-    EXPECT_THROW(form->text.SetFocus(), Failure);
-    form->Load();
-    EXPECT_THROW(form->text.SetFocus(), Failure);
-    form->Show();
-    form->text.SetFocus();
-    EXPECT_EQ(outside.windows.focused, &form->text);
-    form->box.Visible = false;
-    EXPECT_THROW(form->text.SetFocus(), Failure);
-    form->box.Visible = true;
-    form->text.Enabled = false;
-    EXPECT_THROW(form->text.SetFocus(), Failure);
 }
 
 } // namespace
