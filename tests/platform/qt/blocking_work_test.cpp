@@ -167,12 +167,12 @@ TEST_F(Blocking, AssistiveTechnologiesCanDoNothingMeanwhile)
         desktop.find<QMainWindow>("DemoMain").close();
         desktop.settle();
     };
-    int looks = 0;
+    bool has_acted = false;
     work.wait(
-        "Busy", [&] { return ++looks > 2; },
+        "Busy", [&] { return has_acted; },
         [&] {
             act();
-            return 0.0;
+            return has_acted = true;
         });
     EXPECT_TRUE(desktop.main->is_loaded());
     EXPECT_EQ(child->slider.Value, 0);

@@ -131,8 +131,7 @@ TEST_F(ShownPane, LinesOnTheScreenAreRightAfterReadingEditingAndANewWidth)
 TEST_F(ShownPane, ASelectedWordIsBroughtIntoView)
 {
     pane.set_Text(book(300));
-    const std::int32_t far = static_cast<std::int32_t>(pane.Text().size()) - 500;
-    pane.set_SelStart(far);
+    pane.set_SelStart(static_cast<std::int32_t>(pane.Text().size()) - 500);
     pane.set_SelLength(10);
     EXPECT_TRUE(editor.viewport()->rect().intersects(editor.cursorRect()));
     EXPECT_GT(editor.verticalScrollBar()->value(), 0);
