@@ -113,20 +113,10 @@ public:
 
     /// Every call into the library has to be made under this lock; callbacks run under it. Never
     /// held for long: the library's thread lets go of it while it waits.
-    class Lock {
-    public:
-        explicit Lock(PulseConnection& connection)
-            : m_loop(connection.m_loop.get())
-        {
-            pa_threaded_mainloop_lock(m_loop);
-        }
-        ~Lock() { pa_threaded_mainloop_unlock(m_loop); }
-        Lock(const Lock&) = delete;
-        Lock& operator=(const Lock&) = delete;
+    void lock() { pa_threaded_mainloop_lock(m_loop.get()); }
+    void unlock() { pa_threaded_mainloop_unlock(m_loop.get()); }
+    using Lock = std::lock_guard<PulseConnection>;
 
-    private:
-        pa_threaded_mainloop* m_loop;
-    };
     pa_context* context() { return m_context.get(); }
 
 private:
