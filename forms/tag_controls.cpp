@@ -18,8 +18,8 @@ constexpr DesignRow<S> silence_rows[] = {
 };
 
 constexpr DesignRow<C> choice_rows[] = {
-    { pick<&C::SkinLabel1>, nullptr, 240, 360, 1260, 315 },
-    { pick<&C::Combo1>, nullptr, 1560, 360, 3090, 315 },
+    { pick<&C::SkinLabel1>, nullptr, 240, 360, 1620, 315 },
+    { pick<&C::Combo1>, nullptr, 1920, 360, 2730, 315 },
     { pick<&C::Command1>, nullptr, 990, 1200, 1380, 420, 2086, "OK" },
     { pick<&C::Command2>, nullptr, 2550, 1200, 1380, 420, 2084, "Help" },
 };

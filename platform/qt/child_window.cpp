@@ -7,6 +7,7 @@
 #include "platform/qt/twips.h"
 
 #include <QCloseEvent>
+#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QScrollArea>
 
@@ -56,6 +57,13 @@ public:
         // Were it a stop of the tab key, a screen reader would be told of the frame instead of the
         // control that the frame hands the focus to.
         setFocusPolicy(Qt::ClickFocus);
+    }
+
+    /// By which documents are cascaded: most of the area, so that each is of use and its title can
+    /// be seen.
+    QSize sizeHint() const override
+    {
+        return mdiArea() ? mdiArea()->viewport()->size() * 3 / 4 : QMdiSubWindow::sizeHint();
     }
 
     ClientScroll& scroll;

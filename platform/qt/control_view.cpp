@@ -34,9 +34,7 @@ QRect place_of(const Control& control)
         if (room > 0)
             width = std::min(width, room);
     } else if (control.form().kind() == FormKind::tool_window) {
-        const double room = control.form().ScaleHeight() - control.Top();
-        if (room > 0)
-            height = std::min(height, room);
+        height = std::min(height, std::max(0.0, control.form().ScaleHeight() - control.Top()));
     }
     return to_pixels(control.Left(), control.Top(), width, height);
 }
@@ -101,7 +99,8 @@ void WidgetView::control_changed()
     if (m_widget.geometry() != place)
         m_widget.setGeometry(place);
     m_widget.setEnabled(m_control->Enabled);
-    m_widget.setVisible(m_control->Visible);
+    // What nobody can see must not be a stop of the tab key either.
+    m_widget.setVisible(m_control->Visible && !(place.height() == 0 && m_control->Height() > 0));
     redraw();
     if (const QString shown = tip(); m_widget.toolTip() != shown)
         m_widget.setToolTip(shown);

@@ -60,6 +60,7 @@ QtFormWindow::QtFormWindow(Form& form, MessageGate& gate, QWidget& top, QWidget&
     , m_height(form.Height)
 {
     top.setObjectName(to_qt(form.name()));
+    canvas.setObjectName("client"); // by which a skin knows our controls from the toolkit's dialogs
     form.set_view(this);
     for (Control* control : form.controls()) {
         if (auto* timer = dynamic_cast<Timer*>(control))

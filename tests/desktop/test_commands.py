@@ -1,8 +1,9 @@
 """What menus, the global keys and the dock bar do, from outside."""
 
+import subprocess
 import unittest
 
-from bed import Program, forget_settings, keys, type_text, wait_for
+from bed import Program, forget_settings, keys, type_text, wait_for, xdotool
 
 
 class Commands(unittest.TestCase):

@@ -181,7 +181,7 @@ TEST_F(Windows, ADocumentShowsForAssistanceWhileAnyOfItIsInSight)
     }
 }
 
-TEST_F(Windows, DocumentsAreTiledWithinTheAreaAndMinimisedOnesLinedUpBelow)
+TEST_F(Windows, DocumentsAreArrangedWithinTheAreaAndMinimisedOnesLinedUpBelow)
 {
     const auto first = desktop.open("first");
     const auto second = desktop.open("second");
@@ -199,6 +199,12 @@ TEST_F(Windows, DocumentsAreTiledWithinTheAreaAndMinimisedOnesLinedUpBelow)
     EXPECT_EQ(window("first").geometry(), QRect(0, 0, room.width(), half_height));
     EXPECT_EQ(window("second").geometry().bottomRight(), room.bottomRight());
     EXPECT_TRUE(window("third").isMinimized());
+    documents.Arrange(Arrangement::cascade);
+    for (const char* name : { "first", "second" }) {
+        EXPECT_TRUE(room.contains(window(name).geometry())) << name;
+        EXPECT_GT(window(name).width(), half_width) << name;
+        EXPECT_GT(window(name).height(), half_height) << name;
+    }
 
     window("first").showMinimized();
     documents.Arrange(Arrangement::icons);
