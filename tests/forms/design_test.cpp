@@ -155,10 +155,10 @@ SkinLabel1 - 360 360 3480 300 2013 -; Command1 - 1400 960 1400 420 2014 -;
 )";
 
 constexpr const char* find_design = R"(
-txtFind - 1260 120 2460 315 - -; cmdFind - 3840 120 1470 400 2060 -;
-cmdCancel - 3840 1590 1470 400 2066 -; txtReplace - 1260 610 2460 315 - -;
+txtFind - 1320 120 2400 315 - -; cmdFind - 3840 120 1470 400 2060 -;
+cmdCancel - 3840 1590 1470 400 2066 -; txtReplace - 1320 610 2400 315 - -;
 cmdReplaceAll - 3840 1100 1470 400 2062 -; cmdReplace - 3840 610 1470 400 2061 -;
-lblReplace - 120 610 1110 315 2063 -; lblFind - 120 120 1110 315 2067 -;
+lblReplace - 120 610 1170 315 2063 -; lblFind - 120 120 1170 315 2067 -;
 chkWholeWord - 120 1160 3600 315 2064 -; chkMatchCase - 120 1590 3600 315 2065 -;
 5430 2115 2205;
 )";
@@ -170,12 +170,12 @@ Command2 - 2460 1800 1380 420 2084 -; 4680 2760 2205;
 )";
 
 constexpr const char* speed_design = R"(
-SkinLabel1 - 240 360 1260 315 2080 -; Combo1 - 1560 360 3090 315 - -;
+SkinLabel1 - 240 360 1620 315 2080 -; Combo1 - 1920 360 2730 315 - -;
 Command1 - 990 1200 1380 420 2086 -; Command2 - 2550 1200 1380 420 2084 -; 4890 1995 2205;
 )";
 
 constexpr const char* voice_design = R"(
-SkinLabel1 - 240 360 1260 315 2087 - "Speaker"; Combo1 - 1560 360 3090 315 2085 - "";
+SkinLabel1 - 240 360 1620 315 2087 - "Speaker"; Combo1 - 1920 360 2730 315 2085 - "";
 Command1 - 990 1200 1380 420 2086 -; Command2 - 2550 1200 1380 420 2084 -; 4890 1995 2205;
 )";
 
