@@ -116,8 +116,14 @@ TEST_F(Start, WithoutItsDocumentShowsAnEmptyOne)
     EXPECT_EQ(boxes.shown.size(), 1u);
 }
 
-TEST_F(Start, ASecondCopyRunsBesideTheFirstIfTheUserWantsIt)
+TEST_F(Start, ASecondCopyRunsBesideTheFirstIfTheUserWantsItAndElseEnds)
 {
+    StartedProcess unwanted;
+    unwanted.start("", true);
+    unwanted.question().Command1.user_press();
+    unwanted.run_posted();
+    EXPECT_TRUE(unwanted.has_quit);
+
     constexpr StringRow own[] = { { 2070, "ist schon offen" } };
     texts.set_language(own);
     start("", true);
@@ -130,14 +136,6 @@ TEST_F(Start, ASecondCopyRunsBesideTheFirstIfTheUserWantsIt)
     EXPECT_FALSE(has_quit);
     EXPECT_TRUE(main().Unload());
     EXPECT_EQ(file("opened.txt"), file_of_lines({ "0" })); // though the first one runs
-    EXPECT_TRUE(has_quit);
-}
-
-TEST_F(Start, ClosingTheQuestionEndsTheProcess)
-{
-    start("", true);
-    question().Command1.user_press();
-    run_posted();
     EXPECT_TRUE(has_quit);
 }
 

@@ -55,8 +55,8 @@ TEST_F(Documents, HostileSettingsAreSteppedOverOneByOne)
             "-1 -1 0 1 Serif 20 1" },
         { "huge", "setting1.txt", file_of_lines({ "", "99999", "-1e9", "1e99" }),
             "-1 -1 0 1 Serif 20 1" },
-        { "one bad line", "setting1.txt", file_of_lines({ "8kHz 16Bit Mono", "x", "-9", " 0" }),
-            "-1 2 -9 0 Serif 20 1" },
+        { "one bad line", "setting1.txt", file_of_lines({ "8kHz 16Bit Mono", "x", "-9", " 2" }),
+            "-1 2 -9 2 Serif 20 1" },
         { "binary", "setting1.txt", std::string("\xFF\xFE\0\0\x80\r\r\r\r", 9),
             "-1 -1 0 1 Serif 20 1" },
         { "no font", "setting2.txt", file_of_lines({ "", "-1", "maybe" }),
@@ -132,17 +132,6 @@ TEST_F(Documents, AreNumberedByTheLowestFreeSlotUpToThirty)
     EXPECT_EQ(windows.open_forms.size(), 31u); // with the main window
     EXPECT_EQ(document().Caption, "Document 30");
     EXPECT_TRUE(boxes.shown.empty());
-}
-
-TEST_F(Documents, ShowTheLineOfTheCaret)
-{
-    start();
-    pane().set_Text(u"\nb\nc");
-    const std::pair<int, int> cases[] = { { 3, 3 }, { 0, 1 }, { 1, 2 } };
-    for (const auto& [caret, line] : cases) {
-        pane().user_selects(caret, 0);
-        EXPECT_EQ(panel(1), "Line Number: " + std::to_string(line));
-    }
 }
 
 TEST_F(Documents, TheTabLeadsBackToTheTextAndStopsTheReading)

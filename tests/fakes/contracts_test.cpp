@@ -3,6 +3,7 @@
 #include "tests/contract/dialogs_contract.h"
 #include "tests/contract/file_store_contract.h"
 #include "tests/contract/form_windows_contract.h"
+#include "tests/contract/recovery_copies_contract.h"
 #include "tests/contract/rich_text_pane_contract.h"
 #include "tests/fakes/fake_platform.h"
 
@@ -84,6 +85,23 @@ private:
     FakeBlockingWork m_work;
 };
 
+class FakeRecoveryBed {
+public:
+    RecoveryCopies& copies() { return m_recovery; }
+    std::vector<std::u16string> kept() const
+    {
+        std::vector<std::u16string> texts;
+        for (const auto& [title, text] : m_recovery.kept)
+            texts.push_back(text);
+        return texts;
+    }
+    std::string path(const std::string& name) const { return "/folder/" + name; }
+    std::size_t foreign_files() const { return m_recovery.foreign_files.size(); }
+
+private:
+    FakeRecovery m_recovery;
+};
+
 class FakeWindowsBed {
 public:
     FormWindows& windows() { return m_windows; }
@@ -99,6 +117,7 @@ private:
     std::deque<std::function<void()>> m_posted;
 };
 
+INSTANTIATE_TYPED_TEST_SUITE_P(Fake, RecoveryCopiesContract, FakeRecoveryBed);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, BlockingWorkContract, FakeBlockingWorkBed);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, FormWindowsContract, FakeWindowsBed);
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, DialogsContract, FakeDialogsBed);

@@ -165,6 +165,9 @@ std::unique_ptr<RecoveryCopy> FakeRecovery::create()
         }
         void keep(const std::string& title, const TextSlice& text) override
         {
+            if (text.empty())
+                return;
+            drop();
             m_title = title;
             m_all.kept[title] = text.view();
         }

@@ -1,6 +1,7 @@
 #include "platform/files/recovery_folder.h"
 
 #include "platform/files/disk_file_store.h"
+#include "tests/contract/recovery_copies_contract.h"
 #include "tests/platform/files/test_folder.h"
 
 #include <fstream>
@@ -11,14 +12,16 @@
 namespace tessavox {
 namespace {
 
-struct Recovery : testing::Test {
+class RecoveryBed {
+public:
+    RecoveryCopies& copies() { return *folder; }
     /// What lies there once everything is written: title and content.
-    std::map<std::string, std::string> copies()
+    std::map<std::string, std::string> files()
     {
-        folder.reset();
+        folder.emplace(location);
         std::map<std::string, std::string> found;
         std::error_code none;
-        for (const auto& file : fs::directory_iterator(path, none)) {
+        for (const auto& file : fs::directory_iterator(location, none)) {
             const std::string name = file.path().filename();
             EXPECT_EQ(
                 fs::status(file).permissions(), fs::perms::owner_read | fs::perms::owner_write);
@@ -27,55 +30,64 @@ struct Recovery : testing::Test {
         }
         return found;
     }
+    std::vector<std::u16string> kept()
+    {
+        std::vector<std::u16string> texts;
+        for (const auto& [name, bytes] : files())
+            texts.push_back(to_utf16(bytes));
+        return texts;
+    }
+    std::string path(const std::string& name) const
+    {
+        std::ofstream(place / name) << "text";
+        return place / name;
+    }
+    std::size_t foreign_files() { return files().size(); }
+
     TestFolder place;
-    std::string path = place / "state/recovery";
-    std::optional<RecoveryFolder> folder{ path };
+    std::string location = place / "state/recovery";
+    std::optional<RecoveryFolder> folder{ location };
 };
 
-TEST_F(Recovery, TheNewestTextOfADocumentIsKeptUntilItIsDropped)
+INSTANTIATE_TYPED_TEST_SUITE_P(Disk, RecoveryCopiesContract, RecoveryBed);
+
+struct Recovery : testing::Test, RecoveryBed { };
+
+TEST_F(Recovery, CopiesAreCalledAsTheirDocumentsAndNobodyElseCanReadThem)
 {
-    const auto first = folder->create(), second = folder->create(), third = folder->create();
-    for (int i = 0; i < 50; ++i)
-        first->keep("Document 1", u"text " + to_utf16(std::to_string(i)));
-    first->keep("Document 1", u"");
-    second->keep("/home/\u00fc.rtf", u"\u00e4");
-    third->keep("Document 3", u"saved");
-    third->drop();
+    const auto document = folder->create();
+    document->keep("/home/\u00fc.rtf", u"text");
     folder->create()->keep(std::string(100, 'x') + std::string(50, '\xc3'), u"long");
-    const std::map<std::string, std::string> kept = copies();
-    EXPECT_EQ(kept.size(), 3u);
-    EXPECT_EQ(kept.at("Document 1.txt"), "text 49");
-    EXPECT_EQ(kept.at("\u00fc.rtf.txt"), "\u00e4");
-    EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_all);
+    const std::map<std::string, std::string> found = files();
+    EXPECT_EQ(found.size(), 2u);
+    EXPECT_EQ(found.at("\u00fc.rtf.txt"), "text");
+    EXPECT_EQ(fs::status(location).permissions(), fs::perms::owner_all);
 }
 
 TEST_F(Recovery, AFileIsKeptThatAnotherHasWritten)
 {
-    const std::string file = place / "letter.rtf";
-    const auto put = [&](const char* bytes) { std::ofstream(file) << bytes; };
     const auto copy = folder->create();
-    put("read");
+    const std::string file = path("letter.rtf");
     copy->note_file(file);
     copy->keep_foreign_file(file);
     copy->keep_foreign_file(place / "none");
-    EXPECT_FALSE(fs::exists(path));
-    put("another's");
+    EXPECT_FALSE(fs::exists(location));
+    std::ofstream(file) << "another's";
     copy->keep_foreign_file(file);
-    EXPECT_EQ(copies(), (std::map<std::string, std::string>{ { "letter.rtf.rtf", "another's" } }));
+    EXPECT_EQ(files(), (std::map<std::string, std::string>{ { "letter.rtf.rtf", "another's" } }));
 }
 
 TEST_F(Recovery, CopiesAreRemovedWhenTheyAreAMonthOld)
 {
-    fs::create_directories(path);
+    fs::create_directories(location);
     const auto now = fs::file_time_type::clock::now();
     for (const int days : { 29, 31 }) {
-        const std::string file = path + "/" + std::to_string(days) + " 20.txt";
+        const std::string file = location + "/" + std::to_string(days) + " 20.txt";
         std::ofstream(file) << days;
         fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
         fs::last_write_time(file, now - std::chrono::days(days));
     }
-    folder.emplace(path);
-    EXPECT_EQ(copies(), (std::map<std::string, std::string>{ { "29.txt", "29" } }));
+    EXPECT_EQ(files(), (std::map<std::string, std::string>{ { "29.txt", "29" } }));
 }
 
 } // namespace
