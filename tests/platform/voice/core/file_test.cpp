@@ -50,6 +50,8 @@ protected:
     Listener& listener = bed.listener;
 };
 
+// Nobody sees them all: of words and sentences the first and the latest wait until they are
+// fetched.
 TEST_F(FileTest, AFileIsWrittenWithoutADeviceAndItsEventsComeAfterwards)
 {
     auto stream = take_stream();
@@ -71,6 +73,39 @@ TEST_F(FileTest, AFileIsWrittenWithoutADeviceAndItsEventsComeAfterwards)
     stream->Close();
     EXPECT_EQ(listener.of("Word").back().position, (2250 * 48000 + 11025) / 22050 * 4);
     EXPECT_EQ(listener.heard.back().position, static_cast<std::int64_t>(samples().size() * 2));
+}
+
+TEST_F(FileTest, EventsThatAreFetchedMeanwhileGoOnWithTheLatestAndEveryBookmark)
+{
+    auto stream = take_stream();
+    bed.engine->held_at = 1;
+    const std::u16string text = u"One two. Three <bookmark mark='a'/>four five. "
+                                u"Six. Seven <bookmark mark='b'/>eight nine.";
+    voice.Speak(text, SVSFlagsAsync | SVSFIsXML);
+    ASSERT_TRUE(bed.has_heard("Word", 2));
+    listener.heard.clear();
+    bed.engine->held_at = -1;
+    ASSERT_TRUE(voice.WaitUntilDone(-1));
+    bed.loop.run_posted();
+    EXPECT_THAT(listener.told(""),
+        ElementsAre("Bookmark a", "Sentence 51+37", "Bookmark b", "Word 83+4", "EndStream"));
+}
+
+TEST_F(FileTest, OnlyWhatIsOfInterestIsTold)
+{
+    const std::pair<int, const char*> rows[] = { { SVEStartInputStream, "StartStream" },
+        { SVEEndInputStream, "EndStream" }, { SVEVoiceChange, "VoiceChange" },
+        { SVEBookmark, "Bookmark" }, { SVEWordBoundary, "Word" },
+        { SVESentenceBoundary, "Sentence" }, { SVEPhoneme, "Phoneme" }, { SVEViseme, "Viseme" } };
+    auto stream = take_stream();
+    for (const auto& [interest, kind] : rows) {
+        listener.heard.clear();
+        voice.set_EventInterests(interest);
+        voice.Speak(
+            u"One <bookmark mark='a'/>two <voice required='Name=Bert'>three</voice>", SVSFIsXML);
+        EXPECT_FALSE(listener.heard.empty()) << kind;
+        EXPECT_EQ(listener.count(kind), std::ssize(listener.heard)) << kind;
+    }
 }
 
 TEST_F(FileTest, AWritingTellsHowFarItHasComeAndCanBeEndedInBetween)
