@@ -1,7 +1,5 @@
 #include "tests/fakes/running_program.h"
 
-#include <gtest/gtest.h>
-
 namespace tessavox {
 namespace {
 
@@ -22,17 +20,17 @@ struct Handshakes : ProgramTest {
     SpeechSession& session() { return document().speech.session; }
     std::string& web() { return file("web.txt"); }
     std::string& control() { return file("control.txt"); }
-    /// The texts spoken since the last look.
-    std::vector<std::string> spoken()
+    /// The text that a look at the clipboard has spoken, "" for none.
+    std::string spoken_at_a_look()
     {
-        std::vector<std::string> texts;
+        voice().take_calls();
+        main.Timer1.tick();
         for (const std::string& call : voice().take_calls()) {
             if (call.starts_with("Speak"))
-                texts.push_back(call.substr(6, call.rfind(' ') - 6));
+                return call.substr(7, call.rfind(' ') - 8);
         }
-        return texts;
+        return {};
     }
-    using Texts = std::vector<std::string>;
 };
 
 TEST_F(Handshakes, ALookAtTheClipboardReadsMarksAndClearsAsTheFlagAndTheBoxSay)
@@ -42,21 +40,21 @@ TEST_F(Handshakes, ALookAtTheClipboardReadsMarksAndClearsAsTheFlagAndTheBoxSay)
         const char* flag; // line 2 of web.txt
         std::u16string copied; // empty: what was read last still lies there
         bool speaking;
-        Texts spoken;
+        const char* spoken;
         std::u16string left;
         bool flags_cleared;
     };
     const Case cases[] = {
-        { false, "0", u"abc", false, {}, u"abc", false },
-        { true, "0", u"abc", false, { "\"abc\"" }, u"abc ", true },
-        { true, "0", {}, false, {}, u"old ", true },
-        { true, "0", u"old", false, { "\"old\"" }, u"old ", true }, // copied once more
-        { true, "0", u"abc", true, {}, u"abc ", true }, // dropped, and never read later
-        { false, "1", u"abc", false, { "\"abc\"" }, u"", true },
-        { false, " 1.0 ", u"abc", false, { "\"abc\"" }, u"", true }, // read as a number
-        { false, "1", {}, false, {}, u"", true },
-        { false, "one", u"abc", false, {}, u"abc", false },
-        { false, "1", u"abc", true, {}, u"", true },
+        { false, "0", u"abc", false, "", u"abc", false },
+        { true, "0", u"abc", false, "abc", u"abc ", true },
+        { true, "0", {}, false, "", u"old ", true },
+        { true, "0", u"old", false, "old", u"old ", true }, // copied once more
+        { true, "0", u"abc", true, "", u"abc ", true }, // dropped, and never read later
+        { false, "1", u"abc", false, "abc", u"", true },
+        { false, " 1.0 ", u"abc", false, "abc", u"", true }, // read as a number
+        { false, "1", {}, false, "", u"", true },
+        { false, "one", u"abc", false, "", u"abc", false },
+        { false, "1", u"abc", true, "", u"", true },
     };
     start();
     for (const Case& row : cases) {
@@ -67,19 +65,16 @@ TEST_F(Handshakes, ALookAtTheClipboardReadsMarksAndClearsAsTheFlagAndTheBoxSay)
         document().Check1.Value = 1;
         main.Timer1.tick();
         session().UpdateSpeechControls(row.speaking, false);
-        spoken();
         document().Check1.Value = row.box;
         if (!row.copied.empty())
             clipboard.text = row.copied;
         clipboard.fetched = row.box; // nobody has looked before a command comes
         const std::string before = file_of_lines({ row.flag, "0", "7", "0" });
         web() = before;
-        main.Timer1.tick();
-        EXPECT_EQ(spoken(), row.spoken);
+        EXPECT_EQ(spoken_at_a_look(), row.spoken);
         EXPECT_EQ(clipboard.text, row.left);
         EXPECT_EQ(web(), row.flags_cleared ? zeros : before);
-        main.Timer1.tick(); // nothing is read twice
-        EXPECT_EQ(spoken(), Texts());
+        EXPECT_EQ(spoken_at_a_look(), ""); // nothing is read twice
     }
 }
 
@@ -97,29 +92,23 @@ TEST_F(Handshakes, LooksRestUntilANoticeComesAlsoIfItComesDuringALook)
     EXPECT_FALSE(main.Timer1.Resting);
 }
 
-TEST_F(Handshakes, WhatLayOnTheClipboardBeforeTheStartIsNotRead)
+TEST_F(Handshakes, WhatLayOnTheClipboardBeforeTheStartIsReadByACommandOrWhenItIsCopiedAgain)
 {
-    const auto spoken_at_a_look = [&] {
-        main.Timer1.tick();
-        return spoken();
-    };
     clipboard.text = u"before";
     clipboard.fetched = false;
     start();
     document().Check1.Value = 1;
-    EXPECT_EQ(spoken_at_a_look(), Texts());
+    EXPECT_EQ(spoken_at_a_look(), "");
     EXPECT_EQ(clipboard.text, u"before");
     clipboard.copy_again();
-    EXPECT_EQ(spoken_at_a_look(), Texts{ "\"before\"" });
-}
+    EXPECT_EQ(spoken_at_a_look(), "before");
 
-TEST_F(Handshakes, WhatLayOnTheClipboardBeforeTheStartIsReadByACommand)
-{
-    clipboard.text = u"before";
-    start();
-    web() = file_of_lines({ "1", "0", "0", "0" });
-    main.Timer1.tick();
-    EXPECT_EQ(spoken(), Texts{ "\"before\"" });
+    RunningProgram commanded;
+    commanded.clipboard.text = u"before";
+    commanded.start();
+    commanded.file("web.txt") = file_of_lines({ "1", "0", "0", "0" });
+    commanded.main.Timer1.tick();
+    EXPECT_EQ(commanded.voice().last_text, "before");
 }
 
 TEST_F(Handshakes, OnlyTheBoxOfTheActiveDocumentCounts)
