@@ -139,14 +139,3 @@ void BM_TypeInTheMiddleOf1MB(benchmark::State& state)
 BENCHMARK(BM_TypeInTheMiddleOf1MB)->Iterations(300)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int count, char** arguments)
-{
-    if (qEnvironmentVariableIsEmpty("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(count, arguments);
-    QFont::insertSubstitution("Comic Sans MS", "Comic Neue");
-    benchmark::Initialize(&count, arguments);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

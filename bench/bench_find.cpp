@@ -77,13 +77,3 @@ void ReplaceAll(benchmark::State& state)
 BENCHMARK(ReplaceAll)->Arg(10'000)->Iterations(4)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int count, char** arguments)
-{
-    if (qEnvironmentVariableIsEmpty("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(count, arguments);
-    benchmark::Initialize(&count, arguments);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

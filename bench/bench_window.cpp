@@ -202,14 +202,3 @@ void PrintingABook(benchmark::State& state)
 BENCHMARK(PrintingABook)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
-
-int main(int count, char** arguments)
-{
-    if (qEnvironmentVariableIsEmpty("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(count, arguments);
-    QFont::insertSubstitution("Comic Sans MS", "Comic Neue");
-    benchmark::Initialize(&count, arguments);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

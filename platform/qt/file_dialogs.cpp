@@ -11,6 +11,9 @@
 #include <QRegularExpression>
 #include <QUrl>
 
+#include <functional>
+#include <utility>
+
 namespace tessavox {
 
 QStringList name_filters(const std::string& filter)
@@ -54,55 +57,58 @@ void begin_with(QFileDialog& dialog, const FileDialogRequest& request, const QSt
         dialog.selectFile(file.fileName());
 }
 
+/// The text of that id, which is about a file; its name alone where the table has a hole.
+QString text_about(const QString& path, int id, const Texts& texts)
+{
+    const std::string name = from_qt(QFileInfo(path).fileName());
+    std::string text = name;
+    attempt([&] { text = texts.with_value(id, name); });
+    return to_qt(text);
+}
+
 /// What to say of a file that can't be written; null for one that can.
-QString objection_to(const QString& path, FileStore& files, const Texts& texts)
+QString objection_to_writing(const QString& path, FileStore& files, const Texts& texts)
 {
     constexpr int not_writable_id = 2301;
     constexpr int no_folder_id = 2302;
     const WriteObstacle obstacle = files.obstacle_to_writing(from_qt(path));
     if (obstacle == WriteObstacle::none)
         return {};
-    QString text = "%1"; // enough where the table has a hole
-    attempt([&] {
-        text = to_qt(texts.LoadResString(
-            obstacle == WriteObstacle::no_folder ? no_folder_id : not_writable_id));
-    });
-    return text.replace("%1", QFileInfo(path).fileName());
+    return text_about(
+        path, obstacle == WriteObstacle::no_folder ? no_folder_id : not_writable_id, texts);
 }
 
-void tell(const QString& text)
+/// What to say of a file that can't be opened as a document; null for one that can.
+QString objection_to_opening(const QString& path, FileStore& files, const Texts& texts)
 {
-    QtMessageBoxes().show(from_qt(text), application_title, MessageButtons::ok, MessageIcon::none);
+    constexpr int text_ids[] = { 0, 2354, 2355, 2356 }; // by ReadObstacle
+    // A page is shown and not loaded, so nothing is too long for it.
+    if (path.endsWith(".pdf", Qt::CaseInsensitive))
+        return {};
+    const ReadObstacle obstacle = files.obstacle_to_opening(from_qt(path));
+    if (obstacle == ReadObstacle::none)
+        return {};
+    return text_about(path, text_ids[static_cast<int>(obstacle)], texts);
 }
 
-/// Stays open until the user chooses a file that can be opened as a document, or none.
-class OpenDialog : public QFileDialog {
+/// Asks until the user chooses a file to which there is no objection, or none.
+class ChoiceDialog : public QFileDialog {
 public:
-    OpenDialog(QWidget* parent, FileStore& files, const Texts& texts, bool must_be_text)
-        : QFileDialog(parent)
-        , m_files(files)
-        , m_texts(texts)
-        , m_must_be_text(must_be_text)
+    /// What to say of a file that can't be chosen; null for one that can.
+    using Objection = std::function<QString(const QString& path)>;
+
+    explicit ChoiceDialog(Objection objection)
+        : QFileDialog(QApplication::activeWindow())
+        , m_objection(std::move(objection))
     {
-        setAcceptMode(AcceptOpen);
-        setFileMode(ExistingFile);
     }
 
-    /// Says so if not.
-    bool is_possible()
+    bool ask()
     {
-        constexpr int texts[] = { 0, 2354, 2355, 2356 }; // by ReadObstacle
-        const QString path = selectedFiles().value(0);
-        // A page is shown and not loaded, so nothing is too long for it.
-        if (!m_must_be_text || path.endsWith(".pdf", Qt::CaseInsensitive))
-            return true;
-        const ReadObstacle obstacle = m_files.obstacle_to_opening(from_qt(path));
-        if (obstacle != ReadObstacle::none)
-            attempt([&] {
-                tell(to_qt(m_texts.with_value(
-                    texts[static_cast<int>(obstacle)], from_qt(QFileInfo(path).fileName()))));
-            });
-        return obstacle == ReadObstacle::none;
+        while (exec() == QDialog::Accepted)
+            if (is_possible())
+                return true;
+        return false;
     }
 
     /// Puts a folder among the places that are offered beside the files.
@@ -118,42 +124,6 @@ public:
 protected:
     void accept() override
     {
-        const bool is_the_desktops = !layout();
-        if (is_the_desktops || QFileInfo(selectedFiles().value(0)).isDir() || is_possible())
-            QFileDialog::accept();
-    }
-
-private:
-    FileStore& m_files;
-    const Texts& m_texts;
-    bool m_must_be_text;
-};
-
-/// Stays open until the user chooses a file that can be written, or none.
-class SaveDialog : public QFileDialog {
-public:
-    SaveDialog(QWidget* parent, FileStore& files, const Texts& texts)
-        : QFileDialog(parent)
-        , m_files(files)
-        , m_texts(texts)
-    {
-        setAcceptMode(AcceptSave);
-        setFileMode(AnyFile);
-    }
-
-    /// Whether the chosen file can be written. Says so if not.
-    bool is_possible()
-    {
-        const QString path = selectedFiles().value(0);
-        const QString objection = objection_to(path, m_files, m_texts);
-        if (!objection.isNull())
-            tell(objection);
-        return objection.isNull();
-    }
-
-protected:
-    void accept() override
-    {
         // The desktop's own dialog is closed already when this comes; it is opened again. A folder
         // is opened, not chosen.
         const bool is_the_desktops = !layout();
@@ -162,37 +132,44 @@ protected:
     }
 
 private:
-    FileStore& m_files;
-    const Texts& m_texts;
+    bool is_possible()
+    {
+        const QString objection = m_objection(selectedFiles().value(0));
+        if (!objection.isNull())
+            QtMessageBoxes().show(
+                from_qt(objection), application_title, MessageButtons::ok, MessageIcon::none);
+        return objection.isNull();
+    }
+
+    Objection m_objection;
 };
 
 } // namespace
 
 std::optional<std::string> QtFileDialogs::ShowOpen(const FileDialogRequest& request)
 {
-    OpenDialog dialog(QApplication::activeWindow(), m_files, m_texts, request.must_be_text);
+    ChoiceDialog dialog([this, &request](const QString& path) {
+        return request.must_be_text ? objection_to_opening(path, m_files, m_texts) : QString();
+    });
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(QFileDialog::ExistingFile);
     begin_with(dialog, request, m_folder);
     if (request.must_be_text)
         dialog.offer(to_qt(m_recovery_folder));
-    do {
-        if (dialog.exec() != QDialog::Accepted)
-            return std::nullopt;
-    } while (!dialog.is_possible());
-    return chosen(dialog);
+    return dialog.ask() ? chosen(dialog) : std::nullopt;
 }
 
 std::optional<std::string> QtFileDialogs::ShowSave(const FileDialogRequest& request)
 {
-    SaveDialog dialog(QApplication::activeWindow(), m_files, m_texts);
+    ChoiceDialog dialog(
+        [this](const QString& path) { return objection_to_writing(path, m_files, m_texts); });
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
     begin_with(dialog, request, m_folder);
-    do {
-        if (dialog.exec() != QDialog::Accepted)
-            return std::nullopt;
-    } while (!dialog.is_possible());
-    return chosen(dialog);
+    return dialog.ask() ? chosen(dialog) : std::nullopt;
 }
 
-std::string QtFileDialogs::chosen(const QFileDialog& dialog)
+std::optional<std::string> QtFileDialogs::chosen(const QFileDialog& dialog)
 {
     const QString path = dialog.selectedFiles().value(0);
     m_folder = QFileInfo(path).absolutePath();

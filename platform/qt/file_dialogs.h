@@ -25,7 +25,7 @@ public:
     std::optional<std::string> ShowSave(const FileDialogRequest& request) override;
 
 private:
-    std::string chosen(const QFileDialog& dialog);
+    std::optional<std::string> chosen(const QFileDialog& dialog);
 
     FileStore& m_files;
     const Texts& m_texts;
