@@ -80,7 +80,7 @@ TEST_F(FileTest, EventsThatAreFetchedMeanwhileGoOnWithTheLatestAndEveryBookmark)
     auto stream = take_stream();
     bed.engine->held_at = 1;
     const std::u16string text = u"One two. Three <bookmark mark='a'/>four five. "
-                                u"Six. Seven <bookmark mark='b'/>eight nine.";
+                                u"Six. Seven <bookmark mark='b'/>eight <bookmark mark='c'/>nine.";
     voice.Speak(text, SVSFlagsAsync | SVSFIsXML);
     ASSERT_TRUE(bed.has_heard("Word", 2));
     listener.heard.clear();
@@ -88,7 +88,8 @@ TEST_F(FileTest, EventsThatAreFetchedMeanwhileGoOnWithTheLatestAndEveryBookmark)
     ASSERT_TRUE(voice.WaitUntilDone(-1));
     bed.loop.run_posted();
     EXPECT_THAT(listener.told(""),
-        ElementsAre("Bookmark a", "Sentence 51+37", "Bookmark b", "Word 83+4", "EndStream"));
+        ElementsAre(
+            "Bookmark a", "Sentence 51+57", "Bookmark b", "Bookmark c", "Word 103+4", "EndStream"));
 }
 
 TEST_F(FileTest, OnlyWhatIsOfInterestIsTold)
