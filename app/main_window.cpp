@@ -23,7 +23,7 @@ frmMain::frmMain(Process& process)
           [this]() -> DocumentSpeech& { return ActiveForm().speech; }))
     , m_text_file(process.platform.files, process.platform.message_boxes, process.platform.texts)
     , m_tray_icon(*this, process.platform)
-    , m_keys(process.platform.hot_keys,
+    , m_keys(process.platform.hot_keys, process.platform.texts,
           [this](std::uint8_t command) {
               DoFunctions(
                   { *this, m_process.platform, [this]() -> frmDocument& { return ActiveForm(); } },

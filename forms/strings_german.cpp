@@ -186,6 +186,9 @@ constexpr StringRow rows[] = {
         "Gerät." },
     { 2356, "%1 ist zu lang: mehr als 64 MB oder mehr als eine Million Zeilen." },
     { 2357, "Das Dokument wird umgewandelt. Escape beendet das." },
+    { 2358, "Schneller lesen" },
+    { 2359, "Langsamer lesen" },
+    { 2360, "Fenster verbergen oder zeigen" },
 };
 
 } // namespace

@@ -197,6 +197,9 @@ constexpr StringRow neutral_rows[] = {
     { 2355, "%1 is no file that can be opened, but a folder, a pipe or a device." },
     { 2356, "%1 is too long: more than 64 MB, or more than a million lines." },
     { 2357, "The document is being converted. Escape ends it." },
+    { 2358, "Read faster" },
+    { 2359, "Read slower" },
+    { 2360, "Hide or show the window" },
 };
 
 } // namespace

@@ -8,9 +8,9 @@
 
 namespace tessavox {
 
-/// In a Wayland session the desktop's portal for global shortcuts gives them, else the X server. In
-/// a session with neither none can be had. `post` runs a call of `pressed` in the message loop, and
-/// not while a command blocks the program.
+/// In a Wayland session the desktop gives them, if it has something for that, once it has answered;
+/// else the X server. In a session with neither none can be had. `post` runs a call of `pressed` in
+/// the message loop, and not while a command blocks the program.
 std::unique_ptr<HotKeys> make_hot_keys(Forms::Post post);
 
 } // namespace tessavox

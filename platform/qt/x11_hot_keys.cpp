@@ -1,6 +1,7 @@
 #include "platform/qt/x11_hot_keys.h"
 
 #include "platform/failure.h"
+#include "platform/hot_keys.h"
 #include "platform/qt/x_server.h"
 
 #include <QCoreApplication>
@@ -89,8 +90,8 @@ void X11HotKeys::FreeSymbols::operator()(_XCBKeySymbols* symbols) const
     xcb_key_symbols_free(symbols);
 }
 
-X11HotKeys::X11HotKeys(Forms::Post post)
-    : m_post(std::move(post))
+X11HotKeys::X11HotKeys(Pressed pressed)
+    : m_pressed(std::move(pressed))
     , m_server(x_server::connection())
 {
     if (!m_server)
@@ -110,7 +111,7 @@ void X11HotKeys::read_keyboard()
         | modifier_of(m_server, codes_of(m_symbols.get(), scroll_lock_symbol)));
 }
 
-bool X11HotKeys::RegisterHotKey(int id, unsigned modifiers, unsigned key_code)
+bool X11HotKeys::take(int id, unsigned modifiers, unsigned key_code)
 {
     Key key{ static_cast<std::uint16_t>(modifiers == control_modifier ? XCB_MOD_MASK_CONTROL : 0),
         symbol_of(key_code), {} };
@@ -151,7 +152,7 @@ void X11HotKeys::ungrab(const Key& key)
     xcb_flush(m_server);
 }
 
-void X11HotKeys::UnregisterHotKey(int id)
+void X11HotKeys::give_back(int id)
 {
     const auto found = m_keys.find(id);
     if (found == m_keys.end())
@@ -199,23 +200,10 @@ void X11HotKeys::key_pressed(std::uint8_t code, std::uint16_t state)
         const bool has_code
             = std::find(key.codes.begin(), key.codes.end(), code) != key.codes.end();
         if (has_code && key.modifiers == wanted) {
-            start(id);
+            m_pressed(id);
             return;
         }
     }
-}
-
-void X11HotKeys::start(int id)
-{
-    if (!m_running->insert(id).second)
-        return;
-    m_post([this, id, running = m_running] {
-        attempt([&] {
-            if (pressed)
-                pressed(id);
-        });
-        running->erase(id);
-    });
 }
 
 } // namespace tessavox

@@ -1,16 +1,12 @@
 // Keys grabbed of the X server.
 #pragma once
 
-#include "platform/controls/form.h"
-#include "platform/hot_keys.h"
-
 #include <QAbstractNativeEventFilter>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
-#include <set>
-#include <string>
 #include <vector>
 
 struct xcb_connection_t;
@@ -19,15 +15,18 @@ struct _XCBKeySymbols;
 namespace tessavox {
 
 /// Each key is grabbed once for every state of Caps Lock, Num Lock and Scroll Lock, as the server
-/// counts these as modifiers. While a key's handler runs, the same key doesn't start it again.
-class X11HotKeys : public HotKeys, public QAbstractNativeEventFilter {
+/// counts these as modifiers.
+class X11HotKeys : public QAbstractNativeEventFilter {
 public:
+    using Pressed = std::function<void(int id)>;
+
     /// @throws Failure where there is no X server.
-    explicit X11HotKeys(Forms::Post post);
+    explicit X11HotKeys(Pressed pressed);
     ~X11HotKeys() override;
 
-    bool RegisterHotKey(int id, unsigned modifiers, unsigned key_code) override;
-    void UnregisterHotKey(int id) override;
+    /// As HotKeys has it.
+    bool take(int id, unsigned modifiers, unsigned key_code);
+    void give_back(int id);
 
     bool nativeEventFilter(const QByteArray& type, void* message, qintptr*) override;
 
@@ -41,18 +40,16 @@ private:
     void ungrab(const Key& key);
     void read_keyboard();
     void key_pressed(std::uint8_t code, std::uint16_t state);
-    void start(int id);
 
     struct FreeSymbols {
         void operator()(_XCBKeySymbols* symbols) const;
     };
-    Forms::Post m_post;
+    Pressed m_pressed;
     xcb_connection_t* m_server;
     std::uint32_t m_root;
     std::unique_ptr<_XCBKeySymbols, FreeSymbols> m_symbols;
     std::uint16_t m_locks = 0; // the modifiers that the lock keys are
     std::map<int, Key> m_keys;
-    std::shared_ptr<std::set<int>> m_running = std::make_shared<std::set<int>>();
 };
 
 } // namespace tessavox

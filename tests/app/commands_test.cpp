@@ -29,13 +29,18 @@ TEST_F(Commands, OfTheKeysAreRegisteredInTheirOrderAndGivenBackButTheLast)
 {
     EXPECT_EQ(hot_keys.calls,
         " +0:2:116 +1:2:117 +2:2:118 +3:2:119 +4:2:38 +5:2:40 +6:2:120 +8:2:122 +9:2:123");
+    EXPECT_EQ(hot_keys.names,
+        "Read;Pause;Stop;Read Clipboard;Read faster;Read slower;"
+        "Hide or show the window;Play File;Save Clipboard to File;");
     RunningProgram other;
     other.hot_keys.taken_elsewhere = { 0, 3 };
     other.start();
     other.hot_keys.calls.clear();
+    other.hot_keys.changed(1, false); // at a later time
+    other.hot_keys.changed(3, true);
     other.main.mnuFileExit.run();
-    EXPECT_EQ(other.hot_keys.calls, " -1 -2 -4 -5 -6 -8");
-    EXPECT_FALSE(other.hot_keys.pressed);
+    EXPECT_EQ(other.hot_keys.calls, " -2 -3 -4 -5 -6 -8");
+    EXPECT_FALSE(other.hot_keys.pressed || other.hot_keys.changed);
 }
 
 TEST_F(Commands, ByNumberActOnlyWhereTheButtonIsEnabled)

@@ -150,16 +150,19 @@ struct FakeTray : Tray {
 };
 
 struct FakeHotKeys : HotKeys {
-    bool RegisterHotKey(int id, unsigned modifiers, unsigned key_code) override
+    bool RegisterHotKey(
+        int id, unsigned modifiers, unsigned key_code, const std::string& name) override
     {
         calls += " +" + std::to_string(id) + ":" + std::to_string(modifiers) + ":"
             + std::to_string(key_code);
+        names += name + ";";
         return !taken_elsewhere.contains(id);
     }
     void UnregisterHotKey(int id) override { calls += " -" + std::to_string(id); }
 
     std::set<int> taken_elsewhere;
     std::string calls;
+    std::string names;
 };
 
 struct FakeShell : Shell {
