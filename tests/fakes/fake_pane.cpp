@@ -65,6 +65,7 @@ void FakePane::show(Content content)
     if (size() > 0 || !content.text.empty())
         m_typing = content.formats.empty() ? Format() : content.formats.front();
     m_content = std::move(content);
+    m_shared.reset();
     m_start = m_length = 0;
     m_file_form = {};
     report_change();
@@ -94,6 +95,7 @@ void FakePane::replace_selection(const Content& content)
     paragraphs.erase(
         in(paragraphs, first_paragraph), in(paragraphs, paragraph_at(m_start + m_length)));
     paragraphs.insert(in(paragraphs, first_paragraph), content.paragraphs.size() - 1, own);
+    m_shared.reset();
     m_content.text.replace(from, to - from, content.text);
     auto& formats = m_content.formats;
     formats.erase(in(formats, from), in(formats, to));
@@ -165,8 +167,6 @@ void FakePane::report_selection()
 
 void FakePane::report_change()
 {
-    if (*m_shared != m_content.text)
-        m_shared = std::make_shared<const std::u16string>(m_content.text);
     m_changed_in_step = m_step_depth > 0;
     if (m_step_depth == 0 && Change)
         Change();
@@ -181,9 +181,16 @@ void FakePane::end_step()
     report_selection();
 }
 
+const std::shared_ptr<const std::u16string>& FakePane::shared() const
+{
+    if (!m_shared)
+        m_shared = std::make_shared<const std::u16string>(m_content.text);
+    return m_shared;
+}
+
 TextSlice FakePane::SelText() const
 {
-    return { m_shared, static_cast<std::size_t>(m_start), static_cast<std::size_t>(m_length) };
+    return { shared(), static_cast<std::size_t>(m_start), static_cast<std::size_t>(m_length) };
 }
 
 std::int32_t FakePane::GetLineFromChar(std::int32_t offset) const
@@ -207,7 +214,7 @@ const FakePane::Format& FakePane::first_format() const
 void FakePane::set_SelFontName(const std::string& name)
 {
     require(!name.empty(), "no font has that name");
-    give(&Format::font, name);
+    give(&Format::font, std::string_view(*m_fonts.insert(name).first));
 }
 
 void FakePane::set_SelFontSize(double points)

@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tessavox {
@@ -41,7 +43,7 @@ public:
     {
     }
 
-    TextSlice Text() const override { return { m_shared, 0, m_shared->size() }; }
+    TextSlice Text() const override { return { shared(), 0, m_content.text.size() }; }
     void set_Text(std::u16string text) override;
     std::int32_t SelStart() const override { return m_start; }
     void set_SelStart(std::int32_t offset) override;
@@ -61,7 +63,11 @@ public:
     void set_SelUnderline(bool underline) override { give(&Format::underline, underline); }
     std::optional<bool> SelStrikeThru() const override { return common(&Format::strike); }
     void set_SelStrikeThru(bool strike) override { give(&Format::strike, strike); }
-    std::optional<std::string> SelFontName() const override { return common(&Format::font); }
+    std::optional<std::string> SelFontName() const override
+    {
+        const auto name = common(&Format::font);
+        return name ? std::optional<std::string>(*name) : std::nullopt;
+    }
     void set_SelFontName(const std::string& name) override;
     std::optional<double> SelFontSize() const override { return common(&Format::size); }
     void set_SelFontSize(double points) override;
@@ -108,7 +114,7 @@ public:
 private:
     struct Format {
         bool bold = false, italic = false, underline = false, strike = false;
-        std::string font = "the pane's";
+        std::string_view font = "the pane's"; // or one of m_fonts
         double size = 10;
         std::int32_t color = automatic_color;
         std::int32_t offset = 0;
@@ -126,6 +132,7 @@ private:
 
     std::int32_t size() const { return static_cast<std::int32_t>(m_content.text.size()); }
     void select(std::int32_t start, std::int32_t length);
+    const std::shared_ptr<const std::u16string>& shared() const;
     void report_selection();
     void report_change();
     static Content plain(const std::u16string& text, const Format& format);
@@ -142,7 +149,9 @@ private:
 
     FileStore* m_files;
     Content m_content;
-    std::shared_ptr<const std::u16string> m_shared = std::make_shared<std::u16string>();
+    /// The text for readers; none once it has changed.
+    mutable std::shared_ptr<const std::u16string> m_shared;
+    std::set<std::string> m_fonts;
     Format m_typing; // of what is typed next
     std::int32_t m_start = 0;
     std::int32_t m_length = 0;
