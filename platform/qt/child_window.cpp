@@ -32,6 +32,7 @@ protected:
 
     bool focusNextPrevChild(bool next) override
     {
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): the parent's shows a wider margin
         if (!QAbstractScrollArea::focusNextPrevChild(next))
             return false;
         constexpr int margin = 2;

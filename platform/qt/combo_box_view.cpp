@@ -75,7 +75,8 @@ protected:
             return;
         painter.setFont(fitted_font(font(), currentText(), room.width()));
         painter.drawItemText(QStyle::visualRect(layoutDirection(), rect(), room),
-            QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignVCenter,
+            static_cast<int>(
+                QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignVCenter),
             option.palette, isEnabled(), fitted_text(painter.font(), currentText(), room.width()),
             QPalette::ButtonText);
     }

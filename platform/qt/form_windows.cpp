@@ -1,5 +1,6 @@
 #include "platform/qt/form_windows.h"
 
+#include "platform/controls/menu_item.h"
 #include "platform/failure.h"
 #include "platform/qt/child_window.h"
 #include "platform/qt/dialog_window.h"
@@ -273,7 +274,8 @@ void QtFormWindows::close(std::unique_ptr<FormWindow> window)
         m_main = nullptr;
     if (auto* ours = dynamic_cast<QtFormWindow*>(window.get()))
         ours->detach();
-    std::make_unique<ClosedWindow>(std::move(window), &m_closed).release(); // deletes itself
+    // It deletes itself.
+    static_cast<void>(std::make_unique<ClosedWindow>(std::move(window), &m_closed).release());
 }
 
 QMenu* QtFormWindows::menu_of(const MenuItem& item) const

@@ -47,8 +47,8 @@ protected:
         // A date in Latin letters keeps its order in a window that runs from right to left.
         painter.setLayoutDirection(text().isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
         painter.drawText(contentsRect(),
-            QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignAbsolute
-                | Qt::AlignVCenter,
+            static_cast<int>(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)
+                | Qt::AlignAbsolute | Qt::AlignVCenter),
             fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width()));
     }
 };
