@@ -61,10 +61,15 @@ void HelpCommands::mnuHelphelp_Click()
 
 void HelpCommands::helpdoc(const std::string& path)
 {
-    const int result = m_platform.shell.open(path);
+    const int result = StartDoc(path);
     if (result < Shell::opened)
         m_platform.message_boxes.show(m_platform.texts.LoadResString(text_of(result)),
             application_title, MessageButtons::ok, MessageIcon::none);
+}
+
+int HelpCommands::StartDoc(const std::string& path)
+{
+    return m_platform.shell.open(path);
 }
 
 void HelpCommands::mnuHelpEmail_Click()

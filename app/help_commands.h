@@ -21,7 +21,9 @@ public:
     void mnuHelpEmail_Click();
     void mnuHelpWebsite_Click();
     void mnuHelpAbout_Click();
-    /// Has the desktop open a file, and says in a message box if it can't.
+    /// Has the desktop open a file. The result is Shell::open's.
+    int StartDoc(const std::string& path);
+    /// The same, and says in a message box if it can't.
     void helpdoc(const std::string& path);
     /// The main window goes, and these with it.
     void unload();

@@ -63,12 +63,13 @@ QColor line_colour(const QPalette& palette)
 {
     const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
     const QColor window = palette.color(QPalette::Active, QPalette::Window);
-    const QColor base = palette.color(QPalette::Active, QPalette::Base);
     QColor line = text;
     for (double share = 1; share > 0; share -= step) {
         const QColor fainter = mixed(text, window, share);
-        if (std::min(contrast(fainter, window), contrast(fainter, base)) < contrast_of_lines)
-            break;
+        for (const auto ground : { QPalette::Window, QPalette::Base, QPalette::Button }) {
+            if (contrast(fainter, palette.color(QPalette::Active, ground)) < contrast_of_lines)
+                return line;
+        }
         line = fainter;
     }
     return line;

@@ -174,7 +174,7 @@ TEST_F(Commands, OfTheHelpMenuSayWhyNothingOpens)
 
 TEST_F(Commands, PaintEveryWindowAlsoWithoutASkin)
 {
-    main.mnuHelpAbout.run();
+    main.mnuTrayAbout.user_choose();
     document().Command4.user_press();
     EXPECT_EQ(skin.loaded, "/app/winaqua2.skn");
     EXPECT_EQ(skin.skinned,

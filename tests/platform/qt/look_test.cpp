@@ -41,6 +41,7 @@ double contrast(const QColor& one, const QColor& other)
 
 struct Desktop {
     const char* window;
+    const char* button;
     const char* base;
     const char* text;
     const char* selection;
@@ -49,21 +50,21 @@ struct Desktop {
 };
 
 constexpr Desktop desktops[] = {
-    { "#efefef", "#ffffff", "#000000", "#308cc6", "#ffffff", false },
-    { "#eff0f1", "#ffffff", "#232629", "#3daee9", "#ffffff", false },
-    { "#202326", "#1b1e20", "#fcfcfc", "#3daee9", "#ffffff", true },
-    { "#f6f5f4", "#ffffff", "#2e3436", "#3584e4", "#ffffff", false },
-    { "#2e3436", "#1e1e1e", "#eeeeec", "#15539e", "#ffffff", false },
-    { "#000000", "#000000", "#ffffff", "#ffff00", "#000000", true },
-    { "#ffffff", "#ffffff", "#000000", "#000000", "#ffffff", true },
+    { "#efefef", "#efefef", "#ffffff", "#000000", "#308cc6", "#ffffff", false },
+    { "#eff0f1", "#fcfcfc", "#ffffff", "#232629", "#3daee9", "#ffffff", false },
+    { "#202326", "#31363b", "#1b1e20", "#fcfcfc", "#3daee9", "#ffffff", true },
+    { "#f6f5f4", "#f6f5f4", "#ffffff", "#2e3436", "#3584e4", "#ffffff", false },
+    { "#2e3436", "#39393f", "#1e1e1e", "#eeeeec", "#15539e", "#ffffff", false },
+    { "#000000", "#000000", "#000000", "#ffffff", "#ffff00", "#000000", true },
+    { "#ffffff", "#ffffff", "#ffffff", "#000000", "#000000", "#ffffff", true },
 };
 
 TEST(ProgramStyles, MakeEveryDesktopsSelectionAndLinesVisible)
 {
     ProgramStyle style;
     for (const Desktop& desktop : desktops) {
-        const QColor window(desktop.window), selection(desktop.selection);
-        QPalette palette(QColor(desktop.text), window, window, window, window, QColor(desktop.text),
+        const QColor window(desktop.window), button(desktop.button), selection(desktop.selection);
+        QPalette palette(QColor(desktop.text), button, window, window, window, QColor(desktop.text),
             QColor(desktop.text), QColor(desktop.base), window);
         palette.setColor(QPalette::Highlight, selection);
         palette.setColor(QPalette::HighlightedText, QColor(desktop.selected_text));
@@ -71,7 +72,7 @@ TEST(ProgramStyles, MakeEveryDesktopsSelectionAndLinesVisible)
         const auto colour = [&](QPalette::ColorRole role) { return palette.color(role); };
         EXPECT_GE(contrast(colour(QPalette::Highlight), colour(QPalette::HighlightedText)), 4.5)
             << desktop.selection;
-        for (const auto ground : { QPalette::Window, QPalette::Base }) {
+        for (const auto ground : { QPalette::Window, QPalette::Base, QPalette::Button }) {
             EXPECT_GE(contrast(colour(QPalette::Mid), colour(ground)), 3) << desktop.window;
             EXPECT_GE(contrast(colour(QPalette::Highlight), colour(ground)), 2.9) << desktop.window;
         }
