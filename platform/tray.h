@@ -16,7 +16,8 @@ public:
     /// menu of the main window that a right click shows at the pointer.
     virtual void add(const std::string& tip, const MenuItem& menu) = 0;
     virtual void remove() = 0;
-    /// Whether an icon of ours is there and offers a way back to a hidden window.
+    /// Whether an icon of ours is there and offers a way back to a hidden window; true also for the
+    /// moment after add() in which that isn't known yet.
     virtual bool has_icon() const = 0;
 
     /// The left button was pressed on the icon.

@@ -55,19 +55,24 @@ void QtTray::add(const std::string& tip, const MenuItem& menu)
         look_for_tray();
         return;
     }
+    m_is_asking = true;
     auto* asked = new QDBusPendingCallWatcher(
         bus.interface()->asyncCall("NameHasOwner", QString(bus_service)), this);
     connect(asked, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* call) {
         const QDBusPendingReply<bool> answer = *call;
         call->deleteLater();
         m_is_on_bus = !answer.isError() && answer.value();
+        m_is_asking = false;
         look_for_tray();
+        if (m_is_wanted && !m_icon && changed)
+            attempt(changed);
     });
 }
 
 void QtTray::remove()
 {
     m_is_wanted = false;
+    m_is_asking = false;
     m_look.stop();
     m_icon.reset();
 }
@@ -85,6 +90,7 @@ void QtTray::tray_found()
 {
     if (!m_is_wanted || m_icon)
         return;
+    m_is_asking = false;
     m_icon = std::make_unique<QSystemTrayIcon>(QApplication::windowIcon());
     m_icon->setToolTip(m_tip);
     m_icon->setContextMenu(m_menu);

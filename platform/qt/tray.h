@@ -28,7 +28,7 @@ public:
 
     void add(const std::string& tip, const MenuItem& menu) override;
     void remove() override;
-    bool has_icon() const override { return m_icon != nullptr; }
+    bool has_icon() const override { return m_icon != nullptr || m_is_asking; }
 
 private:
     void look_for_tray();
@@ -41,6 +41,7 @@ private:
     QString m_tip;
     QMenu* m_menu = nullptr;
     bool m_is_wanted = false;
+    bool m_is_asking = false; // whether there is a tray
     bool m_is_on_bus = false;
     std::unique_ptr<QSystemTrayIcon> m_icon;
 };
