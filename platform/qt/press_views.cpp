@@ -74,17 +74,30 @@ public:
     {
         // A press by an assistive technology takes a moment, at whose end the work that refuses it
         // may be over.
-        connect(&button, &QAbstractButton::pressed, this, [this] { m_counts = user_may_act(); });
-        connect(&button, &QAbstractButton::clicked, this, [this, press] {
+        connect(&button, &QAbstractButton::pressed, this, [this] {
+            m_counts = user_may_act();
+            m_is_pressed = true;
+        });
+        connect(&button, &QAbstractButton::released, this, [this] { m_is_pressed = false; });
+        const auto act = [this, press] {
             user_did([&] {
                 if (m_counts)
                     press();
             });
+        };
+        connect(&button, &QAbstractButton::clicked, this, act);
+        // It may also tick a box without any press.
+        connect(&button, &QAbstractButton::toggled, this, [this, act] {
+            if (m_is_pressed)
+                return;
+            m_counts = user_may_act();
+            act();
         });
     }
 
 private:
     bool m_counts = true;
+    bool m_is_pressed = false;
 };
 
 class CommandButtonView : public PressView {

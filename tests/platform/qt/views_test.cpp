@@ -118,6 +118,9 @@ TEST_F(Views, ACheckBoxChangesInBothDirections)
     box.click();
     EXPECT_EQ(form->check.Value, 0);
     EXPECT_EQ(handled, 2);
+    box.toggle(); // as assistive technologies do
+    EXPECT_EQ(form->check.Value, 1);
+    EXPECT_EQ(handled, 3);
     form->check.Value = 2;
     EXPECT_EQ(box.checkState(), Qt::PartiallyChecked);
 }
