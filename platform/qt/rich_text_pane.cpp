@@ -96,7 +96,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override
     {
         if (event->key() == Qt::Key_F6 && !(event->modifiers() & ~Qt::ShiftModifier)) {
-            QAbstractScrollArea::focusNextPrevChild(!event->modifiers());
+            leave(!event->modifiers());
         } else if (event->key() == Qt::Key_Menu && m_pane.MouseUp) {
             attempt([&] { m_pane.MouseUp(button_number(Qt::RightButton), 0); });
         } else if (event->key() == Qt::Key_Menu) {
@@ -108,10 +108,16 @@ protected:
         }
     }
 
+    /// The text pane's own way would go to the next link in the text.
+    bool leave(bool forwards)
+    {
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+        return QAbstractScrollArea::focusNextPrevChild(forwards);
+    }
+
     bool focusNextPrevChild(bool next) override
     {
-        return next ? QTextEdit::focusNextPrevChild(next)
-                    : QAbstractScrollArea::focusNextPrevChild(next);
+        return next ? QTextEdit::focusNextPrevChild(next) : leave(next);
     }
 
     void mouseReleaseEvent(QMouseEvent* event) override
