@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <span>
 
 namespace tessavox::rtf {
 namespace {
@@ -133,14 +134,25 @@ public:
     }
 
 private:
+    // All paragraphs come before the text in them: the toolkit keeps its pieces in a tree that is
+    // half as deep inside as where it grows at its end.
     void insert_paragraphs()
+    {
+        const int start = m_cursor.position();
+        for (const Paragraph& paragraph : std::span(m_document.paragraphs).subspan(1))
+            insert_block(paragraph);
+        m_cursor.setPosition(start);
+        insert_text();
+    }
+
+    void insert_text()
     {
         const std::u16string_view text = m_document.text;
         std::size_t at = 0;
         const Run* run = m_document.runs.data();
         for (const Paragraph& paragraph : m_document.paragraphs) {
             if (&paragraph != &m_document.paragraphs.front())
-                insert_block(paragraph);
+                m_cursor.setPosition(m_cursor.position() + 1);
             for (const Run* end = run + paragraph.runs; run != end; ++run) {
                 m_cursor.insertText(
                     to_qstring(text.substr(at, run->length)), m_formats[run->format]);
