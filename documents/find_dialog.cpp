@@ -16,10 +16,9 @@ namespace {
 constexpr int find_text_id = 2060;
 constexpr int find_next_text_id = 2059;
 
-// So many replacements are made before the user is told that it takes long and can be ended, and so
-// many between two looks at whether that is wanted.
-constexpr int first_run = 20'000;
-constexpr int further_run = 2'000;
+// So many replacements are made at once, before the user is told that it takes long and can be
+// ended, and then between two looks at whether that is wanted.
+constexpr int replacements_at_once = 10'000;
 
 } // namespace
 
@@ -33,19 +32,23 @@ public:
         , m_wanted(std::move(wanted))
         , m_replacement(std::move(replacement))
         , m_options(options)
+        , m_size(static_cast<std::int64_t>(pane.Text().size()))
+        , m_step(pane)
     {
     }
 
     /// Returns whether nothing is left to replace.
-    bool run(int replacements)
+    bool run()
     {
-        const OneStep step(m_pane);
-        for (int i = 0; i < replacements; ++i) {
+        const auto growth = static_cast<std::int64_t>(m_replacement.size())
+            - static_cast<std::int64_t>(m_wanted.size());
+        for (int i = 0; i < replacements_at_once; ++i) {
             if (m_pane.Find(m_wanted, m_searchStart, m_options) == -1)
                 return true;
             m_searchStart = m_pane.SelStart() + m_pane.SelLength();
             if (m_replaceCount < std::numeric_limits<std::int16_t>::max())
                 ++m_replaceCount;
+            m_size += growth;
             m_pane.set_SelText(m_replacement);
         }
         return false;
@@ -54,7 +57,7 @@ public:
     int replaceCount() const { return m_replaceCount; }
     double share() const
     {
-        return static_cast<double>(m_searchStart) / static_cast<double>(m_pane.Text().size() + 1);
+        return static_cast<double>(m_searchStart) / static_cast<double>(m_size + 1);
     }
 
 private:
@@ -62,8 +65,10 @@ private:
     std::u16string m_wanted;
     std::u16string m_replacement;
     int m_options;
+    std::int64_t m_size; // of the text; asking for it now would copy it
     std::int32_t m_searchStart = 0;
     int m_replaceCount = 0;
+    OneStep m_step;
 };
 
 frmFind::frmFind(Process& process)
@@ -161,16 +166,17 @@ void frmFind::cmdReplaceAll_Click()
 {
     if (txtFind.Text.get().empty())
         return;
+    int replaceCount = 0;
     attempt([&] {
         Replacing replacing(
             pane(), to_utf16(txtFind.Text.get()), to_utf16(txtReplace.Text.get()), searchOptions());
-        if (!replacing.run(first_run))
+        if (!replacing.run())
             m_process.platform.blocking_work.wait(
-                text(2340), [&] { return replacing.run(further_run); },
-                [&] { return replacing.share(); });
-        if (replacing.replaceCount() > 0)
-            message(text(2057) + "\r\n" + std::to_string(replacing.replaceCount()) + text(2058));
+                text(2340), [&] { return replacing.run(); }, [&] { return replacing.share(); });
+        replaceCount = replacing.replaceCount();
     });
+    if (replaceCount > 0)
+        message(text(2057) + "\r\n" + std::to_string(replaceCount) + text(2058));
     cmdFind.Caption = text(find_text_id);
 }
 

@@ -116,7 +116,7 @@ TEST_F(Finding, CanBeEndedWhereReplacingNeverEnds)
 {
     show(u"aaa");
     look_for("a", "aa");
-    blocking_work.looks_until_escape = 8;
+    blocking_work.looks_until_escape = 3;
     const std::string then = click(find->cmdReplaceAll);
     EXPECT_NE(then.find("32767 replacements"), std::string::npos) << then; // 16 bits hold no more
     EXPECT_GT(text().size(), 32767u);
