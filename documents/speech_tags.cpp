@@ -4,6 +4,7 @@ namespace tessavox {
 
 namespace {
 
+/// Nothing is known of a colour that was mixed.
 void restore(RichTextPane& pane, const std::optional<std::int32_t>& color)
 {
     if (color)
@@ -35,6 +36,7 @@ void insert_tag(RichTextPane& pane, const std::string& tag)
     pane.set_SelColor(tag_color);
     pane.set_SelText(std::u16string(saved.view()) + to_utf16(tag));
     restore(pane, color);
+    restore(pane, color); // the procedure has it twice
 }
 
 void insert_spell_tags(RichTextPane& pane)
