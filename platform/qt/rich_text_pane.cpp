@@ -238,6 +238,22 @@ void QtRichTextPane::wrap_what_comes(std::u16string_view text)
         m_editor->setWordWrapMode(QTextOption::WrapAnywhere);
 }
 
+void QtRichTextPane::wrap_nothing_but(std::u16string_view text)
+{
+    const auto mode = has_endless_word(text) ? QTextOption::WrapAnywhere
+                                             : QTextOption::WrapAtWordBoundaryOrAnywhere;
+    if (mode == m_editor->wordWrapMode())
+        return;
+    // The text that goes would be laid out by a rule that isn't for it, which may take minutes.
+    m_editor->setDocument(nullptr);
+    m_editor->setWordWrapMode(mode);
+}
+
+QTextEdit& QtRichTextPane::editor() const
+{
+    return *m_editor;
+}
+
 QTextDocument& QtRichTextPane::document() const
 {
     return *m_editor->document();
@@ -285,11 +301,10 @@ void QtRichTextPane::show_document(
         throw Failure("a new text can't be a part of a step");
     {
         const QScopedValueRollback loading(m_loading, true);
-        m_editor->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
         const QString raw = document->toRawText();
-        wrap_what_comes({ reinterpret_cast<const char16_t*>(raw.utf16()),
-            static_cast<std::size_t>(raw.size()) });
         QPointer<QTextDocument> before = m_editor->document();
+        wrap_nothing_but({ reinterpret_cast<const char16_t*>(raw.utf16()),
+            static_cast<std::size_t>(raw.size()) });
         document->setDefaultFont(m_editor->font());
         document->setUndoRedoEnabled(true);
         document->setModified(false);

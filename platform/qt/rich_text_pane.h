@@ -99,6 +99,7 @@ private:
     };
 
     int length() const;
+    QTextEdit& editor() const;
     QTextDocument& document() const;
     Selection selection() const;
     /// The selection with the format of what is typed next.
@@ -109,6 +110,8 @@ private:
     bool select_later(int start, int length);
     FileStore& files() const;
     void wrap_what_comes(std::u16string_view text);
+    /// The same for a text that takes the place of all there is, before it does.
+    void wrap_nothing_but(std::u16string_view text);
     void show_plain(const std::u16string& text);
     void show_document(
         std::unique_ptr<QTextDocument> document, const QTextCharFormat& typing_format);

@@ -137,7 +137,7 @@ void QtRichTextPane::begin_step()
     }
     const QTextCursor cursor = this->cursor();
     m_has_wide_selection = false;
-    m_editor->setUpdatesEnabled(false); // what is half done can't be drawn
+    editor().setUpdatesEnabled(false); // what is half done can't be drawn
     m_step.emplace();
     m_step->cursor = cursor;
     m_step->cursor.beginEditBlock();
@@ -157,9 +157,11 @@ void QtRichTextPane::end_step()
         const QScopedValueRollback ending(m_loading, true);
         document().setLayoutEnabled(!lays_out_later);
         cursor.endEditBlock();
+        if (lays_out_later)
+            wrap_what_comes(Text().view()); // small pieces may have become an endless word
         document().setLayoutEnabled(true);
         m_step.reset();
-        m_editor->setUpdatesEnabled(true);
+        editor().setUpdatesEnabled(true);
         if (cursor.hasSelection())
             select(cursor.selectionStart(), cursor.selectionEnd() - cursor.selectionStart());
         else if (!lays_out_later || !select_later(cursor.position(), 0))

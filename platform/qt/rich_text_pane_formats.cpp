@@ -28,7 +28,7 @@ void QtRichTextPane::merge_format(const QTextCharFormat& format)
         else if (m_step)
             m_step->cursor.mergeCharFormat(format);
         else
-            m_editor->mergeCurrentCharFormat(format);
+            editor().mergeCurrentCharFormat(format);
     }
     if (is_of_text)
         report_formatted();

@@ -3,6 +3,7 @@
 #include "platform/files/disk_file_store.h"
 #include "tests/contract/rich_text_pane_contract.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QClipboard>
 #include <QLineEdit>
@@ -165,8 +166,17 @@ TEST_F(ShownPane, AnEndlessWordIsBrokenAnywhereAndOtherTextBetweenWords)
     pane.set_Text(std::u16string(60'000, u'x')); // otherwise this takes a second
     EXPECT_EQ(editor.wordWrapMode(), QTextOption::WrapAnywhere);
     EXPECT_GT(lines(), 100);
+    QObject::connect(editor.document()->documentLayout(), &QAbstractTextDocumentLayout::update,
+        &editor, [] { FAIL() << "it is laid out once more before it goes"; });
     pane.set_Text(u"words");
     EXPECT_EQ(editor.wordWrapMode(), QTextOption::WrapAtWordBoundaryOrAnywhere);
+    {
+        const OneStep step(pane);
+        for (int i = 0; i < 1000; ++i)
+            pane.set_SelText(std::u16string(30, u'x'));
+    }
+    EXPECT_EQ(editor.wordWrapMode(), QTextOption::WrapAnywhere);
+    pane.set_Text(u"words");
     pane.set_SelText(std::u16string(60'000, u'x'));
     EXPECT_EQ(editor.wordWrapMode(), QTextOption::WrapAnywhere);
 }
