@@ -184,11 +184,17 @@ constexpr StringRow rows[] = {
     { 2355,
         "%1 ist keine Datei, die sich öffnen lässt, sondern ein Ordner, eine Pipe oder ein "
         "Gerät." },
-    { 2356, "%1 ist zu lang: mehr als 64 MB oder mehr als eine Million Zeilen." },
+    { 2356,
+        "%1 ist zu lang: mehr als 64 MB, eine Million Zeilen oder 8 Millionen Zeichen in einer "
+        "Zeile." },
     { 2357, "Das Dokument wird umgewandelt. Escape beendet das." },
     { 2358, "Schneller lesen" },
     { 2359, "Langsamer lesen" },
     { 2360, "Fenster verbergen oder zeigen" },
+    { 2361,
+        "%1 ist kein formatierter Text, obwohl der Name es sagt. Unter einem anderen Namen öffnet "
+        "sich "
+        "die Datei als reiner Text." },
 };
 
 } // namespace

@@ -195,11 +195,14 @@ constexpr StringRow neutral_rows[] = {
     { 2353, "The disk may be full or out of order." },
     { 2354, "%1 cannot be read." },
     { 2355, "%1 is no file that can be opened, but a folder, a pipe or a device." },
-    { 2356, "%1 is too long: more than 64 MB, or more than a million lines." },
+    { 2356,
+        "%1 is too long: more than 64 MB, a million lines, or 8 million characters in a line." },
     { 2357, "The document is being converted. Escape ends it." },
     { 2358, "Read faster" },
     { 2359, "Read slower" },
     { 2360, "Hide or show the window" },
+    { 2361,
+        "%1 is no rich text, though its name says so. Under another name it opens as plain text." },
 };
 
 } // namespace

@@ -25,6 +25,7 @@ enum class ReadObstacle {
     not_readable, // or not there
     no_file, // a folder, a pipe or a device
     too_long, // for a text pane
+    no_rich_text, // though its name says so
 };
 
 class FileStore {
@@ -42,7 +43,7 @@ public:
     /// What is known of that before anybody tries. What nobody has the permission to write counts
     /// as read-only for the administrator too, who could write it all the same.
     virtual WriteObstacle obstacle_to_writing(const std::string& path) = 0;
-    /// Looks into the file, as far as its lines have to be counted.
+    /// Goes by what the file is, and not by what it holds.
     virtual ReadObstacle obstacle_to_opening(const std::string& path) = 0;
 };
 

@@ -58,7 +58,7 @@ public:
     /// in set_Text.
     virtual void set_SelText(std::u16string text) = 0;
     /// The same, but the source of a rich text (it begins with "{\\rtf") comes in as that text,
-    /// with its own formats. @throws Failure for one with too many paragraphs.
+    /// with its own formats. @throws Failure for one with too many paragraphs or too long ones.
     virtual void set_SelRTF(const std::u16string& source) = 0;
 
     /// Searches from `start` to the end and selects the first match; `options` are those of

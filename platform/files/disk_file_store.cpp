@@ -240,13 +240,6 @@ bool is_settled(const struct stat& status)
         && age(status.st_ctim) > settled_after_seconds;
 }
 
-/// Whether each byte that looks like a line end is one: not so in rich text, nor in UTF-16.
-bool has_plain_line_ends(const std::string& bytes)
-{
-    return !bytes.starts_with("{\\rtf") && !bytes.starts_with("\xFF\xFE")
-        && !bytes.starts_with("\xFE\xFF") && bytes.find('\0') == std::string::npos;
-}
-
 } // namespace
 
 std::string DiskFileStore::read(const std::string& path)
@@ -324,20 +317,7 @@ ReadObstacle DiskFileStore::obstacle_to_opening(const std::string& path)
     if (::access(path.c_str(), R_OK) != 0)
         return ReadObstacle::not_readable;
     const auto size = fs::file_size(path, failed);
-    if (!failed && size > most_text_bytes)
-        return ReadObstacle::too_long;
-    if (!failed && size < most_text_paragraphs)
-        return ReadObstacle::none;
-    ReadObstacle obstacle = ReadObstacle::not_readable;
-    attempt([&] {
-        const std::string bytes = read(path);
-        const auto lines = std::max(std::count(bytes.begin(), bytes.end(), '\n'),
-            std::count(bytes.begin(), bytes.end(), '\r'));
-        const bool is_long = static_cast<std::size_t>(lines) >= most_text_paragraphs;
-        obstacle
-            = is_long && has_plain_line_ends(bytes) ? ReadObstacle::too_long : ReadObstacle::none;
-    });
-    return obstacle;
+    return !failed && size > most_text_bytes ? ReadObstacle::too_long : ReadObstacle::none;
 }
 
 } // namespace tessavox

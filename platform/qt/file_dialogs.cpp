@@ -1,6 +1,7 @@
 #include "platform/qt/file_dialogs.h"
 
 #include "platform/failure.h"
+#include "platform/qt/document_check.h"
 #include "platform/qt/message_boxes.h"
 #include "platform/qt/text_conversion.h"
 
@@ -81,11 +82,11 @@ QString objection_to_writing(const QString& path, FileStore& files, const Texts&
 /// What to say of a file that can't be opened as a document; null for one that can.
 QString objection_to_opening(const QString& path, FileStore& files, const Texts& texts)
 {
-    constexpr int text_ids[] = { 0, 2354, 2355, 2356 }; // by ReadObstacle
+    constexpr int text_ids[] = { 0, 2354, 2355, 2356, 2361 }; // by ReadObstacle
     // A page is shown and not loaded, so nothing is too long for it.
     if (path.endsWith(".pdf", Qt::CaseInsensitive))
         return {};
-    const ReadObstacle obstacle = files.obstacle_to_opening(from_qt(path));
+    const ReadObstacle obstacle = obstacle_to_document(files, from_qt(path));
     if (obstacle == ReadObstacle::none)
         return {};
     return text_about(path, text_ids[static_cast<int>(obstacle)], texts);

@@ -162,6 +162,8 @@ void DocumentBuilder::end_paragraph(const ParagraphFormat& paragraph, std::uint3
     }
     const auto runs = static_cast<std::uint32_t>(document.runs.size() - m_first_run);
     document.paragraphs.push_back({ runs, m_last_paragraph_number, mark });
+    if (document.text.size() - m_paragraph_begin > most_paragraph_units)
+        throw Failure("a paragraph of the text is too long");
     document.text.push_back(u'\n');
     m_paragraph_begin = document.text.size();
     m_first_run = document.runs.size();

@@ -20,7 +20,7 @@ public:
     /// What ends a paragraph (LF, U+2029; CRLF and CR as well) does so here too, with `paragraph`
     /// as its format. NUL, U+FDD0, U+FDD1, U+FFFC and lone surrogates become U+FFFD, a vertical tab
     /// U+2028; what else controls but the tab is left out. A surrogate pair may come in two pieces.
-    /// @throws Failure when there are too many paragraphs.
+    /// @throws Failure when there are too many paragraphs, or one is too long.
     void add(std::u16string_view text, std::uint32_t format, const ParagraphFormat& paragraph);
     /// The same for printable ASCII.
     void add_ascii(std::string_view text, std::uint32_t format);

@@ -15,8 +15,8 @@ bool is_rich_text(std::string_view bytes);
 /// text, bullets a format. Text that breaks off or has mistakes gives what could be understood.
 ///
 /// Takes time and memory in proportion to the bytes, whatever they are, and calls itself nowhere.
-/// @throws Failure for bytes that don't begin as rich text, for more than most_text_bytes, and for
-/// more than most_text_paragraphs.
+/// @throws Failure for bytes that don't begin as rich text, for more than most_text_bytes, for more
+/// than most_text_paragraphs, and for one of more than most_paragraph_units.
 Document read_rich_text(
     std::string_view bytes, LastParagraph last_paragraph = LastParagraph::closed);
 

@@ -92,12 +92,15 @@ std::u16string decode(std::string_view bytes, TextFileForm& form)
 struct LineEnds {
     LineEnd usual = LineEnd::lf;
     std::size_t count = 0;
+    std::size_t longest_line = 0; // units
 };
 
 LineEnds unify_line_ends(std::u16string& text)
 {
     std::array<std::size_t, 3> counts{}; // by LineEnd
     std::size_t kept = 0;
+    std::size_t line_start = 0;
+    std::size_t longest_line = 0;
     for (std::size_t i = 0; i < text.size(); ++i) {
         char16_t unit = text[i];
         if (unit == u'\r') {
@@ -109,10 +112,15 @@ LineEnds unify_line_ends(std::u16string& text)
             ++counts[static_cast<std::size_t>(LineEnd::lf)];
         }
         text[kept++] = unit;
+        if (unit == u'\n') {
+            longest_line = std::max(longest_line, kept - line_start);
+            line_start = kept;
+        }
     }
     text.resize(kept);
+    longest_line = std::max(longest_line, kept - line_start);
     const auto usual = std::max_element(counts.begin(), counts.end()) - counts.begin();
-    return { static_cast<LineEnd>(usual), counts[0] + counts[1] + counts[2] };
+    return { static_cast<LineEnd>(usual), counts[0] + counts[1] + counts[2], longest_line };
 }
 
 std::u16string with_line_ends(std::u16string_view text, const TextFileForm& form)
@@ -166,6 +174,8 @@ PlainText decode_plain_text(std::string_view bytes)
     const LineEnds ends = unify_line_ends(plain.text);
     if (ends.count >= most_text_paragraphs)
         throw Failure("the text has more than a million paragraphs");
+    if (ends.longest_line > most_paragraph_units)
+        throw Failure("a line of the text is too long");
     plain.form.line_end = ends.usual;
     return plain;
 }

@@ -24,7 +24,8 @@ struct PlainText {
 
 /// Any bytes are some text. The encoding is that of the mark; without one UTF-8 where the bytes are
 /// valid, UTF-16 where every other byte is often zero, otherwise what the letters suggest, and
-/// windows-1252 in the end. @throws Failure for more than most_text_bytes or most_text_paragraphs.
+/// windows-1252 in the end. @throws Failure for more than most_text_bytes, most_text_paragraphs or
+/// most_paragraph_units in a line.
 PlainText decode_plain_text(std::string_view bytes);
 
 struct EncodedText {

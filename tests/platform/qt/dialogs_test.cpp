@@ -1,6 +1,9 @@
+#include "platform/files/disk_file_store.h"
+#include "platform/qt/document_check.h"
 #include "platform/qt/file_dialogs.h"
 #include "platform/qt/message_boxes.h"
 #include "platform/qt/text_conversion.h"
+#include "platform/text_limits.h"
 
 #include "tests/contract/dialogs_contract.h"
 #include "tests/platform/files/test_folder.h"
@@ -161,6 +164,38 @@ TEST(OpenDialog, WhatIsNoDocumentIsRefusedWhereOneIsWantedAndTheDialogStays)
     bed.user_chooses("old.wav");
     EXPECT_EQ(bed.dialogs().ShowOpen(request), bed.path("old.wav"));
     EXPECT_EQ(messages, std::vector<std::string>{ "2356 fixed" });
+}
+
+TEST(OpenDialog, WhatAFileHoldsSaysWhetherItIsADocument)
+{
+    const std::string lines(most_text_paragraphs, '\n');
+    std::string paragraphs = "{\\rtf1 ";
+    for (std::size_t i = 0; i <= most_text_paragraphs; ++i)
+        paragraphs += "\\par ";
+    const std::string utf16 = "\xFF\xFE" + std::string(most_text_paragraphs, '\n'); // U+0A0A
+    const struct {
+        const char* name;
+        std::string content;
+        ReadObstacle obstacle;
+    } rows[] = {
+        { "a.txt", "a", ReadObstacle::none },
+        { "lines", lines, ReadObstacle::too_long },
+        { "lines.doc", lines, ReadObstacle::none },
+        { "utf16", utf16, ReadObstacle::none },
+        { "line", std::string(most_paragraph_units + 1, ' '), ReadObstacle::too_long },
+        { "a.RTF", "{\\rtf1 a}", ReadObstacle::none },
+        { "b.rtf", "a", ReadObstacle::no_rich_text },
+        { "c.rtf", paragraphs, ReadObstacle::too_long },
+        { "d.rtf", "{\\rtf1 " + std::string(most_paragraph_units + 1, 'x'),
+            ReadObstacle::too_long },
+    };
+    TestFolder folder;
+    DiskFileStore files;
+    for (const auto& row : rows) {
+        folder.write(row.name, row.content);
+        EXPECT_EQ(obstacle_to_document(files, folder / row.name), row.obstacle) << row.name;
+    }
+    EXPECT_EQ(obstacle_to_document(files, folder / "none"), ReadObstacle::not_readable);
 }
 
 TEST(SaveDialog, AFileIsReplacedOnlyWhenTheUserSaysSo)
