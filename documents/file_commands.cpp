@@ -229,9 +229,11 @@ void FileCommands::tell_that_not_written(const std::string& path)
     Platform& platform = m_process.platform;
     const auto obstacle = static_cast<std::size_t>(platform.files.obstacle_to_writing(path));
     attempt([&] {
-        platform.message_boxes.show(platform.texts.with_value(2303, path) + "\n"
-                + platform.texts.LoadResString(reasons[obstacle]),
-            application_title, MessageButtons::ok, MessageIcon::none);
+        // A cancelled Open dialog leaves no path.
+        const std::string text = path.empty() ? platform.texts.LoadResString(2362)
+                                              : platform.texts.with_value(2303, path) + "\n"
+                + platform.texts.LoadResString(reasons[obstacle]);
+        platform.message_boxes.show(text, application_title, MessageButtons::ok, MessageIcon::none);
     });
 }
 

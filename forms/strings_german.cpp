@@ -193,8 +193,10 @@ constexpr StringRow rows[] = {
     { 2360, "Fenster verbergen oder zeigen" },
     { 2361,
         "%1 ist kein formatierter Text, obwohl der Name es sagt. Unter einem anderen Namen öffnet "
-        "sich "
-        "die Datei als reiner Text." },
+        "sich die Datei als reiner Text." },
+    { 2362,
+        "Der Text wurde nicht gespeichert: Seit Öffnen abgebrochen wurde, ist keine Datei gewählt. "
+        "Speichern unter fragt nach einer." },
 };
 
 } // namespace

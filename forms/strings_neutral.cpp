@@ -203,6 +203,9 @@ constexpr StringRow neutral_rows[] = {
     { 2360, "Hide or show the window" },
     { 2361,
         "%1 is no rich text, though its name says so. Under another name it opens as plain text." },
+    { 2362,
+        "The text was not saved: no file is chosen since Open was cancelled. Save As asks for "
+        "one." },
 };
 
 } // namespace

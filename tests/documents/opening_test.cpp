@@ -92,6 +92,8 @@ TEST_F(Opening, ACancelledDialogEndsIt)
     EXPECT_EQ(windows.open_forms.size(), 2u);
     EXPECT_EQ(FileName, "");
     EXPECT_FALSE(tables.fileLoading);
+    main.mnuFileSave.run();
+    EXPECT_EQ(boxes.shown.at(0).text, texts.LoadResString(2362));
 }
 
 TEST_F(Opening, WithoutADocumentMakesOneThatIsntCountedBesideTheLoadedOne)
