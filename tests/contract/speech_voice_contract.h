@@ -68,18 +68,8 @@ TYPED_TEST_P(SpeechVoiceContract, SpeaksIntoAFileUntilItsOutputIsSet)
     EXPECT_NO_THROW(file->Close());
 }
 
-TYPED_TEST_P(SpeechVoiceContract, OrdersToAnIdleVoiceDoNoHarm)
-{
-    this->voice->Pause();
-    this->voice->Speak(u"", SVSFPurgeBeforeSpeak);
-    this->voice->Resume();
-    this->voice->Resume();
-    this->voice->Skip("Sentence", 1);
-    EXPECT_TRUE(this->voice->WaitUntilDone(0));
-}
-
 REGISTER_TYPED_TEST_SUITE_P(SpeechVoiceContract,
     StartsWithTheFirstVoiceRate0Volume100AndKeepsWhatItIsGiven, TheListsAreTheSameAtEveryCall,
-    SpeaksIntoAFileUntilItsOutputIsSet, OrdersToAnIdleVoiceDoNoHarm);
+    SpeaksIntoAFileUntilItsOutputIsSet);
 
 } // namespace tessavox

@@ -2,8 +2,6 @@
 #include "tests/platform/files/test_folder.h"
 #include "tests/platform/voice/core/voice_bed.h"
 
-#include "platform/failure.h"
-#include "platform/voice/file_stream.h"
 #include "platform/voice/sound/wave_file.h"
 
 #include <gmock/gmock.h>
@@ -92,23 +90,6 @@ TEST_F(FileTest, EventsThatAreFetchedMeanwhileGoOnWithTheLatestAndEveryBookmark)
             "Bookmark a", "Sentence 51+57", "Bookmark b", "Bookmark c", "Word 103+4", "EndStream"));
 }
 
-TEST_F(FileTest, OnlyWhatIsOfInterestIsTold)
-{
-    const std::pair<int, const char*> rows[] = { { SVEStartInputStream, "StartStream" },
-        { SVEEndInputStream, "EndStream" }, { SVEVoiceChange, "VoiceChange" },
-        { SVEBookmark, "Bookmark" }, { SVEWordBoundary, "Word" },
-        { SVESentenceBoundary, "Sentence" }, { SVEPhoneme, "Phoneme" }, { SVEViseme, "Viseme" } };
-    auto stream = take_stream();
-    for (const auto& [interest, kind] : rows) {
-        listener.heard.clear();
-        voice.set_EventInterests(interest);
-        voice.Speak(
-            u"One <bookmark mark='a'/>two <voice required='Name=Bert'>three</voice>", SVSFIsXML);
-        EXPECT_FALSE(listener.heard.empty()) << kind;
-        EXPECT_EQ(listener.count(kind), std::ssize(listener.heard)) << kind;
-    }
-}
-
 TEST_F(FileTest, AWritingTellsHowFarItHasComeAndCanBeEndedInBetween)
 {
     auto stream = take_stream();
@@ -131,67 +112,6 @@ TEST_F(FileTest, AFileIsAsLoudAsTheVolumeAndTheTagsSay)
         stream->Close();
         EXPECT_NEAR(std::ranges::max(samples()), loudest, 20) << volume;
     }
-}
-
-TEST_F(FileTest, LaterReadingsGoIntoTheFileUntilTheOutputIsSet)
-{
-    voice.Pause(); // which holds no file
-    auto stream = take_stream();
-    stream.reset(); // the command that made it has failed
-    voice.Speak(u"One", SVSFlagsAsync);
-    EXPECT_TRUE(voice.WaitUntilDone(-1));
-    // The format can't be changed and giving the stream back changes nothing.
-    EXPECT_THROW(voice.AudioOutputStream()->set_FormatType(4), Failure);
-    voice.set_AudioOutputStream(voice.AudioOutputStream());
-    voice.Speak(u"Two", SVSFDefault);
-    EXPECT_EQ(listener.count("EndStream"), 2);
-    EXPECT_EQ(bed.device->opened(), 0);
-    voice.Resume();
-    voice.set_AudioOutput(std::nullopt);
-    // Nobody closes it: it is complete when the worker has let go of it too.
-    EXPECT_TRUE(bed.wait_until([&] { return samples().size() == 2 * (2250 + pause); }));
-    ASSERT_TRUE(bed.speak(u"Three"));
-    EXPECT_EQ(bed.device->opened(), 1);
-}
-
-TEST_F(FileTest, WhatIsNoOpenFileIsRefusedAndTheQueueLeftAlone)
-{
-    voice.Speak(u"One", SVSFlagsAsync);
-    const auto missing = TextSlice(to_utf16(path("missing.wav")));
-    EXPECT_THROW(
-        voice.Speak(missing, SVSFlagsAsync | SVSFPurgeBeforeSpeak | SVSFIsFilename), Failure);
-    ASSERT_TRUE(bed.has_heard("EndStream"));
-    EXPECT_EQ(listener.count("Word"), 1);
-    auto stream = bed.service->create_file_stream();
-    EXPECT_THROW(stream->Close(), Failure);
-    EXPECT_THROW(voice.set_AudioOutputStream(stream), Failure);
-    EXPECT_THROW(voice.set_AudioOutputStream(nullptr), Failure);
-    EXPECT_THROW(stream->Open(path("no/such/folder.wav"), SSFMCreateForWrite, false), Failure);
-    take_stream()->Close();
-    EXPECT_THROW(voice.Speak(u"One", SVSFlagsAsync), Failure);
-}
-
-TEST_F(FileTest, ADiskThatRefusesIsReportedByClose)
-{
-    class FullDisk : public WaveWriter {
-    public:
-        void write(std::span<const std::byte>) override
-        {
-            if (--m_writes_left < 0)
-                throw Failure("The disk is full");
-        }
-        void close() override { }
-        std::uint64_t frames() const override { return 0; }
-
-    private:
-        int m_writes_left = 1;
-    };
-    FileTarget target(std::make_unique<FullDisk>(), PcmFormat());
-    EXPECT_TRUE(target.write({}));
-    EXPECT_FALSE(target.write({}));
-    EXPECT_FALSE(target.write({}));
-    EXPECT_THROW(target.close(), Failure);
-    EXPECT_NO_THROW(target.close());
 }
 
 TEST_F(FileTest, AWaveFileIsPlayedAtItsOwnLevelWhateverTheVolume)

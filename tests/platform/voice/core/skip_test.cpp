@@ -64,24 +64,5 @@ TEST(Skip, CountsFromWhereTheLastOneWent)
     }
 }
 
-TEST(Skip, TellsOfAVoiceWhereItReallyChanges)
-{
-    const std::tuple<int, int, std::vector<std::string>> rows[] = {
-        // words heard, sentences
-        { 2, 0, { "VoiceChange Anna" } },
-        { 5, -1, { "VoiceChange Bert", "VoiceChange Anna" } },
-    };
-    for (const auto& [words, count, changes] : rows) {
-        VoiceBed bed;
-        bed.voice->Speak(
-            u"<voice required='Name=Bert'>A b c d.</voice> E f g h.", SVSFlagsAsync | SVSFIsXML);
-        ASSERT_TRUE(bed.has_heard("Word", words));
-        bed.listener.heard.clear();
-        bed.voice->Skip("Sentence", count);
-        ASSERT_TRUE(bed.has_heard("EndStream"));
-        EXPECT_EQ(bed.listener.told("VoiceChange"), changes) << count;
-    }
-}
-
 } // namespace
 } // namespace tessavox::voice::test

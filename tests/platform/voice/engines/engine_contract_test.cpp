@@ -2,14 +2,10 @@
 #include "made_utterance.h"
 #include "sound_measures.h"
 
-#include "platform/failure.h"
 #include "platform/voice/engines/prosody.h"
 #include "platform/voice/engines/voice_catalog.h"
 
 #include <gtest/gtest.h>
-
-#include <random>
-#include <thread>
 
 namespace tessavox::voice {
 
@@ -36,21 +32,6 @@ constexpr const char16_t* everyday[] = {
     u"She asked whether the letter had arrived, but he only shook his head and went on reading.",
     u"Nobody in the village could remember a winter as long as that one.",
 };
-
-std::u16string random_text(unsigned seed, std::size_t length)
-{
-    std::mt19937 random(seed);
-    std::u16string text;
-    for (std::size_t n = 0; n < length; ++n) {
-        const unsigned kind = random() % 8;
-        // Mostly anything at all, with some blanks and some of the signs that mean something.
-        text += kind == 0 ? u' '
-            : kind == 1   ? u"[]<>&;|_\\\u0001\u0000%'\"/"[random() % 15]
-            : kind == 2   ? static_cast<char16_t>(random() % 0x80)
-                          : static_cast<char16_t>(random() % 0x10000);
-    }
-    return text;
-}
 
 } // namespace
 
@@ -106,7 +87,7 @@ TEST_P(EngineContract, EveryTokenOfAnyTextGetsOneRisingMark)
     std::u16string dotted;
     for (int n = 0; n < 200; ++n)
         dotted += n % 2 == 0 ? u"a." : u"中.";
-    std::vector<std::u16string> texts{ u"Hello world",
+    const std::u16string texts[] = { u"Hello world",
         u"In 1984 there were 12,345.67 of them at 3:30 on the 21st.",
         u"A well-known, state-of-the-art thing that I don't and he's n't 'd like.",
         u"one of the best in the world, I am told to be on the way of the",
@@ -118,8 +99,6 @@ TEST_P(EngineContract, EveryTokenOfAnyTextGetsOneRisingMark)
         u"<speak><audio src=\"/etc/passwd\"/><prosody rate=\"5\">hi", u"&#1; &lt;", u"\u0001100S",
         std::u16string(u"a\0b", 3), u"\xD800 \xDC00 \xDBFF\xDBFF", u"%s%n%d",
         std::u16string(800, u'.'), std::u16string(800, u'\u0301'), std::u16string(400, u'1') };
-    for (unsigned seed = 0; seed < 4; ++seed)
-        texts.push_back(random_text(seed, seed == 0 ? 800 : 200));
     for (const std::u16string& text : texts) {
         check(utterance_of(text));
         const std::size_t most = 30;
@@ -137,23 +116,6 @@ TEST_P(EngineContract, EveryWordOfPlainProseStartsAtItsOwnTime)
         EXPECT_GE(rendering.words[at].frame, rendering.words[at - 1].frame + shortest);
     EXPECT_LT(rendering.words.back().frame, rendering.samples.size());
     EXPECT_LT(rendering.words.front().frame, static_cast<std::uint64_t>(rendering.sample_rate / 4));
-}
-
-TEST_P(EngineContract, TheWordBehindAPauseIsMarkedBehindThePause)
-{
-    const Utterance utterance = utterance_of(u"Alone, everyone: today; we wander");
-    const Rendering rendering = speak(utterance);
-    // The mark stands where sound begins again: what is just before it is far softer than the word.
-    for (const std::uint32_t token : { 1U, 2U, 3U }) {
-        const auto frame = static_cast<std::size_t>(rendering.words[token].frame);
-        const auto piece = static_cast<std::size_t>(rendering.sample_rate / 25);
-        const std::span samples(rendering.samples);
-        ASSERT_GT(frame, 2 * piece);
-        ASSERT_LT(frame + 4 * piece, samples.size());
-        EXPECT_LT(loudness(samples.subspan(frame - 2 * piece, piece)) * 4,
-            loudness(samples.subspan(frame + piece, 3 * piece)))
-            << "token " << token;
-    }
 }
 
 TEST_P(EngineProsody, EachRateScalesTheLengthByItsFactor)
@@ -263,26 +225,6 @@ TEST(Espeak, MarksTheLastWordWhereItBegins)
         const Utterance alone = utterance_of(whole.text.substr(whole.tokens.back().begin));
         EXPECT_NEAR(seconds_from_last(whole), seconds_from_last(alone), 0.1) << to_utf8(text);
     }
-}
-
-TEST_P(EngineContract, AnUnknownVoiceIsAFailure)
-{
-    const Utterance utterance = utterance_of(u"Hello");
-    for (const char* id : { "", "espeak:", "flite:", "espeak:no-such", "flite:no-such", "other:x" })
-        EXPECT_THROW(engine->render({ id, 0, &utterance }, not_cancelled), Failure) << id;
-}
-
-TEST_P(EngineContract, ThreadsShareItSafely)
-{
-    const Utterance utterance = utterance_of(u"A sentence for two.");
-    std::vector<std::thread> threads;
-    for (int n = 0; n < 3; ++n)
-        threads.emplace_back([&] {
-            for (int turn = 0; turn < 3; ++turn)
-                expect_complete_marks(utterance, speak(utterance));
-        });
-    for (std::thread& thread : threads)
-        thread.join();
 }
 
 namespace {

@@ -5,7 +5,6 @@
 #include "platform/voice/engines/ascii_text.h"
 #include "platform/voice/engines/espeak_marks.h"
 #include "platform/voice/engines/espeak_text.h"
-#include "platform/voice/engines/phone_tables.h"
 #include "platform/voice/engines/word_timing.h"
 
 #include <gtest/gtest.h>
@@ -69,7 +68,6 @@ TEST(SpokenText, IsWhatTheLibraryReadsAsItIsMeant)
         { u"\u0BE7\u0BE8 \u0B80", "[12  ] -1" },
         // Words that change their script are two words, but not those with an apostrophe.
         { u"aλ п'ять don't", "[a λ п'ять don't]" },
-        { u"λ'λ 漢字かな 3λ", "[λ ' λ 漢字かな 3λ]" },
         // It would take these for one word.
         { u"東京|へ", "[東京 へ]" },
         { u"วัน|นี้", "[วัน นี้]" },
@@ -78,7 +76,6 @@ TEST(SpokenText, IsWhatTheLibraryReadsAsItIsMeant)
         // Signs that it passes over are named.
         { u"a # b", "[a # b]" }, // has its name in the library
         { u"a < b", "[a  less than  b]", "[a ]<1>[ b]" },
-        { u"a <<< b", "[a  less than  b]", "[a ]<1>[ b]" },
         { u"20 ℃ x", "[20  degree celsius  x]", "[20   x] -1" },
         { u"🇩🇪 x", "[ D E  x]", "[  x] -0" },
         { u"☐️ ☐☐", "[ ballot box   ballot box ]", " -0 -1" },
@@ -129,11 +126,7 @@ TEST(SpokenText, FollowsTheContextsThatItKnows)
     const std::tuple<Text, std::u16string, Text, Text> cases[] = {
         { "date_mdy", u"12/25/2003", "December 25 2003", "12/25/2003" },
         { "date_dmy", u"25.12.2003", "25 December 2003", "25.12.2003" },
-        { "date_ymd", u"2003-1-09", "2003 January 09", "2003-1-09" },
-        { "date_my", u"7/2003", "July 2003", "7/2003" },
         { "date_mdy", u"13/25/2003", "13/25/2003", "13/25/2003" },
-        { "date_mdy", u"12/25/2003/1", "12/25/2003/1", "12/25/2003/1" },
-        { "date_mdy", u"May 5", "May 5", "May 5" },
         { "phone_number", u"555-12 ü7", "5 5 5 -1 2  ü7", "5 5 5 -1 2  ü7" },
         { "address", u"12 Main", "12 Main", "12 Main" },
     };
@@ -222,19 +215,6 @@ TEST(EspeakMarks, CountThePhonesOfAWord)
     for (const auto& [phones, count] : { std::pair("D-@2 ", 2U),
              { "T-r-'i:-h-'V-n d-r-I2-d ", 10U }, { "_:-(en)-tS-'aI-(ja) ", 2U }, { " ", 0U } })
         EXPECT_EQ(count_phones(phones), count) << phones;
-}
-
-TEST(PhoneTables, KnowTheVisemesOfBothAlphabets)
-{
-    for (const auto& [arpabet, espeak, viseme] :
-        { std::tuple("sh", "S", 16), { "ow1", "oU", 8 }, { "er", "3:r", 5 }, { "pau", "_:", 0 } }) {
-        EXPECT_EQ(viseme_of_arpabet(arpabet), viseme);
-        EXPECT_EQ(viseme_of_espeak(espeak), viseme);
-    }
-    EXPECT_EQ(espeak_phonemes_of_sapi("h eh 1 l ow"), "h'EloU");
-    EXPECT_EQ(flite_phones_of_sapi("H eh1 - l OW 2"), "hh eh1 l ow0");
-    EXPECT_FALSE(espeak_phonemes_of_sapi("h eh ]] l"));
-    EXPECT_FALSE(espeak_phonemes_of_sapi("1 h"));
 }
 
 } // namespace tessavox::voice

@@ -3,13 +3,10 @@
 
 #include <gmock/gmock.h>
 
-#include <sys/stat.h>
-
 namespace tessavox::voice {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 class NaturalVoiceFolders : public testing::Test {
 protected:
@@ -90,37 +87,6 @@ TEST_F(NaturalVoiceFolders, GivePiperModelsAVoiceASpeaker)
     EXPECT_TRUE(find_natural_voices(folders, {}).voices.empty()) << "no program runs them";
 }
 
-TEST_F(NaturalVoiceFolders, TellOfEachFileThatIsNoVoiceWhy)
-{
-    describe("own/1.voice", "A", "", "no-such-program");
-    describe("own/2.voice", "A", "", "bin/parrot");
-    describe("own/3.voice", "A", "Model=missing.bin");
-    root.write("own/4.voice", "Nam=A");
-    root.write("own/5.voice", std::string(70'000, '#'));
-    fs::create_directories(root / "own/6.voice");
-    ASSERT_EQ(mkfifo((root / "own/7.voice").c_str(), 0600), 0);
-    fs::create_symlink("nowhere", root / "own/8.voice");
-    fs::create_symlink(root / "own", root / "own/loop");
-    root.write("own-piper/1.onnx", "");
-    add_model("own-piper/2.onnx");
-    root.write("own-piper/2.onnx.json", "{}");
-    fs::create_directories(root / "own-piper/3.onnx");
-    add_model("own-piper/4\n.onnx");
-    add_model("own-piper/5\xFF.onnx");
-    const NaturalVoices voices = found();
-    EXPECT_TRUE(voices.voices.empty());
-    std::vector<std::string> reasons;
-    for (const UnfitVoice& voice : voices.unfit)
-        reasons.push_back(voice.reason);
-    EXPECT_THAT(reasons,
-        ElementsAre(HasSubstr("no program no-such-program"), HasSubstr("no program bin/parrot"),
-            HasSubstr("there is no model"), HasSubstr("line 1: no key"),
-            HasSubstr("is larger than"), "is no plain file", "is no plain file",
-            HasSubstr("can't be opened"), HasSubstr("its config 1.onnx.json can't be opened"),
-            HasSubstr("its config 2.onnx.json tells no sample rate"), "is no plain file",
-            HasSubstr("is no plain text"), HasSubstr("is no plain text")));
-}
-
 TEST_F(NaturalVoiceFolders, AreNotReadByTheProgramThatSetsUpMice)
 {
     const auto found_with = [&](const std::string& name, const std::string& script) {
@@ -132,16 +98,6 @@ TEST_F(NaturalVoiceFolders, AreNotReadByTheProgramThatSetsUpMice)
     EXPECT_EQ(
         found_with("piper", "#! /usr/bin/python3\nfrom piper import main"), root / "bin/piper");
     EXPECT_EQ(found_with("piper-tts", ""), root / "bin/piper-tts");
-}
-
-TEST(VoiceFolders, AreThoseOfTheUserBeforeThoseOfTheSystem)
-{
-    EXPECT_EQ(voice_folders("/data", "/home/me").descriptions.front(), "/data/tessavox/voices");
-    EXPECT_EQ(
-        voice_folders("relative", "/home/me").piper.front(), "/home/me/.local/share/piper-voices");
-    EXPECT_THAT(voice_folders("", "").piper,
-        ElementsAre(
-            "/usr/local/share/piper-voices", "/usr/share/piper-voices", "/usr/share/piper/voices"));
 }
 
 } // namespace

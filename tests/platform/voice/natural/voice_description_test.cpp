@@ -43,9 +43,6 @@ std::string failure_of(const std::string& description)
 
 TEST(VoiceDescription, ThatIsWrongSaysWhatIsAndWhere)
 {
-    std::string long_command = "Command = a {out}" + std::string(300, ' ');
-    for (int count = 0; count < 200; ++count)
-        long_command += " b";
     const struct {
         const char* mode;
         std::string rest;
@@ -53,40 +50,21 @@ TEST(VoiceDescription, ThatIsWrongSaysWhatIsAndWhere)
     } rows[] = {
         { "wave", "Command = a {out}\nColour = green", "line 5: no key is called \"Colour\"" },
         { "wave", "Command = a {out}\nName = Polly", "line 5: Name stands here a second time" },
-        { "wave", "Command", "line 4: no \"=\"" },
-        { "wave", "Command = ", "line 4: Command is empty" },
         { "wave", "Command = a \"{out}", "line 4: a quote is left open" },
-        { "wave", "Command = \"\" {out}", "line 4: the program has no name" },
-        { "wave", "Command = {model} {out}", "line 4: the program itself" },
-        { "wave", "Command = a {out} {file}", "line 4: \"{file}\" is none of" },
-        { "wave", "Command = a {out} {text", "line 4: \"{text\" is none of" },
         { "wave", "Command = a", "no {out} in the command of mode wave" },
-        { "wave", "Command = a {out} {dir}", "no place for {dir} in the command of mode wave" },
         { "wave", "Command = a {out} {model}", "Model is missing" },
-        { "wave", "Command = a {out} {speaker}", "Speaker is missing" },
-        { "wave", "Vendor = me", "Command is missing" },
         { "wave", "Gender = female", "line 4: \"female\" is none of Male, Female, Neutral" },
-        { "wave", "Speaker = -1", "line 4: \"-1\" is no number" },
         { "wave", "SampleRate = 44.1", "line 4: \"44.1\" is no number from 8000 to 48000" },
-        { "wave", std::string("Vendor = a\0b", 12), "line 4: a control character" },
-        { "wave", "Vendor = \xC3", "is no UTF-8 text" },
-        { "wave", std::string(70'000, '#'), "longer than 65536 bytes" },
-        { "wave", long_command, "line 4: more than 100 arguments" },
         { "directory", "Command = a {dir}", "nothing" },
         { "directory", "Command = a {dir} {text}", "no place for {text}" },
-        { "directory", "Command = a", "no {dir}" },
         { "frames", "Command = a", "nothing" },
         { "frames", "Command = a {out}", "no place for {out}" },
-        { "pipe", "", "line 3: \"pipe\" is none of" },
     };
     for (const auto& row : rows)
         EXPECT_THAT(failure_of("Name = A\nLanguage = en\nMode = " + std::string(row.mode) + "\n"
                         + row.rest),
             HasSubstr(row.message));
     EXPECT_EQ(failure_of(""), "Name is missing");
-    for (const char* language :
-        { "e", "english", "en_US", "en-", "en-a-", "en--us", "en-toolongtag", "1n" })
-        EXPECT_THAT(failure_of("Language = " + std::string(language)), HasSubstr("is no language"));
 }
 
 TEST(PiperConfig, ListsItsFirstSpeakersByNumber)
@@ -107,13 +85,8 @@ TEST(PiperConfig, ListsItsFirstSpeakersByNumber)
             told += std::to_string(speaker.number) + speaker.name + " ";
         EXPECT_EQ(told, speakers);
     }
-    for (const std::string& none : { std::string(), std::string("{"), std::string("[]"),
-             std::string("{}"), std::string(R"({"audio":5})"), std::string(R"({"audio":{}})"),
-             std::string(R"({"audio":{"sample_rate":"22050"}})"),
-             std::string(R"({"audio":{"sample_rate":22050.5}})"),
-             std::string(R"({"audio":{"sample_rate":18446744073709551615}})"),
-             std::string(R"({"audio":{"sample_rate":1}})"), std::string(100'000, '[') })
-        EXPECT_THROW(parse_piper_config(none), Failure) << none.substr(0, 40);
+    for (const std::string none : { "", "[]", "{}", R"({"audio":{"sample_rate":1}})" })
+        EXPECT_THROW(parse_piper_config(none), Failure) << none;
 }
 
 } // namespace

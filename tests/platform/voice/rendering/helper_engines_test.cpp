@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <csignal>
 #include <future>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace tessavox::voice {
@@ -45,12 +44,6 @@ std::vector<pid_t> confined_helpers()
 bool helpers_run(std::size_t count)
 {
     return children_of(getpid()).size() == count && confined_helpers().size() == count;
-}
-
-std::size_t open_descriptors()
-{
-    return static_cast<std::size_t>(
-        std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
 }
 
 bool never()
@@ -130,28 +123,6 @@ TEST_F(Helpers, GiveBackConfinedWhatThePlainWayGivesInTheSameOrder)
     }
 }
 
-TEST_F(Helpers, SpeakForSeveralReadingsAtATimeAndLeaveNothingBehind)
-{
-    const std::size_t descriptors = open_descriptors();
-    start();
-    {
-        const auto one = engines->live_queue();
-        const auto other = engines->live_queue();
-        const auto file = engines->file_queue(100'000);
-        std::vector<std::future<void>> readings;
-        for (RenderQueue* queue : { one.get(), other.get(), file.get() })
-            readings.push_back(std::async(std::launch::async,
-                [this, queue] { expect_all_in_order(*queue, 20, [](int) {}); }));
-        for (auto& reading : readings)
-            reading.get();
-        EXPECT_GE(children_of(getpid()).size(), 4U);
-    }
-    engines.reset();
-    EXPECT_TRUE(children_of(getpid()).empty());
-    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
-    EXPECT_EQ(open_descriptors(), descriptors);
-}
-
 TEST_F(Helpers, CostNoSentenceWhenTheyDieOrHangAtAnyMoment)
 {
     start({ .quick = { std::chrono::seconds(3), milliseconds(0) } }); // long for a busy machine
@@ -213,53 +184,6 @@ TEST_F(Helpers, ReadAgainThenInTheReferenceVoiceThenNotAtAll)
     }
 }
 
-// The reserve that is stopped too would be a second loss, and the sentence one of the reference
-// voice.
-TEST_F(Helpers, AreNotTakenFromAReserveThatMayHangToo)
-{
-    start({ .quick = { milliseconds(500), milliseconds(10) } });
-    const auto queue = engines->live_queue();
-    double lengths[2] = {};
-    for (double& length : lengths) {
-        queue->submit(german, 0, utterance_of(u"4711 Grüße an 中国 und alle anderen."));
-        length = static_cast<double>(next(*queue).samples.size());
-        ASSERT_TRUE(eventually([] { return helpers_run(2); }));
-        for (const pid_t helper : confined_helpers())
-            kill(helper, SIGSTOP);
-    }
-    EXPECT_NEAR(lengths[1], lengths[0], lengths[0] / 50);
-}
-
-// Each of these made a library write past its own memory, or read what it had freed.
-TEST_F(Helpers, OutliveTextsThatTheirEnginesDoNot)
-{
-    const std::u16string header
-        = u"Received: from mx1.example.org (203.0.113.7) by smtp.example.net "
-          u"with ESMTPS id 4891028164456; Tue, 14 May 2024 10:22:31 +0200";
-    const std::pair<const char*, std::u16string> cases[] = {
-        { "espeak:sit/yue", u"條碼 4891028164456" },
-        { "espeak:sit/yue", header },
-        { "espeak:esx/kl", u"1984 1999 2024 1066 1789 1914" },
-        { "espeak:tai/shn", header },
-        { "espeak:trk/ky", header },
-        { "espeak:trk/ky", u"https://www.example.org/path/index.html?query=1&other=2" },
-        { "espeak:sem/ar", u"npm ⣟ done" },
-        { "espeak:inc/si",
-            u"\uFFFDELF\uFFFD\u0D9A\u0DCA\u200D 0x7f4a ÿþ ¤§¶ \u0DC2\u0DCA\u0DCA 99999999" },
-    };
-    start();
-    const auto queue = engines->live_queue();
-    for (const auto& [id, text] : cases) {
-        const int voice = engines->voices()->find(id);
-        if (voice < 0)
-            continue; // an older engine
-        queue->submit(voice, 0, utterance_of(text));
-        queue->submit(english, 0, utterance_of(u"The next one."));
-        EXPECT_TRUE(queue->take(never)) << id;
-        EXPECT_GT(next(*queue).samples.size(), 5'000U) << id;
-    }
-}
-
 TEST_F(Helpers, AreNotBelievedIfTheyAreNone)
 {
     // They are missing, end, echo, flood, and are silent.
@@ -299,35 +223,6 @@ TEST_F(Helpers, ForgetWhatIsDroppedAndAreWokenFromAWait)
     queue->wake();
     EXPECT_FALSE(taken.get());
     EXPECT_TRUE(queue->pending());
-}
-
-TEST_F(Helpers, DieWithAProgramThatIsKilled)
-{
-#ifdef __SANITIZE_THREAD__
-    GTEST_SKIP() << "the thread sanitizer bears no threads after a fork";
-#endif
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    const pid_t program = fork();
-    if (program == 0) {
-        start();
-        const auto queue = engines->live_queue();
-        eventually([] { return helpers_run(2); });
-        const std::vector<pid_t> helpers = children_of(getpid());
-        const bool told = write(ends[1], helpers.data(), 2 * sizeof(pid_t)) > 0;
-        kill(helpers[1], SIGSTOP);
-        while (told)
-            pause();
-        _exit(1);
-    }
-    pid_t helpers[2];
-    ASSERT_EQ(read(ends[0], helpers, sizeof helpers), static_cast<ssize_t>(sizeof helpers));
-    kill(program, SIGKILL);
-    waitpid(program, nullptr, 0);
-    for (const pid_t helper : helpers)
-        EXPECT_TRUE(eventually([&] { return is_gone(helper); }));
-    close(ends[0]);
-    close(ends[1]);
 }
 
 } // namespace tessavox::voice

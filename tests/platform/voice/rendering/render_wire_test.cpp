@@ -9,31 +9,6 @@ namespace tessavox::voice {
 
 using namespace tests;
 
-TEST(Wire, CarriesARequestAndAnAnswer)
-{
-    WireRequest request{ "espeak:gmw/de", -7, utterance_of(u"Grüße an alle") };
-    request.utterance.pronunciation = "a b c";
-    request.utterance.style = { 1, -2, 4, true, false, true };
-    request.utterance.contexts = { { 4, 3, "date_mdy" } };
-    WireBytes bytes;
-    append_request(bytes, 5, request);
-    const auto header = peek_header(bytes);
-    ASSERT_TRUE(header);
-    EXPECT_EQ(header->job, 5U);
-    const WireRequest read = read_request(std::span(bytes).subspan(sizeof(WireHeader)));
-    EXPECT_EQ(read.voice_id, request.voice_id);
-    EXPECT_EQ(read.rate, request.rate);
-    EXPECT_EQ(read.utterance.text, request.utterance.text);
-    EXPECT_EQ(read.utterance.pronunciation, request.utterance.pronunciation);
-    EXPECT_TRUE(read.utterance.ends_sentence);
-    EXPECT_EQ(read.utterance.style, (SpeechStyle{ 1, -2, -1, true, false, true }));
-    ASSERT_EQ(read.utterance.contexts.size(), 1U);
-    EXPECT_EQ(read.utterance.contexts[0].context, "date_mdy");
-    EXPECT_EQ(read.utterance.contexts[0].begin, 4U);
-    ASSERT_EQ(read.utterance.tokens.size(), 3U);
-    EXPECT_EQ(read.utterance.tokens[2].begin, 9U);
-}
-
 TEST(Wire, RefusesEveryMessageThatWasCutOrChangedWithoutHarm)
 {
     WireBytes request;

@@ -1,4 +1,3 @@
-#include "platform/failure.h"
 #include "platform/voice/sound/converter.h"
 
 #include <gtest/gtest.h>
@@ -123,13 +122,6 @@ TEST(Converter, SamplesOfTheSameRateAreMixedAndRounded)
         (Samples{ 200, -32768, 32767 }));
     EXPECT_EQ(convert({ 0, 127, 128, -128, -129, 32767, -32768 }, 8000, 1, { 8000, 8, 1 }),
         as_8_bit({ 128, 128, 129, 128, 127, 255, 0 }));
-}
-
-TEST(Converter, ImpossibleFormatsAreRefused)
-{
-    for (const auto& [rate, channels, format] : { std::tuple(0, 1, PcmFormat()), { 8000, 3, {} },
-             { 8000, 1, { 0, 16, 1 } }, { 8000, 1, { 8000, 24, 1 } } })
-        EXPECT_THROW(convert({}, rate, channels, format), Failure);
 }
 
 Samples applied(Gain& gain, Samples samples)

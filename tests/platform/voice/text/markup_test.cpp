@@ -15,58 +15,40 @@ constexpr Row rows[] = {
     // Tags as the insert menu makes them.
     { u"One <silence msec=\"500\" /  > two.", "One|(500)|two." },
     { u"One. <VOICE REQUIRED=\"NAME=Anna\" > Two.", "One.|[voice=1]Two." },
-    { u"<VOICE REQUIRED=\"NAME=Nobody\" > One.", "One." },
     { u"A <rate speed=\"-1\" > b <rate speed=\"-1\" > c.", "A|[rate=-1]b|[rate=-2]c." },
     { u"Say <spell>it now</spell> ok <spell></spell>all.", "Say|[spell]it now|ok all." },
     // Each element sets its part of the style, within its range.
     { u"<rate speed=\"25\" > fast.", "[rate=10]fast." },
-    { u"<rate speed=\"quick\" > same.", "same." },
     { u"<rate absspeed='3'>a</rate> b", "[rate=3]a|b" },
     { u"<rate speed='3'>a<rate absspeed='1'>b</rate>c</rate>", "[rate=3]a|[rate=1]b|[rate=3]c" },
     { u"<pitch middle='-4'>a<pitch middle='-9'>b</pitch></pitch>", "[pitch=-4]a|[pitch=-10]b" },
-    { u"<pitch absmiddle='99'/>a", "[pitch=10]a" },
     { u"<volume level='50'>a<volume level='20'>b</volume></volume>", "%50 a %20 b" },
-    { u"<volume level='-5'/>a<volume level='101'/>b", "%0 a %100 b" },
     { u"<emph>a</emph>b", "[emph]a|b" },
     { u"<voice optional='Name=Bert'>a</voice>b<voice>c</voice>", "[voice=2]a|b c" },
     { u"<lang langid='0407'>a</lang>b<lang langid='hx'/>c<lang langid='407'/>d",
         "[voice=2]a|b c|[voice=2]d" },
-    { u"<sapi>a <partofsp part='noun'>record</partofsp> b</sapi>c", "a record b c" },
     // What makes no sound parts no utterance, so that it costs nothing that is heard.
     { u"On <context id='date_mdy'>1/2/03</context> x", "On date_mdy(1/2/03) x" },
     { u"Old<bookmark mark='x'/> <volume level='9'>re</volume>cord", "Old {x}%9 re %100 cord" },
     { u"a <bookmark mark='x &amp; y'/>b<bookmark/> c.", "a {x & y}b c." },
-    { u"a <bookmark mark='x'/><bookmark mark='y'/><emph>b", "a|[emph]{x}{y}b" },
-    { u"<silence msec='70000'/>a<silence msec='-1'/>b", "(65535)|a|(0)|b" },
-    { u"<silence/><silence msec='1.5'/>a", "a" },
-    { u"<silence msec='7'>a</silence>b", "(7)|a b" },
     // Phonemes stand for the enclosed text or for themselves.
     { u"Say <pron sym='h eh 1 l ow'>hello</pron> now", "Say|/h/eh/1/l/ow/hello|now" },
     { u"Say <pron sym='h ay'/> now", "Say|/h/ay/|now" },
-    { u"<pron sym='h ay'></pron>now", "/h/ay/|now" },
     { u"<pron sym='h'>a <emph>b</emph> c</pron> d", "/h/a b c|d" },
-    { u"<pron sym=''>a</pron>", "a" },
     { u"<pron sym='h'>One. Two.", "/h/One.|Two." },
     // Elements nest, and end with the one around them.
     { u"<emph>a<rate speed='2'>b</rate>c</emph>d", "[emph]a|[rate=2 emph]b|[emph]c|d" },
-    { u"a<rate speed='2'/>b<pitch middle='1'/>c", "a|[rate=2]b|[rate=2 pitch=1]c" },
     { u"<emph>a<rate speed='2'/>b</emph>c", "[emph]a|[rate=2 emph]b|c" },
     { u"<emph>a<rate speed='2'><pitch middle='1'>b</emph>c", "[emph]a|[rate=2 pitch=1 emph]b|c" },
-    { u"<rate speed='1'>a</emph>b</rate>c</rate>d", "[rate=1]a b|c d" },
     { u"One.<rate speed='1'> Two.</rate>\n\nThree", "One.|[rate=1]Two.|Three" },
-    { u"<emph/>a <spell/>b", "a b" },
     { u"<emph>a. b. c", "[emph]a.|[emph]b.|[emph]c" },
-    { u"<foo><emph>a</foo>b</emph>c", "[emph]a b|c" },
     { u"<RATE Speed='1'>a</rAtE>b", "[rate=1]a|b" },
-    { u"<rate speed='1' speed='5'>a<rate speed='-1'>b", "[rate=1]a|b" },
     // Comments and the like are skipped, entities decoded, unknown elements looked through.
     { u"<?xml version='1.0'?><!DOCTYPE x>a<!-- <emph> -- b -->c", "a c" },
-    { u"<!DOCTYPE x [<!ENTITY y 'z'>]>a", "a" },
     { u"a <![CDATA[<emph> &amp; b]]> c<![CDATA[]]>", "a <emph> &amp; b c" },
     { u"&lt;emph&gt; &amp;amp; &quot;x&apos;", "<emph> &amp; \"x'" },
     { u"&#65;&#x1F4AF;&#xfa; a&#1;b&#10;c&#49;", "A\U0001F4AFú a b c1" },
     { u"x<unknown a='1'>y</unknown>z", "x y z" },
-    { u"<emph <emph>x", "<emph|[emph]x" },
 };
 
 TEST(Markup, IsObeyed)
@@ -93,16 +75,6 @@ std::u16string repeated(std::u16string_view piece, std::size_t times)
     while (times-- > 0)
         text += piece;
     return text;
-}
-
-TEST(Markup, MayBeDeepAndLong)
-{
-    constexpr int depth = 20'000; // too deep for recursion
-    EXPECT_EQ(
-        told(read_all(repeated(u"<emph>", depth) + u"a" + repeated(u"</emph>", depth) + u"b")),
-        "[emph]a|b");
-    const std::u16string name = repeated(u"x", 100'000);
-    EXPECT_EQ(told(read_all(u"<bookmark mark='" + name + u"'/>")), "{" + to_utf8(name) + "}");
 }
 
 // Were the cost to rise with the square of the length, each row would take longer than the whole

@@ -14,7 +14,6 @@ TEST(Words, AreWhatAPersonSees)
              u"[3.19] [1,000,000] [12:30] [20%] [$5.00] [v2]",
              u"([AT&T]) [Q] [&] [A]",
              u"[e.g]. [U.S]. [at] [5] [p.m].",
-             u"[end].[Next] [===] [x][=][1] ... - \u2014 \u201D",
              u"[Größe] [naïve] [Ängste] [Gro\u0308ße]",
              u"[Привет], [мир]! [καλημέρα] [Жан-Поль] [20%] [€5] [x]",
              u"[我们][去][北京]。",
@@ -24,7 +23,6 @@ TEST(Words, AreWhatAPersonSees)
              u"[a]\t[b]\n[c]\r\n[d]\u00A0[e]\u3000[f]",
              u"[AT&amp;T] [&#228;h] [wo]<b>[r]</b>[d]",
              u"[a] [<pron sym='h'/>] [b]",
-             u"<emph>[\U0001F600] [Grüße]</emph>,\t<silence msec='1'/>\r\n[&lt;][5] [中文]",
              u"[a] <spell>[b] [1][,][e\u0301][&amp;]</spell> [c]",
          })
         EXPECT_EQ(bracketed(text, Extents::words), to_utf8(text));
@@ -62,46 +60,20 @@ TEST(Sentences, EndWhereAPersonEndsThem)
              u"[See e.g. page 3.5 and No. 7.] [No.] [I won't.]",
              u"[Apples etc. are good.] [Apples etc.] [Good.]",
              u"[At 5 p.m. we left.] [At 5 p.m.] [We left.]",
-             u"[So am I.] [Then in 1999.] [The end.]",
              u"[\u201CWhy?\u201D he asked.] [\u201CNo.\u201D] [\u201CYes.\u201D]",
              u"[Well... maybe.] [Well\u2026] [Maybe?!] [(Yes.)] [No]",
-             u"[www.example.com is up.]",
              u"[你好。][再见！][「好？」][他说]",
              u"[Heading]\n\n[Text over\ntwo lines.]\r\n\r\n[Next]",
              u"[One]\u2029[Two]\n[- three]\n[- four]",
-             u"[1. Introduction]\n\n[1. Good]",
              u"<b>[One</b>.] <rate speed='1'>[Two</rate> <i>three.]</i> [Four]",
              u"<p>[One.]</p><p>[Two]</p>",
-             u"[A]\n<silence msec='1'/>\n[B]",
              u"[Say &quot;no.&quot;] [Go]",
              u"[\u201EHallo.\u201C] [Ja.] [\u00BBNein!\u00AB] [Gut.]",
              u"[Quoi ?] [Non !] [Well . . . maybe.] [\u00BFQu\u00E9?] [S\u00ED.]",
-             u"[ok.] [fine.] [sure]",
              u"[One <emph>two</emph> three.] [Four.]",
              u" \t\r\n\u3000",
          })
         EXPECT_EQ(bracketed(text, Extents::sentences), to_utf8(text));
-}
-
-TEST(Sentences, LongOnesAreCutWhereASpeakerBreathes)
-{
-    std::u16string text;
-    for (int each = 0; each < 120; ++each)
-        text += each % 10 == 9 ? u"eleven, " : u"eleven ";
-    const auto items = read_all(text);
-    ASSERT_GE(items.size(), 2u);
-    EXPECT_LT(std::get<Utterance>(items[0]).text.size(), 300u);
-    for (const SpeechItem& item : items) {
-        const auto& utterance = std::get<Utterance>(item);
-        EXPECT_TRUE(utterance.ends_sentence || utterance.text.ends_with(u','));
-    }
-}
-
-TEST(Sentences, ArePartedByAnyAmountOfWhiteSpace)
-{
-    const TextSlice text(std::u16string(1'000'000, u' ') + u"a" + std::u16string(50'000, u' ')
-        + u"b" + std::u16string(1'000'000, u'\n') + u"c\n");
-    EXPECT_EQ(told(read_all(text)), "a b|c");
 }
 
 } // namespace
