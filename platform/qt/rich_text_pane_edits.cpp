@@ -138,7 +138,7 @@ void QtRichTextPane::begin_step()
     const QTextCursor cursor = this->cursor();
     m_has_wide_selection = false;
     editor().setUpdatesEnabled(false); // what is half done can't be drawn
-    m_step.emplace();
+    m_step = Step{};
     m_step->cursor = cursor;
     m_step->cursor.beginEditBlock();
 }
