@@ -73,23 +73,6 @@ TEST_F(FileTest, AFileIsWrittenWithoutADeviceAndItsEventsComeAfterwards)
     EXPECT_EQ(listener.heard.back().position, static_cast<std::int64_t>(samples().size() * 2));
 }
 
-TEST_F(FileTest, EventsThatAreFetchedMeanwhileGoOnWithTheLatestAndEveryBookmark)
-{
-    auto stream = take_stream();
-    bed.engine->held_at = 1;
-    const std::u16string text = u"One two. Three <bookmark mark='a'/>four five. "
-                                u"Six. Seven <bookmark mark='b'/>eight <bookmark mark='c'/>nine.";
-    voice.Speak(text, SVSFlagsAsync | SVSFIsXML);
-    ASSERT_TRUE(bed.has_heard("Word", 2));
-    listener.heard.clear();
-    bed.engine->held_at = -1;
-    ASSERT_TRUE(voice.WaitUntilDone(-1));
-    bed.loop.run_posted();
-    EXPECT_THAT(listener.told(""),
-        ElementsAre(
-            "Bookmark a", "Sentence 51+57", "Bookmark b", "Bookmark c", "Word 103+4", "EndStream"));
-}
-
 TEST_F(FileTest, AWritingTellsHowFarItHasComeAndCanBeEndedInBetween)
 {
     auto stream = take_stream();

@@ -1,15 +1,11 @@
 // The real voice: text in, sound and events out. The device is the test's, so that it runs as fast
-// as the voice can speak; or there is none and a file takes the sound.
-#include "tests/platform/files/test_folder.h"
+// as the voice can speak.
 #include "tests/platform/voice/core/voice_bed.h"
 
 #include "platform/text.h"
 #include "platform/voice/rendering/helper_engines.h"
-#include "platform/voice/sound/wave_file.h"
 
 #include <gtest/gtest.h>
-
-#include <fstream>
 
 namespace tessavox::voice::test {
 namespace {
@@ -38,23 +34,7 @@ protected:
         const std::vector<std::int16_t> sound = bed.device->sound();
         return { sound.end() - bed.listener.heard.back().position / 2, sound.end() };
     }
-    /// Frames of the file that the text makes.
-    double save(VoiceBed& by, const std::u16string& text)
-    {
-        const auto stream = by.service->create_file_stream();
-        stream->set_FormatType(mono_22);
-        stream->Open(folder / "out.wav", SSFMCreateForWrite, false);
-        by.voice->set_AudioOutputStream(stream);
-        by.voice->Speak(text, markup);
-        EXPECT_TRUE(by.voice->WaitUntilDone(-1));
-        by.voice->set_AudioOutput(std::nullopt);
-        stream->Close();
-        by.listener.heard.clear();
-        by.loop.run_posted();
-        return static_cast<double>(open_wave_file(folder / "out.wav")->frames());
-    }
 
-    const TestFolder folder;
     EnglishBed bed{ 1 };
     SpeechVoice* voice = bed.voice.get();
 };
@@ -86,22 +66,6 @@ TEST_F(RealVoice, EveryWordIsToldAtItsOwnPlaceInTheText)
         EXPECT_TRUE(words.empty() || position < 2 * 2205) << "the first sounds at once";
         EXPECT_GE(bed.listener.count("Phoneme"), static_cast<int>(words.size()));
     }
-}
-
-TEST_F(RealVoice, SpeechIsAsLongAsOneCallOfTheEnginesOwnProgramMakesIt)
-{
-    if (std::system("command -v espeak-ng > /dev/null") != 0)
-        GTEST_SKIP() << "The program espeak-ng is not installed";
-    std::u16string text;
-    for (int i = 0; i < 12; ++i)
-        text += u"The quick brown fox jumps over the lazy dog. Is that what you have seen? Yes, "
-                u"it was in the garden of the old house, and nobody else saw it. ";
-    const std::string in = folder / "text.txt";
-    const std::string out = folder / "theirs.wav";
-    std::ofstream(in) << to_utf8(text);
-    ASSERT_EQ(std::system(("espeak-ng -v gmw/en -f " + in + " -w " + out).c_str()), 0);
-    const auto theirs = static_cast<double>(open_wave_file(out)->frames());
-    EXPECT_NEAR(save(bed, text) / theirs, 1, 0.01);
 }
 
 TEST_F(RealVoice, ATextWithoutALineEndStartsAndStopsAtOnce)

@@ -210,11 +210,4 @@ TEST(EspeakMarks, AreTakenFromReportsThatDriftAndMerge)
     }
 }
 
-TEST(EspeakMarks, CountThePhonesOfAWord)
-{
-    for (const auto& [phones, count] : { std::pair("D-@2 ", 2U),
-             { "T-r-'i:-h-'V-n d-r-I2-d ", 10U }, { "_:-(en)-tS-'aI-(ja) ", 2U }, { " ", 0U } })
-        EXPECT_EQ(count_phones(phones), count) << phones;
-}
-
 } // namespace tessavox::voice
