@@ -26,6 +26,7 @@
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/tray.h"
 #include "platform/qt/user_language.h"
+#include "platform/qt/web_pane.h"
 #include "platform/voice/rendering/helper_engines.h"
 #include "platform/voice/speech_service.h"
 
@@ -116,6 +117,9 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
     QtSkin skin(files);
     QtBlockingWork blocking_work(gate);
     QtRichTextPanes panes(clipboard, files);
+    QtWebPanes web_panes(
+        { clipboard, dialogs, shell, texts, gate, helper_path("tessavox-document-helper"),
+            late_page_views(helper_path("tessavox-web.so"), texts) });
     LatePrinter printer(helper_path("tessavox-printing.so"));
     RecoveryFolder recovery(find_recovery_folder());
     WordProcessorFiles word_processor(
@@ -123,8 +127,9 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
     const std::unique_ptr<SpeechService> speech = make_speech(post, texts, std::move(engines));
     Platform platform{ windows, post, quit, [] { QCoreApplication::processEvents(); }, files,
         clipboard, changes, message_boxes, dialogs, font_dialogs, windows, screen, tray, *hot_keys,
-        shell, skin, blocking_work, panes, printer, recovery, word_processor, *speech, texts,
-        prepare_config_folder(find_config_home(), app_folder + "/conf"), app_folder, command_line };
+        shell, skin, blocking_work, panes, web_panes, printer, recovery, word_processor, *speech,
+        texts, prepare_config_folder(find_config_home(), app_folder + "/conf"), app_folder,
+        command_line };
 
     Tessavox tessavox(platform);
     const EndSignals end_signals(gate, [&tessavox] {

@@ -6,6 +6,7 @@
 #include "persist/settings_files.h"
 #include "platform/failure.h"
 #include "speech/control_commands.h"
+#include "web/web_commands.h"
 
 namespace tessavox {
 
@@ -36,6 +37,7 @@ frmMain::frmMain(Process& process)
     , m_insert(process, *this)
     , m_handshake(process, *this, m_text_file)
 {
+    add_web_commands(*this, [this]() -> WebView& { return ActiveForm().web; });
     add_control_commands(*this, [this]() -> DocumentSpeech& { return ActiveForm().speech; });
 }
 
@@ -44,6 +46,7 @@ void frmMain::Form_Load()
     LocaliseForm(*this, m_process.platform.texts);
     show_tool_buttons();
     attempt([&] { tbToolBar.Caption = m_process.platform.texts.LoadResString(2312); });
+    attempt([&] { Toolbar2.Caption = m_process.platform.texts.LoadResString(2317); });
     Height = start_height_twips;
     Width = start_width_twips;
     m_process.tables.newDocumentIndex = 0;

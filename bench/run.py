@@ -14,6 +14,7 @@ import time
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "desktop"))
 import bed  # noqa: E402
+import test_web  # noqa: E402
 from window_watch import Screen  # noqa: E402
 
 WARM_STARTS = 5
@@ -157,6 +158,41 @@ def driven(table, program_path):
         table.add("processor time of that second start", used, "ms", 50)
 
 
+def read_until_heard(program, recorder):
+    """Milliseconds from the release of the Read button to the first sample."""
+    recorder.wait_for_silence()
+    left, top, width, height = program.button("Read").box
+    bed.xdotool("mousemove", left + width // 2, top + height // 2, "mousedown", 1)
+    start = recorder.position()
+    bed.xdotool("mouseup", 1)
+    recorder.wait_for_sound(start)
+    first = next(i for i, sample in enumerate(recorder.samples(start)) if abs(sample) > SOUND)
+    return 1000 * first / recorder.rate
+
+
+def web_page(table, program_path):
+    words = "The quick brown fox jumps over the lazy dog. " * 8
+    test_web.PAGES["/long"] = test_web.page(f"<p>{words}</p>" * (100_000 // len(words)))
+    server = test_web.Server()
+    shown, memories, heard = [], [], []
+    for _ in range(COPIES):
+        bed.forget_settings()
+        with bed.Recorder() as recorder, bed.Program(path=program_path) as program:
+            program.find("check box").press()
+            begin = time.monotonic()
+            web = test_web.WebPane(program, server)
+            bed.wait_for(lambda: "/loaded/one" in server.asked, "the page that the tab leads to")
+            shown.append(1000 * (time.monotonic() - begin))
+            memories.append(memory(program.process.pid)[0])
+            web.show("/long")
+            heard.append(read_until_heard(program, recorder))
+    server.shutdown()
+    middle = COPIES // 2
+    table.add("the first page, from the tab on", sorted(shown)[middle], "ms")
+    table.add("memory of the program alone with a page (PSS)", sorted(memories)[middle], "MB")
+    table.add("Read on a page of 100 kB until its first sample", sorted(heard)[middle], "ms", 150)
+
+
 def opening_of_documents(table, program_path):
     with bed.Program(path=program_path) as program:
         area, new = program.find("layered pane"), program.button("New")
@@ -266,6 +302,8 @@ def main():
     running_program(table, program)
     bed.forget_settings()
     driven(table, program)
+    bed.forget_settings()
+    web_page(table, program)
     bed.forget_settings()
     opening_of_documents(table, program)
     heard(table, folder)

@@ -28,17 +28,20 @@ constexpr Pick<DocumentControls> hidden_at_load[] = {
 
 frmDocument::frmDocument(
     Process& process, MainControls& main, DockControls& dock, FileCommands& files)
-    : DocumentControls(process.forms, process.platform.panes.create())
+    : DocumentControls(
+        process.forms, process.platform.panes.create(), process.platform.web_panes.create())
     , settingsFile(process.platform.files, process.platform.message_boxes, process.platform.texts)
     , speech({ *this, dock, main }, process.platform, settingsFile, process.ConfigFolder)
     , recovery(*this, rtfText.pane(), process.platform.recovery)
+    , web(
+          speech, settingsFile, process.ConfigFolder, [this] { control_pos(); },
+          [this] { control_pos2(); })
     , m_process(process)
     , m_main(main)
     , m_dock(dock)
     , m_files(files)
 {
     Command4.Click = [this] { Command4_Click(); };
-    TabStrip1.Click = [this] { TabStrip1_Click(); };
     rtfText->Change = [this] { rtfText_Change(); };
     rtfText->SelChange = [this] { rtfText_SelChange(); };
     rtfText->MouseUp = [this](int button, int) { rtfText_MouseUp(button); };
@@ -76,7 +79,7 @@ void frmDocument::Form_Load()
     for (const auto control : hidden_at_load)
         control(*this).Visible = false;
     speech.panel.show_in_status_bar();
-    load_address_history();
+    web.load_history();
     LocaliseForm(*this, m_process.platform.texts);
     load_font();
 }
@@ -86,27 +89,12 @@ void frmDocument::load_speech()
     chkSpFlagIsXML.Value = 1;
     speech.panel.fill_VoiceCB();
     attempt([&] { Check1.Value = to_integer16(settingsFile.FileText(automatic_reading_line)); });
-    m_sLastUrl = settingsFile.FileText(web_address_line);
+    web.load_last_address();
     speech.panel.fill_FormatCB();
     speech.panel.set_bars();
     FormatCB.Text = settingsFile.FileText(format_line);
     speech.panel.fill_AudioOutputCB();
     speech.panel.tick_default_flags();
-}
-
-// Without setting3.txt the lines of the file read before are taken, whatever they hold; so it is
-// with setting2.txt after it.
-void frmDocument::load_address_history()
-{
-    settingsFile.ReadFromFile(m_process.ConfigFolder + history_settings_file);
-    for (std::int16_t line = 2; line < settingsFile.TotalLine(); ++line) {
-        const std::string address = settingsFile.FileText(line);
-        const auto index = static_cast<std::size_t>(line - 2);
-        if (index < m_sUrlHistory.size())
-            m_sUrlHistory[index] = address;
-        if (!address.empty())
-            Combo1.AddItem(address);
-    }
 }
 
 void frmDocument::load_font()
@@ -167,13 +155,11 @@ void frmDocument::Form_Unload(bool& Cancel)
 
 void frmDocument::save_settings()
 {
-    const bool has_address = Combo1.Text.get().find('.') != std::string::npos;
-    settingsFile.WriteToFile(
-        speech_settings_text({ FormatCB.Text, VoiceCB.ListIndex, cpvSlider1.Value, Check1.Value,
-            has_address ? Combo1.Text.get() : m_sLastUrl }),
+    settingsFile.WriteToFile(speech_settings_text({ FormatCB.Text, VoiceCB.ListIndex,
+                                 cpvSlider1.Value, Check1.Value, web.address_to_keep() }),
         m_process.ConfigFolder + speech_settings_file);
     settingsFile.WriteToFile(
-        history_settings_text(m_sUrlHistory), m_process.ConfigFolder + history_settings_file);
+        history_settings_text(web.history()), m_process.ConfigFolder + history_settings_file);
 }
 
 void frmDocument::offer_to_save(bool& Cancel)
@@ -259,13 +245,6 @@ void frmDocument::rtfText_MouseUp(int button)
 void frmDocument::Command4_Click()
 {
     attempt_each([&] { m_dock.Show(); }, [&] { m_main.Hide(); });
-}
-
-void frmDocument::TabStrip1_Click()
-{
-    speech.session.StopBtn_Click();
-    speech.place.view_status = 1;
-    control_pos();
 }
 
 // Of the active document, whichever one asks.

@@ -7,6 +7,7 @@
 #include "persist/settings_files.h"
 #include "persist/text_file.h"
 #include "speech/document_speech.h"
+#include "web/web_view.h"
 
 namespace tessavox {
 
@@ -26,6 +27,7 @@ private:
 public:
     DocumentSpeech speech;
     DocumentRecovery recovery;
+    WebView web;
 
     /// Lays the window out for its text, or for its web page, which the caller says in view_status.
     void control_pos();
@@ -41,7 +43,6 @@ private:
     int slot_number() const;
     bool has_default_caption() const;
     void load_speech();
-    void load_address_history();
     void load_font();
     void save_settings();
     void offer_to_save(bool& Cancel);
@@ -52,15 +53,12 @@ private:
     void rtfText_SelChange();
     void rtfText_MouseUp(int button);
     void Command4_Click();
-    void TabStrip1_Click();
     void UpdateLineNumberPanel();
 
     Process& m_process;
     MainControls& m_main;
     DockControls& m_dock;
     FileCommands& m_files;
-    UrlHistory m_sUrlHistory;
-    std::string m_sLastUrl; // the web address as the settings had it at the load
 };
 
 /// The active document. @throws Failure if there is none.

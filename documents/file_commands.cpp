@@ -137,7 +137,7 @@ void FileCommands::show_as_page(const std::string& path)
             document.speech.place.view_status = 2;
             document.control_pos2();
         }
-        document.WebBrowser1.pane().Navigate(path);
+        document.WebBrowser1->Navigate(path);
     });
 }
 
@@ -188,7 +188,7 @@ void FileCommands::mnuFileSave_Click()
     attempt([&] { is_page = ActiveForm(m_process.forms).speech.place.view_status == 2; });
     if (is_page) {
         attempt_each([&] { ActiveForm(m_process.forms).WebBrowser1.SetFocus(); },
-            [&] { ActiveForm(m_process.forms).WebBrowser1.pane().ExecWB(WebCommand::save); });
+            [&] { ActiveForm(m_process.forms).WebBrowser1->ExecWB(WebCommand::save); });
         return;
     }
     std::string caption;
@@ -273,7 +273,7 @@ void FileCommands::mnuFilePrint_Click()
     }
     frmDocument& document = ActiveForm(m_process.forms);
     if (document.speech.place.view_status != 1)
-        document.WebBrowser1.pane().ExecWB(WebCommand::print);
+        document.WebBrowser1->ExecWB(WebCommand::print);
     else
         PrintRichText(document.rtfText.pane(), platform.printer, title_of(document.Caption),
             { half_an_inch, half_an_inch, half_an_inch, half_an_inch });

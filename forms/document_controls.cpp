@@ -44,10 +44,10 @@ constexpr DesignRow<D> design_rows[] = {
     { pick<&D::PicBox>, nullptr, 2900, 500, 8260, 7690 },
     { pick<&D::rtfText>, pick<&D::PicBox>, 0, 0, 8245, 7685, 2116, "Text" },
     { pick<&D::CoolBar1>, nullptr, 200, 0, 10840, 420 },
-    { pick<&D::Combo1>, pick<&D::CoolBar1>, 0, 50, 10160, list_height_twips },
-    { pick<&D::Command3>, pick<&D::CoolBar1>, 10210, 50, 600, 345 },
+    { pick<&D::Combo1>, pick<&D::CoolBar1>, 0, 50, 10160, list_height_twips, 0, "", 2319 },
+    { pick<&D::Command3>, pick<&D::CoolBar1>, 10210, 50, 600, 345, 2318, "Go" },
     { pick<&D::Picbox2>, nullptr, 2900, 1000, 8260, 7190 },
-    { pick<&D::WebBrowser1>, pick<&D::Picbox2>, 0, 0, 8260, 7190 },
+    { pick<&D::WebBrowser1>, pick<&D::Picbox2>, 0, 0, 8260, 7190, 2117, "Web" },
     // Never seen, so they have no place.
     { pick<&D::Frame1>, nullptr, 0, 0, 0, 0, 0, "Speak Flags" },
     { pick<&D::chkSpFlagIsXML>, pick<&D::Frame1>, 0, 0, 0, 0, 0, "IsXML" },
@@ -72,10 +72,13 @@ constexpr Pick<DocumentControls> hidden_by_design[] = {
 
 } // namespace
 
-DocumentControls::DocumentControls(Forms& forms, std::unique_ptr<RichTextPane> pane)
+DocumentControls::DocumentControls(
+    Forms& forms, std::unique_ptr<RichTextPane> text_pane, std::unique_ptr<WebPane> web_pane)
     : Form(forms, "frmDocument", FormKind::mdi_child, design_width_twips, design_height_twips)
-    , TabStrip1(*this, "TabStrip1", { { "text", "Text", "2116", "2130" } })
-    , rtfText(*this, "rtfText", std::move(pane))
+    , TabStrip1(*this, "TabStrip1",
+          { { "text", "Text", "2116", "2130" }, { "xml", "Web", "2117", "2131" } })
+    , rtfText(*this, "rtfText", std::move(text_pane))
+    , WebBrowser1(*this, "WebBrowser1", std::move(web_pane))
 {
     Caption = "Document";
     design<D>(*this, design_rows);

@@ -17,7 +17,8 @@ namespace tessavox {
 /// The controls of frmDocument in the order of the tab key. Of two that overlap the later one is on
 /// top, so the strip of tabs comes before the panes that cover it.
 struct DocumentControls : Form {
-    DocumentControls(Forms& forms, std::unique_ptr<RichTextPane> pane);
+    DocumentControls(
+        Forms& forms, std::unique_ptr<RichTextPane> text_pane, std::unique_ptr<WebPane> web_pane);
 
     PictureBox Picture1{ *this, "Picture1" };
     CommandButton SpeakBtn{ *this, "SpeakBtn" };
@@ -49,12 +50,12 @@ struct DocumentControls : Form {
     PictureBox PicBox{ *this, "PicBox" };
     RichTextBox rtfText;
 
-    // The web view. Nothing switches to it yet, so all of it stays hidden.
+    // The web view.
     CoolBar CoolBar1{ *this, "CoolBar1" };
     ComboBox Combo1{ *this, "Combo1", ComboBoxStyle::editable };
     CommandButton Command3{ *this, "Command3" };
     PictureBox Picbox2{ *this, "Picbox2" };
-    WebBrowser WebBrowser1{ *this, "WebBrowser1" };
+    WebBrowser WebBrowser1;
 
     // Never seen: the boxes hold the bits of the speak flags, the rest has no way to be reached.
     Frame Frame1{ *this, "Frame1" };

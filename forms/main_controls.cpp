@@ -85,6 +85,15 @@ const ToolRow tool_rows[] = {
     { { "Paste", {}, "1209" }, &M::mnuEditPaste, with_document | with_clipboard_text },
 };
 
+const std::vector<BarMemberDesign> web_buttons = {
+    { "Back", {}, "2200" },
+    { "Forward", {}, "2201" },
+    { "Stop", {}, "2204" },
+    {},
+    { "Refresh", {}, "2202" },
+    { "Search", {}, "2203" },
+};
+
 std::vector<BarMemberDesign> tool_buttons()
 {
     std::vector<BarMemberDesign> buttons;
@@ -117,6 +126,7 @@ void add_shared_menu(MainControls& main, MenuItem& menu, std::span<const SharedR
 MainControls::MainControls(Forms& forms)
     : Form(forms, "frmMain", FormKind::mdi_parent, design_width_twips, design_height_twips)
     , tbToolBar(*this, "tbToolBar", tool_buttons())
+    , Toolbar2(*this, "Toolbar2", web_buttons)
     , sbStatusBar(*this, "sbStatusBar", status_panels())
 {
     Tag = product_title_id;
@@ -124,6 +134,7 @@ MainControls::MainControls(Forms& forms)
     sbStatusBar.Caption = "Status bar";
     sbStatusBar.Tag = "2313";
     tbToolBar.Caption = "Tool bar";
+    Toolbar2.Caption = "Web tool bar";
     add_rule(tbToolBar.Enabled, while_idle);
     add_rule(Toolbar2.Enabled, while_idle);
     add_menus();

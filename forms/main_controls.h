@@ -79,6 +79,17 @@ struct MainControls : Form {
     MenuItem menuInsertSlience{ *this, "menuInsertSlience" };
 
     MenuItem mnuWebsite{ *this, "mnuWebsite" };
+    MenuItem munTIME{ *this, "munTIME" };
+    MenuItem mnuESPN{ *this, "mnuESPN" };
+    MenuItem mnuCNET{ *this, "mnuCNET" };
+    MenuItem mnuABC{ *this, "mnuABC" };
+    MenuItem mnuReuters{ *this, "mnuReuters" };
+    MenuItem mnuMSNBC{ *this, "mnuMSNBC" };
+    MenuItem mnuYahoo{ *this, "mnuYahoo" };
+    MenuItem mnuBBC{ *this, "mnuBBC" };
+    MenuItem mnuCNN{ *this, "mnuCNN" };
+    MenuItem mnuVOA{ *this, "mnuVOA" };
+    MenuItem munGoogle{ *this, "munGoogle" };
 
     MenuItem mnuWindow{ *this, "mnuWindow" };
     MenuItem mnuWindowNewWindow{ *this, "mnuWindowNewWindow" };
@@ -123,7 +134,7 @@ struct MainControls : Form {
     MenuItem mnuTrayExit{ *this, "mnuTrayExit" };
 
     ToolBar tbToolBar;
-    ToolBar Toolbar2{ *this, "Toolbar2", {} };
+    ToolBar Toolbar2;
     /// Panel 1, key "Text": the line number. 2 and 3: speaker and speed. 4 and 5: date and time.
     StatusBar sbStatusBar;
 

@@ -158,6 +158,9 @@ constexpr StringRow rows[] = {
     { 2312, "Symbolleiste" },
     { 2313, "Statusleiste" },
     { 2314, "F6 oder Umschalt+Tab verlässt den Text" },
+    { 2317, "Web-Symbolleiste" },
+    { 2318, "Los" },
+    { 2319, "Adresse der Seite" },
     { 2320, "Datei nicht gefunden" },
     { 2321, "Pfad nicht gefunden" },
     { 2322, "Zugriff verweigert" },
@@ -174,6 +177,17 @@ constexpr StringRow rows[] = {
     { 2340, "Der Text wird ersetzt. Escape beendet das Ersetzen." },
     { 2341, "Farbe..." },
     { 2342, "Kein Dokument ist geöffnet!" },
+    { 2343,
+        "Webseiten können nicht gezeigt werden: Die Web-Engine konnte nicht geladen werden (%1). "
+        "In Debian ist sie das Paket libqt6webenginewidgets6." },
+    { 2344,
+        "Dieses Dokument kann nicht gezeigt werden: Es ist beschädigt oder gesperrt, oder das "
+        "Paket poppler-utils fehlt." },
+    { 2345,
+        "Webseite (*.html)|*.html|Webseite, eine Datei (*.mhtml)|*.mhtml|Textdatei (*.txt)|*.txt" },
+    { 2346,
+        "Webseiten können nicht gezeigt werden: Dieses System oder das root-Konto verhindert, dass "
+        "die Web-Engine sie einschließt." },
     { 2350,
         "Textdateien (*.txt)|*.txt|RTF-Dateien (*.rtf)|*.rtf|Webdateien|*.htm*|"
         "PDF-Dateien (*.pdf)|*.pdf|Alle Dateien (*.*)|*.*|" },

@@ -171,6 +171,9 @@ constexpr StringRow neutral_rows[] = {
     { 2312, "Tool bar" },
     { 2313, "Status bar" },
     { 2314, "F6 or Shift+Tab leaves the text" },
+    { 2317, "Web tool bar" },
+    { 2318, "Go" },
+    { 2319, "Address of the page" },
     { 2320, "File not found" },
     { 2321, "Path not found" },
     { 2322, "Access denied" },
@@ -187,6 +190,17 @@ constexpr StringRow neutral_rows[] = {
     { 2340, "The text is being replaced. Escape ends it." },
     { 2341, "Colour..." },
     { 2342, "No open documents !" },
+    { 2343,
+        "Web pages cannot be shown: the web engine could not be loaded (%1). In Debian it is the "
+        "package libqt6webenginewidgets6." },
+    { 2344,
+        "This document cannot be shown: it is damaged or locked, or the package poppler-utils is "
+        "missing." },
+    { 2345,
+        "Web page (*.html)|*.html|Web page, one file (*.mhtml)|*.mhtml|Text file (*.txt)|*.txt" },
+    { 2346,
+        "Web pages cannot be shown: this system, or the root account, keeps the web engine from "
+        "confining them." },
     { 2350,
         "Text files (*.txt)|*.txt|RTF Files (*.rtf)|*.rtf|Web files|*.htm*|"
         "PDF files (*.pdf)|*.pdf|All files (*.*)|*.*|" },

@@ -20,6 +20,7 @@
 #include "platform/speech_voice.h"
 #include "platform/texts.h"
 #include "platform/tray.h"
+#include "platform/web_pane.h"
 #include "platform/word_processor.h"
 
 #include <string>
@@ -46,6 +47,7 @@ struct Platform {
     Skin& skin;
     BlockingWork& blocking_work;
     RichTextPanes& panes;
+    WebPanes& web_panes;
     Printer& printer;
     RecoveryCopies& recovery;
     WordProcessor& word_processor;

@@ -4,6 +4,7 @@
 #include "platform/failure.h"
 #include "speech/debug_text.h"
 #include "speech/document_speech.h"
+#include "speech/page_text.h"
 
 namespace tessavox {
 
@@ -25,6 +26,8 @@ void Reading::SpeakBtn_Click()
         m_speech.Voice->set_Rate(m_speech.windows.document.cpvSlider1.Value);
         m_speech.Voice->set_Volume(m_speech.windows.document.cpvSlider2.Value);
         m_speech.place.position = m_speech.windows.document.rtfText->SelStart();
+        if (m_speech.place.view_status == 2)
+            speak_page();
         if (m_speech.place.view_status == 1) {
             if (m_speech.windows.document.rtfText->Text().empty())
                 return;
@@ -38,6 +41,19 @@ void Reading::SpeakBtn_Click()
         ReportDebugText("Speak Error: ", failure.what());
         m_speech.session.UpdateSpeechControls(false, m_speech.session.m_bPaused());
     }
+}
+
+void Reading::speak_page()
+{
+    DocumentControls& document = m_speech.windows.document;
+    Clipboard& clipboard = m_speech.platform.clipboard;
+    if (!shows_document(document)) {
+        m_speech.Voice->Speak(
+            copied_page_text(document, clipboard), m_speech.flags.m_lSpeakFlags());
+        return;
+    }
+    document.WebBrowser1.SetFocus();
+    m_speech.Voice->Speak(clipboard.GetText(), m_speech.flags.m_lSpeakFlags());
 }
 
 void Reading::speak_pane()

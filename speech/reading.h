@@ -24,7 +24,8 @@ public:
     }
 
     /// Reads the document: its selection, or from the caret on, or from the top if nothing is left
-    /// after the caret. Does nothing while a reading runs, also while it is paused.
+    /// after the caret. Of a web page in front: what is selected, or all; of a document shown
+    /// there: what the user has copied. Does nothing while a reading runs, also while it is paused.
     void SpeakBtn_Click();
     /// Reads the clipboard. Does nothing while a reading runs.
     void ReadClipbdBtn_Click();
@@ -34,6 +35,7 @@ public:
 
 private:
     void speak_pane();
+    void speak_page();
     void prepare_outside_text();
     void speak_outside_text(const std::function<TextSlice()>& text);
 

@@ -4,6 +4,7 @@
 #include "platform/failure.h"
 #include "speech/debug_text.h"
 #include "speech/document_speech.h"
+#include "speech/page_text.h"
 
 #include <algorithm>
 
@@ -28,9 +29,10 @@ constexpr std::int32_t no_time_limit = -1;
 void WaveFile::menuFileSaveToWave_Click()
 {
     save([&] {
-        return m_speech.place.view_status == 1
-            ? selection_or_rest(m_speech.windows.document.rtfText.pane(), m_speech.place.position)
-            : m_speech.platform.clipboard.GetText();
+        DocumentControls& document = m_speech.windows.document;
+        if (m_speech.place.view_status == 1)
+            return selection_or_rest(document.rtfText.pane(), m_speech.place.position);
+        return copied_page_text(document, m_speech.platform.clipboard);
     });
 }
 

@@ -8,10 +8,11 @@ INTERFACES = {"platform", "platform/controls"}
 BESIDE_EACH_OTHER = [  # from the ground up; the folders of one floor don't see each other
     {"forms", "persist"},
     {"speech"},
-    {"documents", "web", "desktop"},
+    {"web"},
+    {"documents", "desktop"},
     {"app"},
 ]
-SEES = {"platform": INTERFACES, "platform/controls": INTERFACES, "platform/qt": INTERFACES | {"platform/files", "platform/rtf", "platform/text_files"},
+SEES = {"platform": INTERFACES, "platform/controls": INTERFACES, "platform/qt": INTERFACES | {"platform/conversion", "platform/files", "platform/rtf", "platform/text_files"},
         "platform/voice": INTERFACES | {"platform/confinement"}, "platform/confinement": INTERFACES, "platform/text_files": INTERFACES,
         "platform/files": INTERFACES, "platform/rtf": INTERFACES,
         "platform/conversion": INTERFACES | {"platform/confinement", "platform/rtf", "platform/text_files"}}

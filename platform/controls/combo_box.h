@@ -33,10 +33,19 @@ public:
     /// other text changes nothing. Of an editable one: assigning replaces the text.
     Property<std::string> Text;
     Handler Click;
+    /// A key was pressed in the text, which doesn't have it yet. The code is that of the letter as
+    /// a capital, 13 for either Enter key, 0 for any other; `shift` has 1 for Shift, 2 for Control,
+    /// 4 for Alt.
+    std::function<void(int KeyCode, int shift)> KeyDown;
 
     /// The user chose an entry.
     void user_choose(int index) { ListIndex = index; }
     void user_edit(std::string text);
+    void user_presses_key(int code, int shift)
+    {
+        if (KeyDown)
+            KeyDown(code, shift);
+    }
     /// Grows with each change of the entries, so that a view need not compare them.
     unsigned entries_version() const { return m_version; }
 

@@ -2,27 +2,22 @@
 #pragma once
 
 #include "platform/controls/control.h"
-#include "platform/failure.h"
 #include "platform/web_pane.h"
 
 #include <memory>
 
 namespace tessavox {
 
+/// The pane holds the page; this control gives it its geometry and visibility.
 class WebBrowser : public Control {
 public:
-    WebBrowser(Form& form, std::string name)
+    WebBrowser(Form& form, std::string name, std::unique_ptr<WebPane> pane)
         : Control(form, std::move(name), "WebBrowser")
+        , m_pane(std::move(pane))
     {
     }
-    void set_pane(std::unique_ptr<WebPane> pane) { m_pane = std::move(pane); }
-    /// @throws Failure if this platform shows no pages.
-    WebPane& pane() const
-    {
-        if (!m_pane)
-            throw Failure("pages can't be shown here");
-        return *m_pane;
-    }
+    WebPane* operator->() const { return m_pane.get(); }
+    WebPane& pane() const { return *m_pane; }
 
 private:
     std::unique_ptr<WebPane> m_pane;

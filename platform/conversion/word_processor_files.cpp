@@ -41,7 +41,7 @@ public:
     Conversion(std::string helper, std::string folder, const Converter& converter)
         : m_longest(converter.most_seconds)
     {
-        std::string program = converter.program;
+        std::string name = converter.name;
         posix_spawnattr_t attributes;
         posix_spawnattr_init(&attributes);
         sigset_t none, usual;
@@ -54,7 +54,7 @@ public:
         posix_spawnattr_setpgroup(&attributes, 0);
         posix_spawnattr_setflags(
             &attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP);
-        char* const arguments[] = { helper.data(), folder.data(), program.data(), nullptr };
+        char* const arguments[] = { helper.data(), folder.data(), name.data(), nullptr };
         const int error
             = ::posix_spawn(&m_process, helper.c_str(), nullptr, &attributes, arguments, environ);
         posix_spawnattr_destroy(&attributes);

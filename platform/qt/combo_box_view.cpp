@@ -16,6 +16,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <functional>
 
 namespace tessavox {
 namespace {
@@ -36,6 +37,9 @@ public:
         m_pause.setSingleShot(true);
         connect(&m_pause, &QTimer::timeout, this, &WideComboBox::choose_found);
     }
+
+    /// A key on its way to the text; true keeps it from there.
+    std::function<bool(const QKeyEvent&)> pressed_in_text;
 
     /// Whether a word is being typed, and what is shown is what it finds.
     bool is_searching() const { return !m_typed.isEmpty(); }
@@ -83,6 +87,8 @@ protected:
 
     void keyPressEvent(QKeyEvent* event) override
     {
+        if (isEditable() && pressed_in_text && pressed_in_text(*event))
+            return;
         if (is_part_of_a_word(*event))
             return search(event->text());
         const bool for_the_word = is_searching() && ends_a_word(event->key());
@@ -173,6 +179,10 @@ public:
         connect(&box, &QComboBox::activated, this,
             [this](int index) { user_did([&] { m_control.user_choose(index); }); });
         if (QLineEdit* line = box.lineEdit()) {
+            box.setCompleter(nullptr); // what is typed stays as it is
+            // The box would choose an entry of that text when the text loses the focus.
+            disconnect(line, &QLineEdit::editingFinished, &box, nullptr);
+            box.pressed_in_text = [this](const QKeyEvent& key) { return pressed(key); };
             connect(line, &QLineEdit::textEdited, this, [this](const QString& text) {
                 user_did([&] { m_control.user_edit(from_qt(text)); });
             });
@@ -180,6 +190,21 @@ public:
     }
 
 private:
+    static constexpr int enter_code = 13;
+    static constexpr int last_letter = 0xFF; // keys that have no letter come after those
+
+    bool pressed(const QKeyEvent& key)
+    {
+        const bool is_enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+        const int code = is_enter ? enter_code : key.key() <= last_letter ? key.key() : 0;
+        const Qt::KeyboardModifiers held = key.modifiers();
+        const int shift = (held.testFlag(Qt::ShiftModifier) ? 1 : 0)
+            + (held.testFlag(Qt::ControlModifier) ? 2 : 0)
+            + (held.testFlag(Qt::AltModifier) ? 4 : 0);
+        user_did([&] { m_control.user_presses_key(code, shift); });
+        return is_enter && m_control.KeyDown; // it is done with then
+    }
+
     void redraw() override
     {
         const int natural_height = m_box.sizeHint().height();

@@ -9,6 +9,7 @@
 #include "platform/controls/rich_text_box.h"
 #include "platform/controls/scroll_bar.h"
 #include "platform/controls/text_box.h"
+#include "platform/controls/web_browser.h"
 #include "platform/qt/message_gate.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/twips.h"
@@ -68,6 +69,7 @@ constexpr Maker makers[] = {
     make_if<TextBox, view_text_box>,
     make_if<TabStrip, view_tab_strip>,
     make_if<RichTextBox, view_rich_text_box>,
+    make_if<WebBrowser, view_web_browser>,
 };
 
 } // namespace

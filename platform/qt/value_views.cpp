@@ -3,10 +3,12 @@
 #include "platform/controls/rich_text_box.h"
 #include "platform/controls/scroll_bar.h"
 #include "platform/controls/text_box.h"
+#include "platform/controls/web_browser.h"
 #include "platform/qt/child_widget.h"
 #include "platform/qt/rich_text_pane.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/view_makers.h"
+#include "platform/qt/web_pane.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -224,9 +226,10 @@ private:
     TabStripArea& m_area;
 };
 
-class RichTextBoxView : public WidgetView {
+/// Of a pane whose widget belongs to itself.
+class PaneView : public WidgetView {
 public:
-    RichTextBoxView(RichTextBox& control, QWidget& pane)
+    PaneView(Control& control, QWidget& pane)
         : WidgetView(control, pane)
         , m_pane(&pane)
     {
@@ -269,7 +272,15 @@ std::unique_ptr<WidgetView> view_rich_text_box(RichTextBox& box, QWidget& parent
     auto* pane = dynamic_cast<QtRichTextPane*>(&box.pane());
     QWidget& widget = pane ? pane->widget() : make_child<QWidget>(&parent);
     widget.setParent(&parent);
-    return std::make_unique<RichTextBoxView>(box, widget);
+    return std::make_unique<PaneView>(box, widget);
+}
+
+std::unique_ptr<WidgetView> view_web_browser(WebBrowser& browser, QWidget& parent)
+{
+    auto* pane = dynamic_cast<QtWebPane*>(&browser.pane());
+    QWidget& widget = pane ? pane->widget() : make_child<QWidget>(&parent);
+    widget.setParent(&parent);
+    return std::make_unique<PaneView>(browser, widget);
 }
 
 } // namespace tessavox

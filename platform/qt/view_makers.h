@@ -14,6 +14,7 @@ class RichTextBox;
 class ScrollBar;
 class TabStrip;
 class TextBox;
+class WebBrowser;
 
 std::unique_ptr<WidgetView> view_command_button(CommandButton& button, QWidget& parent);
 std::unique_ptr<WidgetView> view_check_box(CheckBox& box, QWidget& parent);
@@ -24,5 +25,6 @@ std::unique_ptr<WidgetView> view_scroll_bar(ScrollBar& bar, QWidget& parent);
 std::unique_ptr<WidgetView> view_text_box(TextBox& box, QWidget& parent);
 std::unique_ptr<WidgetView> view_tab_strip(TabStrip& strip, QWidget& parent);
 std::unique_ptr<WidgetView> view_rich_text_box(RichTextBox& box, QWidget& parent);
+std::unique_ptr<WidgetView> view_web_browser(WebBrowser& browser, QWidget& parent);
 
 } // namespace tessavox

@@ -9,6 +9,7 @@ import unittest
 
 import servers
 from bed import Program, forget_settings, keys, wait_for
+from test_web import Server, WebPane
 
 HALF_AN_INCH = 36  # points
 
@@ -29,6 +30,9 @@ class Printing(unittest.TestCase):
     def print_text(self, text):
         """Returns the path of the document that the printer has got."""
         self.pane.text = text
+        return self.print()
+
+    def print(self):
         before = set(glob.glob(self.spool + "/d*"))
         keys("ctrl+p")
 
@@ -63,6 +67,18 @@ class Printing(unittest.TestCase):
         path = self.print_text("")
         self.assertRegex(output_of("pdfinfo", path), r"Pages: +1\n")
         self.assertEqual(output_of("pdftotext", path, "-").strip(), "")
+
+    def test_a_page_of_the_web_prints_itself(self):
+        server = Server()
+        self.addCleanup(server.server_close)
+        self.addCleanup(server.shutdown)
+        WebPane(self.program, server)
+        wait_for(lambda: "/loaded/one" in server.asked, "the page")
+        self.program.read()
+        self.program.wait_until_idle()  # the words that were selected have brought the command back
+        path = self.print()
+        self.assertRegex(output_of("pdfinfo", path), r"Pages: +1\n")
+        self.assertGreater(os.path.getsize(path), 3000)
 
     def test_a_printer_that_vanishes_leaves_everything_as_it_was(self):
         self.print_text("before")

@@ -134,17 +134,5 @@ TEST_F(Documents, AreNumberedByTheLowestFreeSlotUpToThirty)
     EXPECT_TRUE(boxes.shown.empty());
 }
 
-TEST_F(Documents, TheTabLeadsBackToTheTextAndStopsTheReading)
-{
-    start();
-    document().speech.session.UpdateSpeechControls(true, true);
-    document().speech.place.view_status = 2;
-    document().control_pos2();
-    document().TabStrip1.user_select(0);
-    EXPECT_EQ(state(), "idle");
-    EXPECT_EQ(document().speech.place.view_status, 1);
-    EXPECT_TRUE(document().PicBox.Visible);
-}
-
 } // namespace
 } // namespace tessavox::tests

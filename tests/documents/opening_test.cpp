@@ -119,23 +119,12 @@ TEST_F(Opening, WithAllSlotsTakenLoadsIntoTheActiveDocument)
 
 TEST_F(Opening, PagesGoToThePaneForThem)
 {
-    struct Pages : WebPane {
-        explicit Pages(std::string& calls)
-            : calls(calls)
-        {
-        }
-        void Navigate(const std::string& url) override { calls += "show " + url + "; "; }
-        void ExecWB(WebCommand command) override { calls += std::to_string(int(command)) + "; "; }
-        std::string& calls;
-    };
-    std::string calls;
-    document().WebBrowser1.set_pane(std::make_unique<Pages>(calls));
     open("/d/e.Pdf");
     EXPECT_EQ(document().speech.place.view_status, 2);
     EXPECT_TRUE(document().WebBrowser1.Visible);
     open("/d/a.txt");
     main.mnuFileSave.run();
-    EXPECT_EQ(calls, "show /d/e.Pdf; show /d/a.txt; 3; ");
+    EXPECT_EQ(page().calls, "show /d/e.Pdf; show /d/a.txt; 3; ");
     EXPECT_EQ(document().Caption, "/app/first.txt");
     EXPECT_EQ(windows.open_forms.size(), 2u);
     EXPECT_EQ(windows.focused, &document().WebBrowser1);

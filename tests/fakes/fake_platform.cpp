@@ -147,6 +147,22 @@ bool FakeBlockingWork::wait(const std::string& text, const std::function<bool()>
     return true;
 }
 
+void FakeWebPane::call(const std::string& what)
+{
+    if (is_missing)
+        throw Failure("no pages here");
+    calls += what + "; ";
+}
+
+void FakeWebPane::ExecWB(WebCommand command)
+{
+    call(std::to_string(static_cast<int>(command)));
+    if (command == WebCommand::select_all)
+        selected = text;
+    else if (command == WebCommand::copy && !selected.empty())
+        m_clipboard.text = selected;
+}
+
 std::unique_ptr<PrintJob> FakePrinter::begin(const std::string& title)
 {
     if (!is_there)
@@ -199,7 +215,8 @@ FakePlatform::FakePlatform()
     : platform{ windows, [this](std::function<void()> call) { posted.push_back(std::move(call)); },
         [this] { has_quit = true; }, [this] { during_events(); }, files, clipboard, changes, boxes,
         dialogs, font_dialogs, arrangement, screen, tray, hot_keys, shell, skin, blocking_work,
-        panes, printer, recovery, word_processor, speech, texts, "/home/conf", "/app", {} }
+        panes, web_panes, printer, recovery, word_processor, speech, texts, "/home/conf", "/app",
+        {} }
 {
 }
 

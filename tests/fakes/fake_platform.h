@@ -214,6 +214,48 @@ private:
     FileStore& m_files;
 };
 
+/// A pane whose page a test makes up: the calls that came, and what copying finds.
+struct FakeWebPane : WebPane {
+    explicit FakeWebPane(FakeClipboard& clipboard)
+        : m_clipboard(clipboard)
+    {
+    }
+    void Navigate(const std::string& url) override { call("show " + url); }
+    void GoBack() override { call("back"); }
+    void GoForward() override { call("forward"); }
+    void Stop() override { call("stop"); }
+    void Refresh() override { call("refresh"); }
+    void GoSearch() override { call("search"); }
+    std::string LocationURL() const override { return location; }
+    void ExecWB(WebCommand command) override;
+    std::string take_calls() { return std::exchange(calls, {}); }
+
+    std::string calls; // each followed by "; "
+    std::string location;
+    std::u16string text; // of the page
+    std::u16string selected;
+    bool is_missing = false;
+
+private:
+    void call(const std::string& what);
+    FakeClipboard& m_clipboard;
+};
+
+class FakeWebPanes : public WebPanes {
+public:
+    explicit FakeWebPanes(FakeClipboard& clipboard)
+        : m_clipboard(clipboard)
+    {
+    }
+    std::unique_ptr<WebPane> create() override
+    {
+        return std::make_unique<FakeWebPane>(m_clipboard);
+    }
+
+private:
+    FakeClipboard& m_clipboard;
+};
+
 /// Keeps the text of the pages that came out, each job in brackets once it is ended.
 class FakePrinter : public Printer {
 public:
@@ -282,6 +324,7 @@ struct FakePlatform {
     std::function<void()> during_events = [] {}; // what DoEvents lets happen
     FakeBlockingWork blocking_work;
     FakePanes panes{ files };
+    FakeWebPanes web_panes{ clipboard };
     FakePrinter printer;
     FakeRecovery recovery;
     FakeWordProcessor word_processor;

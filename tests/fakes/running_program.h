@@ -103,6 +103,7 @@ struct RunningProgram : UserFiles {
         main.mnuFileNew.run();
         return document();
     }
+    FakeWebPane& page() { return static_cast<FakeWebPane&>(document().WebBrowser1.pane()); }
     FakePane& pane() { return static_cast<FakePane&>(document().rtfText.pane()); }
     std::string text() { return to_utf8(pane().Text().view()); }
     std::string selected() { return to_utf8(pane().SelText().view()); }

@@ -57,8 +57,10 @@ std::string design_of_main(const MainControls& main)
                   << ' ' << or_dash(item->Caption) << (item->Shortcut.empty() ? "" : " ")
                   << item->Shortcut << (item->Visible ? "" : " hidden") << ';';
     }
-    for (const BarMember& button : main.tbToolBar.Buttons())
-        lines << "button " << or_dash(button.key()) << ' ' << or_dash(button.Tag) << ';';
+    for (const ToolBar* bar : { &main.tbToolBar, &main.Toolbar2 }) {
+        for (const BarMember& button : bar->Buttons())
+            lines << "button " << or_dash(button.key()) << ' ' << or_dash(button.Tag) << ';';
+    }
     for (const StatusBar::Panel& panel : main.sbStatusBar.panels())
         lines << "panel " << or_dash(panel.key) << ' ' << panel.width << ' '
               << static_cast<int>(panel.kind) << ';';
@@ -80,9 +82,9 @@ cpvSlider1 Frame2 720 1200 2055 255 - -; VolumeLabel Frame2 0 1680 720 255 2112 
 cpvSlider2 Frame2 720 1680 2055 255 - -; Check1 Frame2 120 2040 2775 255 2113 2124;
 ResetBtn Frame2 120 2400 2565 345 2114 2125; TabStrip1 - 2900 500 8260 7990 - -;
 PicBox - 2900 500 8260 7690 - -; rtfText PicBox 0 0 8245 7685 2116 2314;
-CoolBar1 - 200 0 10840 420 - - hidden; Combo1 CoolBar1 0 50 10160 315 - -;
-Command3 CoolBar1 10210 50 600 345 - -; Picbox2 - 2900 1000 8260 7190 - - hidden;
-WebBrowser1 Picbox2 0 0 8260 7190 - - hidden; Frame1 - 0 0 0 0 - - hidden "Speak Flags";
+CoolBar1 - 200 0 10840 420 - - hidden; Combo1 CoolBar1 0 50 10160 315 - 2319;
+Command3 CoolBar1 10210 50 600 345 2318 -; Picbox2 - 2900 1000 8260 7190 - - hidden;
+WebBrowser1 Picbox2 0 0 8260 7190 2117 - hidden; Frame1 - 0 0 0 0 - - hidden "Speak Flags";
 chkSpFlagIsXML Frame1 0 0 0 0 - - "IsXML"; chkShowEvents Frame1 0 0 0 0 - - "Show Events";
 chkSpFlagNLPSpeakPunc Frame1 0 0 0 0 - - "NLPSpeakPunc";
 chkSpFlagPurgeBeforeSpeak Frame1 0 0 0 0 - - "PurgeBeforeSpeak";
@@ -115,7 +117,11 @@ mnuFormatScript mnuFormat 1408; mnuFormatSubScript mnuFormatScript 1409;
 mnuFormatSuperScript mnuFormatScript 1410; mnuFormatNoScript mnuFormatScript 1411;
 mnuInsert - 1501; mnuInsertMaleReader mnuInsert 1502; mnuInsertSpeed mnuInsert 1503;
 mnuInsertSpell mnuInsert 1504; menuInsertSep mnuInsert -; menuInsertSlience mnuInsert 1505;
-mnuWebsite - 1800; mnuWindow - 1601; mnuWindowNewWindow mnuWindow 1602;
+mnuWebsite - 1800; munTIME mnuWebsite TIME;
+mnuESPN mnuWebsite ESPN; mnuCNET mnuWebsite CNET; mnuABC mnuWebsite ABC;
+mnuReuters mnuWebsite Reuters; mnuMSNBC mnuWebsite MSNBC; mnuYahoo mnuWebsite Yahoo;
+mnuBBC mnuWebsite BBC; mnuCNN mnuWebsite CNN; mnuVOA mnuWebsite Voice Of America;
+munGoogle mnuWebsite Google; mnuWindow - 1601; mnuWindowNewWindow mnuWindow 1602;
 mnuWindowBar0 mnuWindow -; mnuWindowCascade mnuWindow 1603;
 mnuWindowTileHorizontal mnuWindow 1604; mnuWindowTileVertical mnuWindow 1605;
 mnuWindowArrangeIcons mnuWindow 1606;
@@ -131,6 +137,8 @@ mnuTrayHelp Popmenu 1710; mnuTrayAbout Popmenu 1707; mnuTraysp3 Popmenu -;
 mnuTrayExit Popmenu 1023;
 button New 1018; button Open 1019; button Save 1020; button - -; button Print 1022; button - -;
 button Cut 1207; button Copy 1208; button Paste 1209;
+button Back 2200; button Forward 2201; button Stop 2204; button - -; button Refresh 2202;
+button Search 2203;
 panel Text 5759 0; panel - 4171 0; panel - 4171 0; panel - 1499 1; panel - 1499 2;
 )";
 
@@ -184,7 +192,7 @@ TEST(Design, OfEveryWindowIsKept)
     const RunningProgram program;
     FakePlatform outside;
     Forms forms{ outside.windows, outside.platform.post, [] {} };
-    const DocumentControls document{ forms, outside.panes.create() };
+    const DocumentControls document{ forms, outside.panes.create(), outside.web_panes.create() };
     const std::pair<std::string, const char*> windows[] = {
         { design_of(document), document_design },
         { design_of_main(program.main), main_design },
@@ -201,11 +209,11 @@ TEST(Design, OfEveryWindowIsKept)
     EXPECT_EQ(program.main.Tag, "2205");
     EXPECT_FALSE(program.main.Toolbar2.Visible);
 
-    const BarMember& tab = document.TabStrip1.Tabs()[0];
-    EXPECT_EQ(document.TabStrip1.Tabs().size(), 1u);
-    EXPECT_EQ(
-        tab.key() + " " + tab.Caption.get() + " " + tab.Tag.get() + " " + tab.ToolTipText.get(),
-        "text Text 2116 2130");
+    std::string tabs;
+    for (const BarMember& tab : document.TabStrip1.Tabs())
+        tabs += tab.key() + " " + tab.Caption.get() + " " + tab.Tag.get() + " "
+            + tab.ToolTipText.get() + "; ";
+    EXPECT_EQ(tabs, "text Text 2116 2130; xml Web 2117 2131; ");
     const auto range_of = [](const ScrollBar& bar) {
         const ScrollBarRange& range = bar.range();
         return std::vector{ range.Min, range.Max, range.SmallChange, range.LargeChange,

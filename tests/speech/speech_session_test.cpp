@@ -10,7 +10,7 @@ struct Session : testing::Test {
     Forms forms{ outside.windows, outside.platform.post, [] {} };
     MainControls main{ forms };
     DockControls dock{ forms };
-    DocumentControls document{ forms, outside.panes.create() };
+    DocumentControls document{ forms, outside.panes.create(), outside.web_panes.create() };
     PCCFile settings{ outside.files, outside.boxes, outside.texts };
     std::string folder;
     DocumentSpeech speech{ { document, dock, main }, outside.platform, settings, folder };

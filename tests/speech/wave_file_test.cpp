@@ -32,18 +32,22 @@ TEST_F(Waves, ASaveSwapsTheOutputAndSwapsItBack)
     EXPECT_TRUE(dialogs.requests[0].overwrite_prompt);
 }
 
-TEST_F(Waves, OutsideTheTextViewAndByTheClipboardCommandTheClipboardIsSaved)
+TEST_F(Waves, OfAPageOrByTheClipboardCommandHoldWhatTheClipboardDoes)
 {
+    document().control_pos2(); // the page can have the focus
     for (const char16_t* text : { u"copied", u"" }) {
         for (const int view : { 1, 2 }) {
             clipboard.text = text;
+            page().text = u"all of the page";
+            page().selected.clear();
+            document().Combo1.Text = "http://a.example/a.pdf"; // makes no difference here
             document().speech.place.view_status = static_cast<std::int16_t>(view);
             dialogs.answers = { "/out.wav" };
             if (view == 1)
                 document().ReadClipboardtoFile.user_press();
             else
                 save();
-            EXPECT_EQ(voice().last_text, to_utf8(text));
+            EXPECT_EQ(voice().last_text, to_utf8(view == 1 ? text : page().text));
             EXPECT_EQ(boxes.take_shown().size(), 1u);
             EXPECT_EQ(pane().SelLength(), 0);
         }

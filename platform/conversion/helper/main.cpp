@@ -1,5 +1,5 @@
-// tessavox-document-helper FOLDER PROGRAM: goes into its folder, confines itself for good, and
-// becomes one of the programs that turn a document into plain text.
+// tessavox-document-helper FOLDER CONVERTER: goes into its folder, confines itself for good, and
+// becomes one of the programs that turn a document into another form.
 #include "platform/argument_pointers.h"
 #include "platform/confinement/confinement.h"
 #include "platform/conversion/converters.h"
