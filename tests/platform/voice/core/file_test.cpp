@@ -110,14 +110,6 @@ TEST_F(FileTest, AWaveFileIsPlayedAtItsOwnLevelWhateverTheVolume)
     EXPECT_EQ(listener.heard.back().position, 44100);
     EXPECT_NEAR(listener.count("AudioLevel"), 20, 1);
     EXPECT_EQ(listener.of("AudioLevel")[0].first, 15);
-
-    listener.heard.clear();
-    auto stream = take_stream();
-    voice.Speak(wave_of(wave), SVSFIsFilename);
-    stream->Close();
-    EXPECT_EQ(samples(), wave) << "played into another file";
-    EXPECT_THAT(
-        listener.told("StartStream Word EndStream"), ElementsAre("StartStream", "EndStream"));
 }
 
 } // namespace

@@ -5,49 +5,26 @@
 #include <cmath>
 #include <cstdint>
 #include <span>
-#include <vector>
+#include <utility>
 
 namespace tessavox::voice::tests {
 
-/// The median fundamental frequency of the voiced parts in Hz, by normalised autocorrelation over
-/// frames of 30 ms. Looks between `lowest` and `highest`. 0 if nothing is voiced.
+/// The fundamental frequency in Hz, by autocorrelation of the whole, so that the loud and
+/// voiced parts count most. Looks between `lowest` and `highest`.
 inline double fundamental(
     std::span<const std::int16_t> samples, int sample_rate, double lowest, double highest)
 {
-    const auto window = static_cast<std::size_t>(sample_rate) * 30 / 1000;
-    const auto shortest = static_cast<std::size_t>(sample_rate / highest);
+    const auto correlation = [&](std::size_t shift) {
+        double sum = 0;
+        for (std::size_t n = 0; n + shift < samples.size(); ++n)
+            sum += static_cast<double>(samples[n]) * samples[n + shift];
+        return sum;
+    };
     const auto longest = static_cast<std::size_t>(sample_rate / lowest);
-    std::vector<double> found;
-    for (std::size_t at = 0; at + window + longest < samples.size(); at += 4 * window) {
-        const auto energy = [&](std::size_t shift) {
-            double sum = 1;
-            for (std::size_t n = 0; n < window; ++n)
-                sum += static_cast<double>(samples[at + shift + n]) * samples[at + shift + n];
-            return sum;
-        };
-        const double base = energy(0);
-        if (base / static_cast<double>(window) < 1e5)
-            continue;
-        double best = 0;
-        std::size_t best_shift = 0;
-        for (std::size_t shift = shortest; shift <= longest; ++shift) {
-            double product = 0;
-            for (std::size_t n = 0; n < window; ++n)
-                product += static_cast<double>(samples[at + n]) * samples[at + shift + n];
-            product /= std::sqrt(base * energy(shift));
-            // A longer period must be clearly better: its multiples fit as well.
-            if (product > best + 0.02) {
-                best = product;
-                best_shift = shift;
-            }
-        }
-        if (best > 0.75)
-            found.push_back(sample_rate / static_cast<double>(best_shift));
-    }
-    if (found.empty())
-        return 0;
-    std::ranges::nth_element(found, found.begin() + static_cast<std::ptrdiff_t>(found.size() / 2));
-    return found[found.size() / 2];
+    std::pair<double, std::size_t> best;
+    for (auto shift = static_cast<std::size_t>(sample_rate / highest); shift <= longest; ++shift)
+        best = std::max(best, { correlation(shift), shift });
+    return best.second == 0 ? 0 : sample_rate / static_cast<double>(best.second);
 }
 
 /// The root of the mean square of the samples.

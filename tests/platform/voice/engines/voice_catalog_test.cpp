@@ -119,11 +119,4 @@ TEST(EspeakVoiceList, ReadsWellWithTheUsersLanguagesFirst)
             "Zulu, male 2, Adult" }));
 }
 
-TEST(EspeakVoiceList, TakesLanguagesFromLocales)
-{
-    for (const auto& [locale, tag] : { std::pair("de_AT.UTF-8@euro", "de-at"), { "pt_BR", "pt-br" },
-             { "C.UTF-8", "" }, { "POSIX", "" }, { "", "" } })
-        EXPECT_EQ(tag_of_locale(locale), tag);
-}
-
 } // namespace tessavox::voice

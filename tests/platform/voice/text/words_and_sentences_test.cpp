@@ -30,21 +30,6 @@ TEST(Words, AreWhatAPersonSees)
     EXPECT_EQ(bracketed(text, Extents::words, { .speak_punctuation = true }), to_utf8(text));
 }
 
-TEST(Words, LongOnesAreSplitWithoutLosingACharacter)
-{
-    const std::u16string hundred = u"[" + std::u16string(100, u'a') + u"]";
-    const std::u16string text = hundred + hundred + u"[aaa] [b]";
-    EXPECT_EQ(bracketed(text, Extents::words), to_utf8(text));
-    // The engine must see several words too.
-    const auto items = read_all(std::u16string(250, u'a'));
-    EXPECT_EQ(std::get<Utterance>(items[0]).text.find(u' '), 100u);
-
-    std::u16string pairs = u"x"; // so that the hundredth unit is a high surrogate
-    for (int each = 0; each < 80; ++each)
-        pairs += u"\U00020000";
-    EXPECT_EQ(bracketed(pairs, Extents::words).find("\uFFFD"), std::string::npos);
-}
-
 TEST(Words, EnginesNeverSeeControlCharactersOrLoneSurrogates)
 {
     const std::u16string hostile = std::u16string(u"a\u0001b\u0000c\u007Fd\u0085e", 9)
