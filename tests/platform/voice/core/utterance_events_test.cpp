@@ -33,7 +33,6 @@ TEST(DividedUtterance, BreaksAtAMarkIfOneIsFarEnoughOn)
         { u"one two three four", 12, 1 },
         { u"one, two three four five", 16, 1 },
         { u"a, two three four five six", 20, 2 }, // the comma comes too soon
-        { u"onewordthatislongerthanallowed", 10, 0 },
         { u"one", 2, 0 },
         { u"<pron sym='w ah n'>one two three four</pron>", 12, 0 },
     };
