@@ -84,22 +84,6 @@ TEST_F(Commands, ChangeTheSpeedAlsoOfAHiddenWindow)
     EXPECT_FALSE(main.Visible);
 }
 
-TEST_F(Commands, HideAndShowTheMainWindowWhateverIsRead)
-{
-    start_reading();
-    key(6);
-    EXPECT_FALSE(main.Visible);
-    EXPECT_EQ(state(), "speaking");
-    main.window_state = WindowState::minimised;
-    key(6);
-    EXPECT_TRUE(main.Visible);
-    EXPECT_TRUE(main.window_state == WindowState::normal);
-    document().speech.session.StopBtn_Click();
-    main.Hide();
-    EXPECT_NE(key(0).find("Speak "), std::string::npos);
-    EXPECT_TRUE(main.Visible);
-}
-
 TEST_F(Commands, WithoutADocumentFailButForTheWindows)
 {
     document().Unload();
@@ -108,17 +92,6 @@ TEST_F(Commands, WithoutADocumentFailButForTheWindows)
     }
     hot_keys.pressed(6);
     EXPECT_FALSE(main.Visible);
-}
-
-/// A message that waits may bring another document to the front before the command looks.
-TEST_F(Commands, LetWaitingMessagesRunFirst)
-{
-    frmDocument& first = document();
-    open_another();
-    during_events = [&] { first.user_activated(); };
-    hot_keys.pressed(0);
-    EXPECT_NE(asked(0).find("Speak "), std::string::npos);
-    EXPECT_EQ(asked(1).find("Speak "), std::string::npos);
 }
 
 TEST_F(Commands, OfTheTrayBringTheWindowBack)
@@ -142,47 +115,6 @@ TEST_F(Commands, OfTheTrayBringTheWindowBack)
     main.mnuTrayExit.user_choose();
     EXPECT_EQ(tray.shown, "");
     EXPECT_TRUE(has_quit);
-}
-
-TEST_F(Commands, OfTheHelpMenuSayWhyNothingOpens)
-{
-    main.mnuHelphelp.run();
-    main.mnuHelpEmail.run();
-    main.mnuHelpWebsite.run();
-    EXPECT_EQ(shell.asked.size(), 3u);
-    EXPECT_EQ(shell.asked[0], "/app/tessavox.chm");
-    EXPECT_TRUE(shell.asked[1].starts_with("mailto:") && shell.asked[2].starts_with("https:"));
-    EXPECT_TRUE(boxes.take_shown().empty());
-    const std::pair<int, const char*> reasons[] = { { 2, "File not found" },
-        { 3, "Path not found" }, { 5, "Access denied" }, { 8, "Out of memory" },
-        { 11, "Invalid EXE file or error in EXE image" }, { 26, "A sharing violation occurred" },
-        { 27, "Incomplete or invalid file association" }, { 28, "DDE Time out" },
-        { 29, "DDE transaction failed" }, { 30, "DDE busy" },
-        { 31, "No association for file extension" }, { 32, "DLL not found" },
-        { 0, "Unknown error" }, { 6, "Unknown error" } };
-    for (const auto& [result, text] : reasons) {
-        shell.result = result;
-        main.mnuTrayHelp.run();
-        const auto shown = boxes.take_shown();
-        ASSERT_EQ(shown.size(), 1u);
-        EXPECT_EQ(shown[0].text, text);
-    }
-    main.mnuHelpAbout.run();
-    EXPECT_EQ(windows.in_front->name(), "AboutBox");
-    EXPECT_EQ(windows.in_front->Left, (19200 - 4200) / 2.0);
-}
-
-TEST_F(Commands, PaintEveryWindowAlsoWithoutASkin)
-{
-    main.mnuTrayAbout.user_choose();
-    document().Command4.user_press();
-    EXPECT_EQ(skin.loaded, "/app/winaqua2.skn");
-    EXPECT_EQ(skin.skinned,
-        (std::vector<std::string>{ "frmDocument", "frmMain", "AboutBox", "frmDockDemo" }));
-    RunningProgram other;
-    other.skin.is_missing = true;
-    other.start();
-    EXPECT_TRUE(other.main.Visible);
 }
 
 } // namespace

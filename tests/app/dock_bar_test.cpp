@@ -66,56 +66,6 @@ struct DockBar : StartedProgramTest {
     DockControls* bar = nullptr;
 };
 
-TEST_F(DockBar, TakesThePlaceOfTheMainWindowAndGivesItBack)
-{
-    EXPECT_TRUE(bar->Visible && !main.Visible);
-    EXPECT_EQ(bar->Top, 10.0);
-    EXPECT_EQ(bar->Caption, "Tessavox");
-    EXPECT_EQ(bar->hscrollSnapDistance.Value, 10);
-    EXPECT_EQ(bar->lblSnapDistance.Caption, "10");
-    EXPECT_TRUE(windows.stacking == Stacking::topmost);
-    bar->placed(6000, 3000, 7335, 675);
-    bar->Command4.user_press();
-    EXPECT_TRUE(!bar->Visible && main.Visible);
-    document().Command4.user_press();
-    EXPECT_EQ(bar->Top, 3000.0); // where it was left
-    bar->user_closed();
-    EXPECT_TRUE(main.Visible);
-    document().Command4.user_press();
-    EXPECT_EQ(bar->Top, 10.0); // loaded anew
-    bar->user_changed_state(WindowState::minimised);
-    EXPECT_TRUE(!bar->Visible && !main.Visible);
-    main.Show();
-    document().Command4.user_press();
-    EXPECT_TRUE(bar->Visible);
-    EXPECT_TRUE(bar->window_state == WindowState::normal);
-    main.mnuTrayExit.user_choose();
-    EXPECT_TRUE(has_quit && windows.open_forms.empty());
-}
-
-TEST_F(DockBar, HasTheActiveDocumentDoWhatItsButtonsSay)
-{
-    bar->ReadClipbdBtn.user_press();
-    EXPECT_NE(asked().find("Speak \"copied\""), std::string::npos);
-    voice().start_stream();
-    EXPECT_TRUE(bar->StopBtn.Enabled && bar->PauseBtn.Enabled);
-    EXPECT_FALSE(bar->ReadClipbdBtn.Enabled || bar->SpeaktofileBtn.Enabled || bar->Play.Enabled);
-    bar->PauseBtn.user_press();
-    EXPECT_EQ(bar->PauseBtn.Caption, "Resume");
-    bar->PauseBtn.user_press();
-    EXPECT_EQ(bar->PauseBtn.Caption, "Pause");
-    bar->StopBtn.user_press();
-    EXPECT_EQ(state(), "idle");
-    for (CommandButton* button : { &bar->SpeaktofileBtn, &bar->Play }) {
-        dialogs.answers = { std::nullopt };
-        button->user_press();
-        EXPECT_TRUE(dialogs.answers.empty());
-    }
-    document().Unload();
-    bar->ReadClipbdBtn.user_press(); // nothing, and no word
-    EXPECT_TRUE(boxes.shown.empty());
-}
-
 TEST_F(DockBar, IsDraggedByTheLeftButtonAlone)
 {
     bar->user_pressed_mouse(1, 100, 100);

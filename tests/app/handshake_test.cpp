@@ -92,48 +92,6 @@ TEST_F(Handshakes, LooksRestUntilANoticeComesAlsoIfItComesDuringALook)
     EXPECT_FALSE(main.Timer1.Resting);
 }
 
-TEST_F(Handshakes, WhatLayOnTheClipboardBeforeTheStartIsReadByACommandOrWhenItIsCopiedAgain)
-{
-    clipboard.text = u"before";
-    clipboard.fetched = false;
-    start();
-    document().Check1.Value = 1;
-    EXPECT_EQ(spoken_at_a_look(), "");
-    EXPECT_EQ(clipboard.text, u"before");
-    clipboard.copy_again();
-    EXPECT_EQ(spoken_at_a_look(), "before");
-
-    RunningProgram commanded;
-    commanded.clipboard.text = u"before";
-    commanded.start();
-    commanded.file("web.txt") = file_of_lines({ "1", "0", "0", "0" });
-    commanded.main.Timer1.tick();
-    EXPECT_EQ(commanded.voice().last_text, "before");
-}
-
-TEST_F(Handshakes, OnlyTheBoxOfTheActiveDocumentCounts)
-{
-    start();
-    document().Check1.Value = 1;
-    main.mnuFileNew.run();
-    document().Check1.Value = 0;
-    clipboard.text = u"abc";
-    main.Timer1.tick();
-    EXPECT_EQ(clipboard.text, u"abc");
-}
-
-TEST_F(Handshakes, WithoutADocumentNewTextIsMarkedAllTheSame)
-{
-    start();
-    document().Unload();
-    clipboard.text = u"abc";
-    main.Timer1.tick();
-    EXPECT_EQ(clipboard.text, u"abc ");
-    web() = file_of_lines({ "0", "0", "1", "0" });
-    EXPECT_THROW(main.Timer2.tick(), Failure);
-    EXPECT_EQ(web(), zeros); // taken before it was tried
-}
-
 TEST_F(Handshakes, CommandsAreTakenInTheirOrderAndDoWhatTheStateAllows)
 {
     struct Case {
@@ -168,27 +126,6 @@ TEST_F(Handshakes, CommandsAreTakenInTheirOrderAndDoWhatTheStateAllows)
         EXPECT_EQ(session().m_bPaused(), row.paused_after);
         const bool taken = before.find("1\r", 5) != std::string::npos;
         EXPECT_EQ(web(), taken ? zeros : before);
-    }
-}
-
-TEST_F(Handshakes, VoiceAndSpeedAreTakenAnewFromTheSettingsVoiceFirst)
-{
-    struct Case {
-        std::initializer_list<const char*> flags;
-        const char* call;
-    };
-    const Case cases[] = {
-        { { "1", "1", "0", "0" }, "Voice Bob" }, // and the speed is lost
-        { { "0", "1", "0", "0" }, "Rate 7" },
-    };
-    start();
-    for (const Case& row : cases) {
-        file("setting1.txt") = file_of_lines({ "48kHz 16Bit Stereo", " 1", " 7", " 1", "" });
-        control() = file_of_lines(row.flags);
-        voice().take_calls();
-        main.Timer2.tick();
-        EXPECT_EQ(voice().take_calls().back(), row.call);
-        EXPECT_EQ(control(), zeros);
     }
 }
 

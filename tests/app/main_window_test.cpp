@@ -88,25 +88,6 @@ TEST_F(MainWindow, CarriesOutTheFileCommands)
     }
 }
 
-TEST_F(MainWindow, DoesNothingWithoutADocumentButSaveMakesOne)
-{
-    document().Unload();
-    enable_all(main, true);
-    for (Control* control : main.controls()) {
-        auto* const item = dynamic_cast<MenuItem*>(control);
-        if (item && (item->container() == &main.mnuCtl || item == &main.mnuFileClose))
-            item->user_choose();
-    }
-    EXPECT_EQ(windows.open_forms.size(), 1u);
-
-    main.file_commands.dlgCommonDialog.FileName.clear();
-    dialogs.answers = { std::nullopt };
-    main.mnuFileSave.run();
-    EXPECT_EQ(document().Caption, "Document 1");
-    EXPECT_EQ(process.tables.openDocumentCount, 0); // it isn't counted, so its menus stay off
-    EXPECT_FALSE(main.mnuFileSave.Enabled);
-}
-
 TEST_F(MainWindow, StartsWithItsBarsAndHidesWhenMinimisedOnlyIfTheTrayLeadsBack)
 {
     EXPECT_EQ(main.Height, 8000.0);

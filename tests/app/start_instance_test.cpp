@@ -61,35 +61,6 @@ TEST_F(Start, DecidesByTheFlagFileAndTheCommandLine)
     }
 }
 
-TEST_F(Start, CountsAFlagFileThatSaysNothingAsNoCopy)
-{
-    const char* const contents[] = { "", "1", "\"\r\nx\r\n\"\r\n", "\"\r\n\r\n\"\r\n", nullptr };
-    for (const char* bytes : contents) {
-        StartedProcess process;
-        if (bytes)
-            process.file("opened.txt") = bytes;
-        else
-            process.files.files.erase("/home/conf//opened.txt");
-        process.files.refused.insert("/home/conf//opened.txt");
-        process.program.Main();
-        EXPECT_EQ(process.window(), "shown");
-    }
-}
-
-TEST_F(Start, WithoutATrayIconAHiddenStartStaysInReach)
-{
-    tray.exists = false;
-    platform.command_line = "300";
-    file("opened.txt") = file_of_lines({ "0" });
-    program.Main();
-    EXPECT_TRUE(main().Visible);
-    EXPECT_TRUE(main().window_state == WindowState::minimised);
-    tray.appears(true); // late
-    EXPECT_FALSE(main().Visible);
-    tray.appears(false);
-    EXPECT_TRUE(main().Visible);
-}
-
 TEST_F(Start, OpensTheStartDocumentUnchangedAlsoWhereNobodySeesIt)
 {
     files.files["/app/first.txt"] = "a\r\nb";
@@ -99,21 +70,6 @@ TEST_F(Start, OpensTheStartDocumentUnchangedAlsoWhereNobodySeesIt)
     EXPECT_EQ(document.Tag, "1");
     EXPECT_EQ(to_utf8(document.rtfText->Text().view()), "a\nb");
     EXPECT_TRUE(main().Unload()); // and asks nothing
-}
-
-TEST_F(Start, WithoutItsDocumentShowsAnEmptyOne)
-{
-    files.files.erase("/app/first.txt");
-    start("", false);
-    frmDocument& document = main().ActiveForm();
-    EXPECT_EQ(document.Caption, "/app/first.txt");
-    EXPECT_TRUE(document.rtfText->Text().empty());
-    EXPECT_EQ(main().file_commands.dlgCommonDialog.FileName, "/app/first.txt");
-    // Its first change is the user's and counts.
-    static_cast<FakePane&>(document.rtfText.pane()).user_types(u"x");
-    boxes.answers = { MessageAnswer::no };
-    EXPECT_TRUE(document.user_closed());
-    EXPECT_EQ(boxes.shown.size(), 1u);
 }
 
 TEST_F(Start, ASecondCopyRunsBesideTheFirstIfTheUserWantsItAndElseEnds)

@@ -33,15 +33,6 @@ TYPED_TEST_P(BlockingWorkContract, ReturnsWhenTheWorkIsDoneOrTheUserHasEnough)
     }
 }
 
-TYPED_TEST_P(BlockingWorkContract, WorkThatIsDoneAlreadyIsNotWaitedFor)
-{
-    int looks = 0;
-    EXPECT_TRUE(this->bed.work().wait(
-        "Busy", [] { return true; }, [&] { return ++looks; }));
-    EXPECT_EQ(looks, 0);
-}
-
-REGISTER_TYPED_TEST_SUITE_P(BlockingWorkContract, ReturnsWhenTheWorkIsDoneOrTheUserHasEnough,
-    WorkThatIsDoneAlreadyIsNotWaitedFor);
+REGISTER_TYPED_TEST_SUITE_P(BlockingWorkContract, ReturnsWhenTheWorkIsDoneOrTheUserHasEnough);
 
 } // namespace tessavox

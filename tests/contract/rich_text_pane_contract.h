@@ -90,29 +90,6 @@ TYPED_TEST_P(RichTextPaneContract, AnEditIsOneChangeThatTheEventsFindDone)
     }
 }
 
-TYPED_TEST_P(RichTextPaneContract, TheFormatChosenInAnEmptyPaneIsThatOfItsFirstText)
-{
-    this->pane.set_SelFontSize(17);
-    this->pane.set_Text(u"first");
-    this->bed.user_selects(0, 5);
-    EXPECT_EQ(this->pane.SelFontSize(), 17);
-    this->pane.set_Text(u"second");
-    EXPECT_NE(this->pane.SelFontSize(), 17);
-}
-
-TYPED_TEST_P(RichTextPaneContract, TheTextIsCopiedOnceBetweenTwoChanges)
-{
-    this->pane.set_Text(u"words to share");
-    const TextSlice before = this->pane.Text();
-    this->pane.set_SelStart(6);
-    this->pane.set_SelLength(2);
-    EXPECT_EQ(this->pane.Text().view().data(), before.view().data());
-    EXPECT_EQ(this->pane.SelText().view().data(), before.view().data() + 6);
-    this->bed.user_types(u"for");
-    EXPECT_EQ(this->pane.Text().view(), u"words for share");
-    EXPECT_EQ(before.view(), u"words to share"); // whoever still reads it keeps what there was
-}
-
 TYPED_TEST_P(RichTextPaneContract, OffsetsCountAlikeInTextAndSelectionAtEveryPlace)
 {
     const std::u16string text = u"a\n\nb\U0001F600c\n\u00e4\u0323 d\n";
@@ -161,37 +138,6 @@ TYPED_TEST_P(RichTextPaneContract, ASelectionThatDiffersIsReportedOnceWhoeverMak
     EXPECT_EQ(this->selection_changes, 3);
     EXPECT_EQ(this->pane.SelText().view(), u"one");
     EXPECT_EQ(this->changes, 0);
-}
-
-TYPED_TEST_P(RichTextPaneContract, ShortLinesAreCountedFromZero)
-{
-    this->pane.set_Text(u"a\nb\n\nc");
-    const int lines[] = { 0, 0, 1, 1, 2, 3, 3 };
-    for (std::int32_t offset = 0; offset < 7; ++offset)
-        EXPECT_EQ(this->pane.GetLineFromChar(offset), lines[offset]) << offset;
-    this->pane.set_SelStart(2);
-    this->bed.user_types(u"x\ny"); // the lines after it move on
-    EXPECT_EQ(this->pane.GetLineFromChar(8), 4);
-}
-
-TYPED_TEST_P(RichTextPaneContract, FormatsLeaveTheTextAloneAndImpossibleOnesAreRefused)
-{
-    this->pane.set_Text(u"words");
-    this->forget_events();
-    this->pane.set_FontName("DejaVu Sans");
-    this->pane.set_FontSize(14);
-    this->pane.set_FontBold(true);
-    this->pane.set_SelFontSize(12);
-    this->pane.set_HideSelection(false);
-    this->pane.set_RightMargin(3000);
-    this->pane.set_RightMargin(0);
-    EXPECT_EQ(this->changes, 0);
-    EXPECT_EQ(this->selection_changes, 0);
-    EXPECT_EQ(this->pane.Text().view(), u"words");
-    EXPECT_THROW(this->pane.set_FontName(""), Failure);
-    EXPECT_THROW(this->pane.set_FontSize(0), Failure);
-    EXPECT_THROW(this->pane.set_SelFontSize(-1), Failure);
-    EXPECT_THROW(this->pane.set_RightMargin(-15), Failure);
 }
 
 TYPED_TEST_P(RichTextPaneContract, TextPutInTheSelectionsPlaceIsFormattedAsThatWas)
@@ -348,11 +294,9 @@ TYPED_TEST_P(RichTextPaneContract, AFileIsWrittenAsItWasReadAndLeavesAllAsItWasI
 
 REGISTER_TYPED_TEST_SUITE_P(RichTextPaneContract,
     TextComesBackWithSingleLineEndsAndNothingUnholdable, AnEditIsOneChangeThatTheEventsFindDone,
-    TheFormatChosenInAnEmptyPaneIsThatOfItsFirstText, TheTextIsCopiedOnceBetweenTwoChanges,
     OffsetsCountAlikeInTextAndSelectionAtEveryPlace,
     ASelectionIsCutAtTheEndAndRefusedBeforeTheStart,
-    ASelectionThatDiffersIsReportedOnceWhoeverMakesIt, ShortLinesAreCountedFromZero,
-    FormatsLeaveTheTextAloneAndImpossibleOnesAreRefused,
+    ASelectionThatDiffersIsReportedOnceWhoeverMakesIt,
     TextPutInTheSelectionsPlaceIsFormattedAsThatWas,
     EveryFormatIsReadAsSetAndAsNothingWhereItIsMixed, ASearchSelectsWhatItFindsAndElseNothing,
     AStepOfManyChangesIsToldOnceAndSearchedAsItStands,

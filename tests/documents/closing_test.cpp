@@ -122,26 +122,6 @@ TEST_F(Closing, ComingBackToADocumentForgetsItsChangeAndThatASaveWasAClosingOne)
     EXPECT_TRUE(first.user_closed());
 }
 
-TEST_F(Closing, ACancelledCloseLeavesAWindowWithoutAVoice)
-{
-    type(u"x");
-    boxes.answers = { cancel };
-    EXPECT_FALSE(document().user_closed());
-    const std::pair<std::function<void()>, const char*> commands[]
-        = { { [&] { document().speech.reading.SpeakBtn_Click(); }, "idle" },
-              { [&] { document().speech.reading.ReadClipbdBtn_Click(); }, "speaking" },
-              { [&] { document().speech.session.StopBtn_Click(); }, "speaking" },
-              { [&] { document().VoiceCB.user_choose(1); }, "speaking" },
-              { [&] { document().FormatCB.user_choose(3); }, "speaking" },
-              { [&] { document().speech.panel.ResetBtn_Click(); }, "idle" },
-              { [&] { document().speech.wave_file.Play_Click(); }, "idle" } };
-    for (const auto& [run, then] : commands) {
-        dialogs.answers = { "/a.wav" };
-        run();
-        EXPECT_EQ(state(), then);
-    }
-}
-
 TEST_F(Closing, SaveWritesTheTextOfTheActiveDocumentAlsoWhereTwoShareASlot)
 {
     frmDocument& start = document();
@@ -240,20 +220,6 @@ TEST_F(Closing, ATextThatCannotBeWrittenIsTold)
             EXPECT_EQ(other.process.tables.openDocumentCount, count - closing);
         }
     }
-}
-
-TEST_F(Closing, ACancelledDialogWithAnEarlierPathWritesThere)
-{
-    for (const char* path : { "/app/first.txt", "" }) {
-        open_another();
-        const std::string caption = document().Caption;
-        main.file_commands.dlgCommonDialog.FileName = path;
-        type(u"new");
-        dialogs.answers = { std::nullopt };
-        main.mnuFileSave.run();
-        EXPECT_EQ(document().Caption, *path ? path : caption);
-    }
-    EXPECT_EQ(files.files["/app/first.txt"], "new");
 }
 
 } // namespace

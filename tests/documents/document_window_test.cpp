@@ -5,36 +5,6 @@ namespace {
 
 using Documents = ProgramTest;
 
-TEST_F(Documents, OpenWithTheSettingsOfTheFilesAndWriteThemBack)
-{
-    file("setting1.txt") = file_of_lines({ "8kHz 8Bit Mono", " 1", "-4", " 0", "a.example" });
-    file("setting2.txt") = file_of_lines({ "Serif", " 10.5", "True" });
-    file("setting3.txt")
-        = file_of_lines({ "1", "", "3", "4", "5", "6", "7", "8", "9", "10", "11" });
-    const std::string before = file("setting1.txt");
-    start();
-    EXPECT_EQ(pane().font_name, "Serif");
-    EXPECT_EQ(pane().font_size, 10);
-    EXPECT_TRUE(pane().font_bold);
-    EXPECT_EQ(pane().SelFontSize(), 12);
-    EXPECT_FALSE(pane().hide_selection);
-    ASSERT_EQ(document().Combo1.ListCount(), 10);
-    EXPECT_EQ(document().Combo1.List(1), "3");
-    EXPECT_EQ(windows.focused, &document().rtfText);
-    const States shown = states_of(document());
-    EXPECT_EQ(shown,
-        with(shown,
-            "Command1:Visible Command2:Visible SkipBtn:Visible SkipTxtBox:Visible UpDown1:Visible "
-            "SkinLabel2:Visible AudioOutputCB:Visible Frame1:Visible ResumeBtn:Visible "
-            "CoolBar1:Visible",
-            "off"));
-
-    document().Unload();
-    EXPECT_EQ(file("setting1.txt"), before);
-    EXPECT_EQ(file("setting3.txt"),
-        file_of_lines({ "1", "3", "4", "5", "6", "7", "8", "9", "10", "11" }));
-}
-
 TEST_F(Documents, HostileSettingsAreSteppedOverOneByOne)
 {
     std::string history = "\"\r\n";
@@ -79,43 +49,6 @@ TEST_F(Documents, HostileSettingsAreSteppedOverOneByOne)
         EXPECT_EQ(then.str(), row.then);
         EXPECT_TRUE(other.boxes.shown.empty());
         EXPECT_TRUE(other.main.Unload());
-    }
-}
-
-TEST_F(Documents, AMissingFileLeavesTheLinesOfTheOneBefore)
-{
-    files.files.erase("/home/conf//setting3.txt");
-    start();
-    ASSERT_EQ(boxes.shown.size(), 1u);
-    EXPECT_EQ(boxes.shown[0].text, texts.with_value(2308, "/home/conf//setting3.txt"));
-    const std::string before = file("setting1.txt");
-    document().Unload();
-    EXPECT_EQ(file("setting3.txt"), before);
-
-    RunningProgram none;
-    for (const char* name : { "1", "2", "3" })
-        none.files.files.erase("/home/conf//setting" + std::string(name) + ".txt");
-    none.start();
-    EXPECT_EQ(none.boxes.take_shown().size(), 3u);
-    EXPECT_EQ(none.document().VoiceCB.ListIndex, -1);
-    EXPECT_EQ(none.document().Check1.Value, 1);
-}
-
-TEST_F(Documents, AnAddressIsKeptOnlyWithAPointAndTheWindowClosedLastDecides)
-{
-    const std::pair<const char*, const char*> cases[] = { { "Http://", "http://a.example/" },
-        { "localhost", "http://a.example/" }, { "b.example", "b.example" } };
-    for (const auto& [typed, stored] : cases) {
-        StartedProgram other;
-        other.document().Combo1.user_edit(typed);
-        other.document().cpvSlider1.Value = 3;
-        const std::shared_ptr<Form> first = other.document().shared_from_this();
-        other.open_another().cpvSlider1.Value = -7;
-        other.document().Unload();
-        first->Unload();
-        EXPECT_EQ(other.file("setting1.txt"),
-            file_of_lines({ "48kHz 16Bit Stereo", " 0", " 3", " 1", stored }))
-            << typed;
     }
 }
 

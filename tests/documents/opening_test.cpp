@@ -96,27 +96,6 @@ TEST_F(Opening, ACancelledDialogEndsIt)
     EXPECT_EQ(boxes.shown.at(0).text, texts.LoadResString(2362));
 }
 
-TEST_F(Opening, WithoutADocumentMakesOneThatIsntCountedBesideTheLoadedOne)
-{
-    document().Unload();
-    open("/d/a.txt");
-    EXPECT_EQ(windows.open_forms.size(), 3u);
-    EXPECT_EQ(tables.openDocumentCount, 1);
-    EXPECT_EQ(document().Tag, "2");
-}
-
-TEST_F(Opening, WithAllSlotsTakenLoadsIntoTheActiveDocument)
-{
-    while (windows.open_forms.size() < 1 + document_slots)
-        open_another();
-    type(u"unsaved");
-    main.mnuFileNew.run();
-    open("/d/b.RTF");
-    EXPECT_EQ(windows.open_forms.size(), 1u + document_slots);
-    EXPECT_EQ(text(), "b bold");
-    EXPECT_EQ(recovery.kept["Document 30"], u"unsaved");
-}
-
 TEST_F(Opening, PagesGoToThePaneForThem)
 {
     open("/d/e.Pdf");

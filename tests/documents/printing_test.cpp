@@ -25,28 +25,5 @@ TEST_F(Printing, GoesPageAfterPageToTheEndWhateverIsSelected)
     EXPECT_EQ(pane().print_area.bottom, 16838 - 720 - 180);
 }
 
-TEST_F(Printing, EndsWithoutAWordWhereThePrinterDoes)
-{
-    pane().set_Text(u"three pages of it");
-    printer.pages_until_failure = 1;
-    main.mnuFilePrint.run();
-    EXPECT_EQ(printer.printed, "first.txt[three| page");
-    printer.is_there = false;
-    main.mnuFilePrint.run();
-    EXPECT_EQ(pane().formats_released, 0);
-    EXPECT_TRUE(boxes.shown.empty());
-}
-
-TEST_F(Printing, NeedsADocument)
-{
-    document().Unload();
-    main.mnuFilePrint.run();
-    const auto shown = boxes.take_shown();
-    ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0].text, "No open documents !");
-    EXPECT_EQ(shown[0].title, application_title);
-    EXPECT_EQ(printer.printed, "");
-}
-
 } // namespace
 } // namespace tessavox::tests

@@ -124,20 +124,6 @@ TEST_F(Finding, CanBeEndedWhereReplacingNeverEnds)
     EXPECT_EQ(blocking_work.shown, "The text is being replaced. Escape ends it.");
 }
 
-TEST_F(Finding, WithoutADocumentGoesOnWithoutAWord)
-{
-    process.tables.documentChanged[1] = false;
-    document().Unload();
-    look_for("a", "b");
-    for (const char* caption : { "&Find Next", "&Find Next" }) {
-        find->cmdFind.user_press();
-        EXPECT_EQ(find->cmdFind.Caption, caption);
-    }
-    find->cmdReplaceAll.user_press();
-    EXPECT_EQ(find->cmdFind.Caption, "&Find");
-    EXPECT_TRUE(boxes.shown.empty());
-}
-
 // Speech tags -------------------------------------------------------------------------------------
 
 TEST_F(TextCommands, PutSpeechTagsAfterTheSelection)
@@ -225,25 +211,6 @@ TEST_F(TextCommands, ChangeLettersByWayOfTheClipboard)
     }
 }
 
-TEST_F(TextCommands, CutCopyAndPaste)
-{
-    show(u"one two", 0, 3);
-    main.mnuEditCopy.run();
-    EXPECT_EQ(clipboard.text, u"one");
-    main.mnuEditCut.run();
-    EXPECT_EQ(text(), " two");
-    main.mnuPopPaste.run();
-    EXPECT_EQ(text(), "one two");
-    clipboard.text = u"{\\rtf1 {\\b bold}}";
-    pane().user_selects(0, 7);
-    main.mnuEditPaste.run();
-    EXPECT_EQ(text(), "bold");
-    pane().user_selects(0, 1);
-    clipboard.text.clear();
-    main.mnuEditPaste.run(); // nothing takes the selection's place
-    EXPECT_EQ(text(), "old");
-}
-
 TEST_F(TextCommands, FormatParagraphsAndScripts)
 {
     show(u"a\nb");
@@ -294,29 +261,6 @@ TEST_F(TextCommands, ChooseAFontAndRememberItAlsoWhenCancelled)
     EXPECT_TRUE(*pane().SelItalic() && *pane().SelUnderline() && *pane().SelStrikeThru());
     EXPECT_EQ(pane().SelColor(), RGB(9, 8, 7));
     EXPECT_EQ(file("setting2.txt"), file_of_lines({ "Sans", " 14", "True" }));
-}
-
-TEST_F(TextCommands, CopyFormatsByTwoClicksOnceArmed)
-{
-    open_another();
-    show(u"ab", 0, 1);
-    pane().set_SelBold(true);
-    pane().set_SelColor(RGB(1, 2, 3));
-    pane().MouseUp(1, 0);
-    EXPECT_EQ(process.format_copy.FormatCopyState, 0);
-    EXPECT_EQ(pane().SelLength(), 1);
-    process.format_copy.FormatCopyState = 1;
-    pane().MouseUp(1, 0);
-    EXPECT_EQ(pane().SelLength(), 0);
-    EXPECT_EQ(pane().mouse_pointer, 99);
-    pane().user_selects(1, 1);
-    pane().MouseUp(1, 0);
-    EXPECT_EQ(pane().SelBold(), true);
-    EXPECT_EQ(pane().SelColor(), RGB(1, 2, 3));
-    EXPECT_EQ(pane().mouse_pointer, 0);
-    EXPECT_EQ(process.format_copy.FormatCopyState, 3);
-    pane().MouseUp(2, 0);
-    EXPECT_EQ(windows.popped_up, "mnuPopUp");
 }
 
 } // namespace

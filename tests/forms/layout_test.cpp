@@ -75,27 +75,5 @@ TEST_F(Layout, TheWebViewMovesTheColumnDownAndStaysThroughResizes)
     EXPECT_EQ(shown_panes(), "PicBox rtfText ");
 }
 
-TEST_F(Layout, ATinyWindowLeavesPanesAtTheirLastLegalSize)
-{
-    const frmDocument& of = document();
-    resize(20000, 10000);
-    main.client_resized(20000, 10000);
-    resize(2800, 400);
-    expect({ { &of.PicBox, "2900 500 14000 10000" }, { &of.TabStrip1, "2900 500 17100 9500" } });
-    // Only the second move of the strip fails, and the first has given it the whole width.
-    document().speech.place.view_status = 2;
-    resize(2000, 5000);
-    expect({ { &of.TabStrip1, "2900 1000 2000 4000" }, { &of.CoolBar1, "200 0 1680 420" } });
-    resize(0, 0);
-    expect({ { &of.TabStrip1, "2900 1000 2000 4000" }, { &of.CoolBar1, "200 0 1680 420" } });
-}
-
-TEST_F(Layout, TextWrapsByTheWidthOfTheMainWindow)
-{
-    main.client_resized(20000, 12000);
-    resize(9000, 9000);
-    EXPECT_DOUBLE_EQ(pane().right_margin, 0.7 * 20000 - 415);
-}
-
 } // namespace
 } // namespace tessavox

@@ -45,16 +45,6 @@ TEST(Settings, NumbersReadAsAPersonMeansThem)
         EXPECT_THROW(to_integer16(text), Failure) << text;
 }
 
-TEST(Settings, TruthReadsFromWordsAndNumbers)
-{
-    for (const char* text : { "True", "true", " TRUE ", "1", "-1", "0.5" })
-        EXPECT_TRUE(to_boolean(text)) << text;
-    for (const char* text : { "False", "false", "0", " 0" })
-        EXPECT_FALSE(to_boolean(text)) << text;
-    for (const char* text : { "", "yes", "Truth", "\"" })
-        EXPECT_THROW(to_boolean(text), Failure) << text;
-}
-
 /// The files of a first start have to be what the program itself would write.
 TEST(Settings, ShippedFilesHaveTheFormOfWrittenOnes)
 {

@@ -22,14 +22,6 @@ struct TextFile : testing::Test {
 
 using Lines = std::vector<std::string>;
 
-TEST_F(TextFile, QuotesAreWrittenAndNeverStripped)
-{
-    file.WriteToFile("\r\nsay \"a\"\r\n", "/f");
-    EXPECT_EQ(outside.files.files["/f"], "\"\r\nsay \"a\"\r\n\"\r\n");
-    file.ReadFromFile("/f");
-    EXPECT_EQ(lines(), (Lines{ "\"", "say \"a\"", "\"" }));
-}
-
 TEST_F(TextFile, LinesEndAtCarriageReturns)
 {
     struct Case {
@@ -103,13 +95,6 @@ TEST_F(TextFile, LinesAreCountedInSixteenBits)
     EXPECT_EQ(file.ReadFromFile("/f"), "");
     EXPECT_EQ(outside.boxes.shown.size(), 1u);
     EXPECT_EQ(file.TotalLine(), 1);
-}
-
-TEST_F(TextFile, ATextThatCannotBeWrittenIsLostWithoutAWord)
-{
-    outside.files.refused.insert("/f");
-    file.WriteToFile("a", "/f");
-    EXPECT_TRUE(outside.boxes.shown.empty());
 }
 
 } // namespace

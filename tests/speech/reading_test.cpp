@@ -90,31 +90,6 @@ TEST_F(Reading, GoesByItsOwnRuleOverAVoiceThatFails)
     }
 }
 
-TEST_F(Reading, IsRefusedWhileOneRuns)
-{
-    for (const bool paused : { false, true }) {
-        document().speech.session.UpdateSpeechControls(true, paused);
-        for (const int refused : { 0, 1, 3 })
-            commands[refused].run(document().speech);
-        document().speech.wave_file.menuFileSaveToWave_Click();
-        document().speech.wave_file.DockSaveToWave_Click();
-        EXPECT_EQ(asked(), "");
-        EXPECT_TRUE(dialogs.requests.empty());
-        EXPECT_EQ(state(), paused ? "speaking paused" : "speaking");
-    }
-}
-
-TEST_F(Reading, OfAGivenTextReplacesARunningOneButNotAPausedOne)
-{
-    document().speech.session.UpdateSpeechControls(true, false);
-    document().speech.reading.readtext(u"new");
-    EXPECT_EQ(asked(), "Voice Anna; Rate 0; Speak \"new\" 11");
-    document().speech.session.UpdateSpeechControls(true, true);
-    document().speech.reading.readtext(u"dropped");
-    EXPECT_EQ(asked(), "Voice Anna; Rate 0; Resume");
-    EXPECT_EQ(state(), "speaking");
-}
-
 TEST_F(Reading, TakesTheSelectionOrElseTheRestOrElseTheWhole)
 {
     struct Case {
@@ -157,28 +132,6 @@ TEST_F(Reading, OfAnEmptyDocumentIsRefusedAndTouchesNothing)
     EXPECT_EQ(asked(), "Voice Anna; Rate 0; Volume 100");
     EXPECT_EQ(document().chkSpFlagIsFilename.Value, 1);
     EXPECT_EQ(state(), "idle paused");
-}
-
-TEST_F(Reading, FlagsFollowTheirBoxes)
-{
-    using D = DocumentControls;
-    struct Case {
-        CheckBox D::*box;
-        int value;
-        int flags;
-    };
-    const Case cases[] = { { &D::chkSpFlagAync, 0, 10 }, { &D::chkSpFlagPurgeBeforeSpeak, 0, 8 },
-        { &D::chkSpFlagIsXML, 0, 16 }, { &D::chkSpFlagPersistXML, 1, 48 },
-        { &D::chkSpFlagNLPSpeakPunc, 1, 112 }, { &D::chkSpFlagAync, 1, 113 },
-        { &D::chkSpFlagIsXML, 1, 105 }, { &D::chkSpFlagIsXML, 0, 113 },
-        { &D::chkSpFlagIsFilename, 1, 117 } };
-    for (const Case& row : cases) {
-        (document().*row.box).Value = row.value;
-        EXPECT_EQ(document().speech.flags.m_lSpeakFlags(), row.flags);
-    }
-    document().ResetBtn.user_press();
-    EXPECT_EQ(document().chkSpFlagIsXML.Value, 0); // it isn't reset, though its bit is
-    EXPECT_EQ(document().speech.flags.m_lSpeakFlags(), 11);
 }
 
 } // namespace

@@ -127,17 +127,5 @@ TEST_F(Session, EachTriggerLeadsToItsStateAndAsksTheVoice)
     }
 }
 
-TEST_F(Session, SkipTakesItsCountFromTheBox)
-{
-    const std::pair<const char*, std::vector<std::string>> cases[]
-        = { { " -3", { "Skip Sentence -3" } }, { "1.6", { "Skip Sentence 2" } }, { "40000", {} },
-              { "two", {} }, { "", {} } };
-    for (const auto& [text, calls] : cases) {
-        document.SkipTxtBox.Text = text;
-        session.SkipBtn_Click();
-        EXPECT_EQ(voice().take_calls(), calls) << text;
-    }
-}
-
 } // namespace
 } // namespace tessavox

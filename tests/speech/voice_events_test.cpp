@@ -83,24 +83,6 @@ TEST_F(Words, AVoiceInTheTextMovesTheVoiceBox)
     EXPECT_EQ(document().VoiceCB.ListIndex, 0);
 }
 
-TEST_F(Words, InTheBackgroundMoveTheirOwnDocument)
-{
-    frmDocument& behind = document();
-    open_another();
-    pane().set_Text(u"front");
-    document().SpeakBtn.Enabled = true; // the reading of the other document has disabled Read
-    document().SpeakBtn.user_press();
-    voice().word(4, 3);
-    EXPECT_EQ(to_utf8(behind.rtfText->SelText().view()), "two");
-    EXPECT_EQ(selected(), "front");
-
-    // The shared menus go idle with whichever document ends; its neighbour speaks on.
-    voice().end_stream();
-    EXPECT_TRUE(main.mnuCtlSpeak.Enabled);
-    EXPECT_EQ(state(), "speaking");
-    EXPECT_EQ(state_of(behind.speech.session), "idle");
-}
-
 TEST_F(Words, ThatNobodyHearsAreToldInTheStatusBar)
 {
     voice().events().Voice_AudioOutput(false);

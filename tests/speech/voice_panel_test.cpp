@@ -40,20 +40,6 @@ TEST_F(Panel, TheLoadAsksTheVoiceInThisOrder)
     EXPECT_FALSE(document().StopBtn.Enabled || main.mnuCtlStop.Enabled);
 }
 
-TEST_F(Panel, BarsReachTheVoiceByDraggingOnly)
-{
-    start();
-    document().cpvSlider1.user_step(-10);
-    document().cpvSlider1.Value = 5;
-    document().cpvSlider2.user_step(70);
-    EXPECT_EQ(asked(), "");
-    EXPECT_EQ(panel(3), "Speaking Speed: 0");
-    document().cpvSlider1.user_drag(-10);
-    document().cpvSlider2.user_drag(40);
-    EXPECT_EQ(asked(), "Rate -10; Volume 40");
-    EXPECT_EQ(panel(3), "Speaking Speed: -10");
-}
-
 TEST_F(Panel, AFailureOfTheVoiceSkipsOneStepOrAllThatFollow)
 {
     start();
@@ -122,15 +108,6 @@ TEST_F(Panel, ResetRestoresTheDefaultsInThisOrder)
     }
 }
 
-TEST_F(Panel, AutomaticReadingTakesTheTrayEntryAway)
-{
-    start();
-    for (const bool offered : { true, false }) {
-        document().Check1.user_toggle();
-        EXPECT_EQ(main.mnuTrayReadClipboard.Enabled, offered);
-    }
-}
-
 TEST_F(Panel, ACompanionProgramCanChangeVoiceAndSpeed)
 {
     struct Case {
@@ -157,31 +134,6 @@ TEST_F(Panel, ACompanionProgramCanChangeVoiceAndSpeed)
         EXPECT_EQ(other.panel(2) + ", " + other.panel(3), row.panels);
         EXPECT_EQ(other.file("control.txt"), file_of_lines({ "0", "0", "0", "0" }));
     }
-}
-
-TEST_F(Panel, WithoutAVoiceTheWindowLoadsToItsEnd)
-{
-    file("setting1.txt") = file_of_lines({ "", " 1", "-3", " 0", "" });
-    speech.refuses_voices = true;
-    start();
-    EXPECT_EQ(panel(3), "Speaking Speed: -3");
-    EXPECT_EQ(pane().font_name, "Comic Sans MS");
-    document().SpeakBtn.user_press();
-    EXPECT_EQ(state(), "idle");
-    EXPECT_TRUE(main.Unload());
-}
-
-TEST_F(Panel, WithoutVoicesAndOutputsItStillLoads)
-{
-    speech.voices.clear();
-    speech.outputs.clear();
-    start();
-    EXPECT_EQ(document().VoiceCB.ListIndex, -1);
-    EXPECT_EQ(document().AudioOutputCB.Text, "No audio ouput object available");
-    EXPECT_FALSE(document().AudioOutputCB.Enabled);
-    EXPECT_EQ(panel(2), "Speaker:  ");
-    document().ResetBtn.user_press();
-    EXPECT_EQ(document().FormatCB.Text, "48kHz 16Bit Stereo");
 }
 
 } // namespace

@@ -92,47 +92,5 @@ TEST_F(Waves, ThatFailAreSilentTouchNoControlAndLeaveTheVoiceInItsFile)
     EXPECT_TRUE(boxes.shown.empty());
 }
 
-TEST_F(Waves, TheUserCanEndASaveAndKeepsWhatIsWritten)
-{
-    dialogs.answers = { "/out.wav" };
-    voice().waits_until_done = 100;
-    voice().spoken_units = 3;
-    blocking_work.looks_until_escape = 1;
-    save();
-    EXPECT_EQ(asked(),
-        "Voice Anna; Rate 0; file.FormatType 16; file.Open /out.wav 3; AllowFormatChanges false; "
-        "AudioOutputStream file; Speak \"Hello world.\" 11; WaitUntilDone 0; WaitUntilDone 0; "
-        "Speak \"\" 2; WaitUntilDone -1; AudioOutput Speakers; AllowFormatChanges false; "
-        "device.FormatType 16; AudioOutputStream device; file.Close");
-    EXPECT_EQ(blocking_work.seen_share, 0.25);
-    EXPECT_EQ(blocking_work.shown, texts.LoadResString(2304));
-    EXPECT_EQ(screen.pointer, MousePointer::normal);
-    EXPECT_TRUE(boxes.shown.empty());
-}
-
-TEST_F(Waves, TheDialogOfAPlayBeginsWithTheNameOfBefore)
-{
-    // A save begins without a name, and even a cancelled one makes the dialog forget the last.
-    const struct {
-        const char* button;
-        const char* answer; // "": cancelled
-        const char* name; // that the dialog begins with
-        const char* title = "Speak a Wave File";
-    } rows[] = { { "Play", "/a.wav", "" }, { "Play", "", "/a.wav" },
-        { "SpeaktofileBtn", "", "", "Save to a Wave File" }, { "Play", "", "" },
-        { "ReadClipboardtoFile", "/b.wav", "", "Save to a Wave File" }, { "Play", "", "/b.wav" } };
-    for (const auto& row : rows) {
-        dialogs.answers = { *row.answer ? std::optional<std::string>(row.answer) : std::nullopt };
-        press(row.button);
-        EXPECT_EQ(state(), row.button == std::string("Play") && *row.answer ? "speaking" : "idle");
-        document().speech.session.UpdateSpeechControls(false, false);
-        const FileDialogRequest& request = dialogs.requests.back();
-        EXPECT_EQ(request.FileName, row.name);
-        EXPECT_EQ(request.DialogTitle, row.title);
-        EXPECT_EQ(request.Filter, "All Files (*.*)|*.*|Wave Files (*.wav)|*.wav");
-        EXPECT_EQ(request.FilterIndex, 2);
-    }
-}
-
 } // namespace
 } // namespace tessavox::tests

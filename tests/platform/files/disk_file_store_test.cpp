@@ -151,22 +151,6 @@ TEST_F(DiskFiles, EachReadSeesTheLastChangeHoweverSoonItCame)
     EXPECT_THROW(store.read(folder / "note"), Failure);
 }
 
-TEST_F(DiskFiles, AFleetingFileIsReplacedOnlyByOtherBytes)
-{
-    const auto identity = [&] {
-        struct stat status { };
-        ::stat((folder / "note").c_str(), &status);
-        return std::pair(status.st_ino, status.st_ctim.tv_nsec);
-    };
-    folder.write("note", "0");
-    const auto first = identity();
-    store.write(folder / "note", "0", Durability::fleeting);
-    EXPECT_EQ(identity(), first);
-    store.write(folder / "note", "1", Durability::fleeting);
-    EXPECT_NE(identity(), first);
-    EXPECT_EQ(folder.content("note"), "1");
-}
-
 TEST_F(DiskFiles, WhatCannotBeWrittenIsKnownBefore)
 {
     folder.write("file", "text");

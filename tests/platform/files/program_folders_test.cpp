@@ -25,20 +25,5 @@ TEST(Folders, TheDefaultsAreInstalledOnceAndNeverCompleted)
     EXPECT_FALSE(fs::exists(fs::path(conf) / "setting1.txt"));
 }
 
-TEST(Folders, ShippedDataIsTheSourceTreesOnlyForAProgramInItsBuildFolder)
-{
-    const TestFolder folder;
-    fs::create_directories(folder / "build");
-    fs::create_directories(folder / "source/share");
-    fs::create_directories(folder / "usr/bin");
-    const std::string share = folder / "source/share";
-    EXPECT_EQ(find_app_folder(folder / "build", folder / "build/", share), share);
-    EXPECT_EQ(find_app_folder(folder / "usr/bin", folder / "build", share),
-        folder / "usr/share/tessavox");
-    fs::remove_all(folder / "source");
-    EXPECT_EQ(
-        find_app_folder(folder / "build", folder / "build", share), folder / "share/tessavox");
-}
-
 } // namespace
 } // namespace tessavox

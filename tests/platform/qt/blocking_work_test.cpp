@@ -89,33 +89,6 @@ TEST_F(Blocking, WhatIsPostedAndTimersComeAfterwardsInTheirOrder)
     form->Unload();
 }
 
-TEST_F(Blocking, TicksGoOnWhileAHandlerAsksSomethingButNotThoseOfItsOwnTimer)
-{
-    const auto asking = std::make_shared<TickingForm>(desktop.forms);
-    const auto other = std::make_shared<TickingForm>(desktop.forms);
-    int ticks = 0;
-    int nested = 0;
-    bool has_asked = false;
-    other->timer.Resting = true;
-    other->timer.Tick = [&] { ++ticks; };
-    asking->timer.Tick = [&] {
-        if (std::exchange(has_asked, true)) {
-            ++nested;
-            return;
-        }
-        QDialog question;
-        question.setModal(true);
-        question.show();
-        EXPECT_TRUE(QTest::qWaitFor([&, before = ticks] { return ticks > before + 1; }, 20'000));
-        EXPECT_EQ(nested, 0);
-    };
-    asking->Show();
-    other->Show();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return nested > 0; }, 20'000));
-    asking->Unload();
-    other->Unload();
-}
-
 // Escape, the button of the window, and the system.
 TEST_F(Blocking, AWindowTellsTheShareAndTheWorkCanBeEnded)
 {

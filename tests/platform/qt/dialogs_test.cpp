@@ -198,28 +198,5 @@ TEST(OpenDialog, WhatAFileHoldsSaysWhetherItIsADocument)
     EXPECT_EQ(obstacle_to_document(files, folder / "none"), ReadObstacle::not_readable);
 }
 
-TEST(SaveDialog, AFileIsReplacedOnlyWhenTheUserSaysSo)
-{
-    QtDialogsBed bed;
-    FileDialogRequest request;
-    request.FileName = bed.path("old.wav");
-    request.overwrite_prompt = true;
-    bed.user_chooses("old.wav");
-    bed.user_presses(MessageAnswer::no);
-    bed.user_chooses("old.wav");
-    bed.user_presses(MessageAnswer::yes);
-    EXPECT_EQ(bed.dialogs().ShowSave(request), bed.path("old.wav"));
-}
-
-TEST(FileFilters, TakeEveryFileForAllFilesAndKeepTheirOrder)
-{
-    const QStringList expected{ "All Files (*)", "Wave Files (*.wav)",
-        "Text (plain) (*.txt *.rtf)" };
-    EXPECT_EQ(name_filters("All Files (*.*)|*.*|Wave Files (*.wav)|*.wav|"
-                           "Text (plain) (*.txt;*.rtf)|*.txt; *.rtf"),
-        expected);
-    EXPECT_TRUE(name_filters("").isEmpty());
-}
-
 } // namespace
 } // namespace tessavox

@@ -59,42 +59,6 @@ TEST_F(Windows, AChildFillsTheAreaAndIsToldItsClientSize)
     }
 }
 
-TEST_F(Windows, TheMainWindowsTitleTellsTheMaximisedDocumentAlsoOneOpenedBeforeIt)
-{
-    const auto main = std::make_shared<DemoMain>(desktop.forms);
-    desktop.main->Unload();
-    desktop.settle();
-    main->Load();
-    const auto child = std::make_shared<DemoChild>(desktop.forms);
-    child->Load();
-    child->Caption = "later [*]";
-    main->Show();
-    desktop.settle();
-    const auto title = [&] { return desktop.find<QMainWindow>("DemoMain").windowTitle(); };
-    EXPECT_EQ(window("DemoChild").windowTitle(), "later [*][*]"); // as the toolkit wants it
-    EXPECT_EQ(title(), "Demo - [later [*][*]]");
-    child->Caption = "last";
-    EXPECT_EQ(title(), "Demo - [last]");
-    window("DemoChild").showNormal();
-    EXPECT_EQ(title(), "Demo");
-    main->Unload();
-}
-
-TEST_F(Windows, AWindowTooSmallForTheControlsScrolls)
-{
-    const auto child = desktop.open();
-    window("DemoChild").showNormal();
-    window("DemoChild").resize(150, 120);
-    desktop.settle();
-    const auto& scroll = dynamic_cast<QScrollArea&>(*window("DemoChild").widget());
-    const QSize seen = scroll.viewport()->size();
-    EXPECT_EQ(child->ScaleWidth(), to_twips(seen.width()));
-    EXPECT_EQ(child->ScaleHeight(), to_twips(seen.height()));
-    EXPECT_GE(to_twips(scroll.widget()->width()), child->button.Width());
-    EXPECT_GE(to_twips(scroll.widget()->height()) + twips_per_pixel,
-        child->stop.Top() + child->stop.Height());
-}
-
 TEST_F(Windows, ADocumentAndTheMainWindowMayRefuseToClose)
 {
     const auto first = desktop.open("first");
@@ -211,25 +175,6 @@ TEST_F(Windows, DocumentsAreArrangedWithinTheAreaAndMinimisedOnesLinedUpBelow)
     EXPECT_EQ(window("first").geometry().bottomLeft(), room.bottomLeft());
     EXPECT_EQ(window("third").pos(), window("first").geometry().topRight() + QPoint(1, 0));
     EXPECT_EQ(area().viewport()->rect(), room);
-}
-
-TEST_F(Windows, ADialogHasItsDesignSizeAndEscapeClosesIt)
-{
-    struct Dialog : Form {
-        explicit Dialog(Forms& forms)
-            : Form(forms, "Dialog", FormKind::dialog, 4500, 1500)
-        {
-        }
-        CommandButton ok{ *this, "ok" };
-    };
-    const auto dialog = std::make_shared<Dialog>(desktop.forms);
-    dialog->Show();
-    desktop.settle();
-    auto& widget = desktop.find<QWidget>("Dialog");
-    EXPECT_EQ(widget.size(), QSize(300, 100));
-    QTest::keyClick(&widget, Qt::Key_Escape);
-    desktop.settle();
-    EXPECT_FALSE(dialog->is_loaded());
 }
 
 } // namespace

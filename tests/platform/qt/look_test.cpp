@@ -163,29 +163,5 @@ TEST_F(Skins, ThatAreBrokenLeaveThePlainLook)
         EXPECT_EQ(under(path), plain) << path.toStdString();
 }
 
-TEST(Icons, AreDrawnInTheColourOfTheTextBesideThem)
-{
-    use_icons_of(share.toStdString() + "/icons");
-    for (const QString& name : QDir(share + "/icons").entryList({ "*.svg" }))
-        EXPECT_TRUE(QSvgRenderer(share + "/icons/" + name).isValid()) << name.toStdString();
-    // The middle of the sign for reading.
-    const auto ink = [](const QIcon& icon, QIcon::Mode mode) {
-        return icon.pixmap(24, mode).toImage().pixelColor(12, 12);
-    };
-    const QPalette palette = QApplication::palette();
-    const QIcon menu = icon_of_command("mnuCtlSpeak", IconPlace::menu);
-    const QIcon tool = icon_of_command("mnuCtlSpeak", IconPlace::tool_bar);
-    EXPECT_EQ(ink(menu, QIcon::Normal), palette.color(QPalette::ButtonText));
-    EXPECT_EQ(ink(menu, QIcon::Active), palette.color(QPalette::HighlightedText));
-    EXPECT_EQ(ink(tool, QIcon::Active), palette.color(QPalette::ButtonText));
-    EXPECT_EQ(ink(tool, QIcon::Disabled), palette.color(QPalette::Disabled, QPalette::ButtonText));
-    QPalette own = palette;
-    own.setColor(QPalette::ButtonText, Qt::red);
-    EXPECT_EQ(ink(icon_of_big_button("SpeakBtn", own), QIcon::Normal), QColor(Qt::red));
-    EXPECT_TRUE(icon_of_command("mnuFormat", IconPlace::menu).isNull());
-    use_icons_of("/nowhere");
-    EXPECT_TRUE(icon_of_command("mnuFileNew", IconPlace::menu).isNull());
-}
-
 } // namespace
 } // namespace tessavox

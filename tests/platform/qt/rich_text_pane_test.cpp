@@ -222,23 +222,6 @@ TEST_F(ShownPane, PastedTextComesWithoutFormatsAndIsUndoneByItself)
     }
 }
 
-TEST(RichTextPane, RichTextKeepsItsFormatsInAPieceAndInAFile)
-{
-    QtPaneBed bed;
-    RichTextPane& pane = bed.pane();
-    pane.set_Text(u"one ");
-    pane.set_SelStart(4);
-    pane.set_SelRTF(u"{\\rtf1 two {\\b three}}");
-    pane.SaveFile(bed.path("kept.rtf"), TextKind::rich);
-    pane.set_Text(u"");
-    pane.LoadFile(bed.path("kept.rtf"), TextKind::rich);
-    bed.user_selects(4, 4);
-    EXPECT_EQ(pane.SelBold(), false);
-    bed.user_selects(8, 5);
-    EXPECT_EQ(pane.SelBold(), true);
-    EXPECT_EQ(pane.SelText().view(), u"three");
-}
-
 TEST_F(ShownPane, TheKeyboardGetsInAndOutButTabStaysInTheText)
 {
     const struct {
@@ -257,29 +240,6 @@ TEST_F(ShownPane, TheKeyboardGetsInAndOutButTabStaysInTheText)
         EXPECT_EQ(window.focusWidget(), row.lands);
     }
     EXPECT_EQ(pane.Text().view(), u"\t");
-}
-
-TEST_F(ShownPane, TheSelectionLooksTheSameWithoutTheFocusUnlessItIsToHide)
-{
-    const auto highlight = [&](QPalette::ColorGroup group) {
-        return editor.palette().color(group, QPalette::Highlight);
-    };
-    pane.set_HideSelection(false);
-    EXPECT_EQ(highlight(QPalette::Inactive), highlight(QPalette::Active));
-    pane.set_HideSelection(true);
-    EXPECT_EQ(highlight(QPalette::Inactive), editor.palette().color(QPalette::Base));
-}
-
-TEST_F(ShownPane, WhatIsTypedNextHasTheSizeOfTheSelectionsFont)
-{
-    pane.set_Text(u"words");
-    pane.set_FontSize(20);
-    pane.set_SelStart(5);
-    pane.set_SelFontSize(12);
-    QTest::keyClick(&editor, 'x');
-    EXPECT_EQ(editor.currentCharFormat().fontPointSize(), 12);
-    pane.set_Text(u"");
-    EXPECT_EQ(editor.document()->defaultFont().pointSizeF(), 20);
 }
 
 TEST_F(ShownPane, AMouseButtonIsReportedWhenItIsReleased)

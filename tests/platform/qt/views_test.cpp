@@ -51,57 +51,6 @@ TEST_F(Views, AButtonRunsItsHandlerOncePerPressOfMouseOrKey)
     EXPECT_FALSE(button.isVisible());
 }
 
-TEST_F(Views, WhoPressesAButtonThatDisablesItselfLandsOnTheOneInItsPlace)
-{
-    form->button.Click = [this] {
-        form->button.Enabled = false;
-        form->stop.Enabled = true;
-    };
-    form->stop.Click = [this] {
-        form->stop.Visible = false;
-        form->go_on.Visible = true;
-        form->button.Enabled = true;
-    };
-    form->stop.Enabled = false;
-    form->go_on.Visible = false;
-    auto& read = desktop.find<QPushButton>("SpeakBtn");
-    auto& stop = desktop.find<QPushButton>("StopBtn");
-    read.window()->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(read.window()));
-    read.setFocus();
-    const QSignalSpy focus(qApp, &QApplication::focusChanged);
-    QTest::keyClick(&read, Qt::Key_Space);
-    desktop.settle();
-    ASSERT_EQ(focus.count(), 2); // no hopping over what is about to be disabled too
-    EXPECT_EQ(focus.at(0).at(1).value<QWidget*>(), nullptr);
-    EXPECT_EQ(read.window()->focusWidget(), &stop);
-    QTest::keyClick(&stop, Qt::Key_Space);
-    desktop.settle();
-    EXPECT_EQ(read.window()->focusWidget(), &desktop.find<QPushButton>("ResumeBtn"));
-}
-
-TEST_F(Views, SignAndCaptionStandInTheMiddleInBothDirections)
-{
-    auto& button = desktop.find<QPushButton>("SpeakBtn");
-    std::vector<int> widths;
-    for (const auto direction : { Qt::LeftToRight, Qt::RightToLeft }) {
-        button.setLayoutDirection(direction);
-        const QImage image = button.grab().toImage();
-        const int middle = image.height() / 2;
-        std::vector<int> inked;
-        for (int x = 4; x < image.width() - 4; ++x) {
-            for (int y = middle - 8; y < middle + 8; ++y) {
-                if (qGray(image.pixel(x, y)) < 100 && (inked.empty() || inked.back() != x))
-                    inked.push_back(x);
-            }
-        }
-        ASSERT_GT(inked.size(), 20u);
-        EXPECT_NEAR(inked.front(), image.width() - inked.back(), 12) << direction;
-        widths.push_back(inked.back() - inked.front());
-    }
-    EXPECT_NEAR(widths[0], widths[1], 8); // neither apart nor on each other
-}
-
 TEST_F(Views, AFailureOfAHandlerEndsWithThatHandler)
 {
     form->button.Click = [] { throw Failure("no voice"); };
@@ -146,42 +95,6 @@ TEST_F(Views, AListTellsOfTheUsersChoiceAlsoOfTheSameEntry)
     EXPECT_EQ(handled, 8); // the control's own rule, and not once more from the widget
     form->combo.ListIndex = -1;
     EXPECT_EQ(box.currentIndex(), -1);
-}
-
-TEST_F(Views, AWordTypedIntoAListChoosesOnceItIsComplete)
-{
-    QApplication::setKeyboardInputInterval(60'000);
-    auto& box = desktop.find<QComboBox>("combo");
-    for (const char* text : { "Irish", "Georgian", "Old German", "German two" })
-        form->combo.AddItem(text);
-    form->combo.ListIndex = 0;
-    form->combo.Click = count();
-    const struct {
-        const char* typed;
-        Qt::Key end;
-        int index;
-        int choices;
-    } rows[] = { { "ge", Qt::Key_Escape, 0, 0 }, { "ge", Qt::Key_Return, 1, 1 },
-        { "german t", Qt::Key_Return, 3, 1 }, { "d german", Qt::Key_Tab, 2, 1 },
-        { "old", Qt::Key_Return, 2, 0 }, { "irish", Qt::Key_Down, 1, 2 } };
-    for (const auto& row : rows) {
-        handled = 0;
-        box.setFocus();
-        QTest::keyClicks(&box, row.typed);
-        QTest::keyClick(&box, Qt::Key_Shift);
-        EXPECT_EQ(handled, 0) << row.typed;
-        QTest::keyClick(&box, row.end);
-        EXPECT_EQ(form->combo.ListIndex, row.index) << row.typed;
-        EXPECT_EQ(handled, row.choices) << row.typed;
-        EXPECT_EQ(box.currentIndex(), row.index) << row.typed;
-    }
-    QTest::keyClicks(&box, "ger");
-    form->combo.ListIndex = 0; // code has the last word
-    QTest::keyClick(&box, Qt::Key_Return);
-    EXPECT_EQ(form->combo.ListIndex, 0);
-    QApplication::setKeyboardInputInterval(20);
-    QTest::keyClicks(&box, "german");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return form->combo.ListIndex == 3; }));
 }
 
 TEST_F(Views, OnlyDraggingTheThumbScrolls)
@@ -276,58 +189,6 @@ TEST_F(Views, EveryControlHasANameForScreenReaders)
     EXPECT_EQ(desktop.find<QLabel>("label").buddy(), &desktop.find<QComboBox>("combo"));
     form->button.Caption = "&Lies";
     EXPECT_EQ(desktop.find<QPushButton>("SpeakBtn").accessibleName(), "Lies");
-}
-
-TEST_F(Views, TheTabKeyGoesThroughTheControlsInTheirOrder)
-{
-    auto& button = desktop.find<QPushButton>("SpeakBtn");
-    button.setFocus();
-    const char* names[]
-        = { "StopBtn", "ResumeBtn", "check", "combo", "slider", "line", "tabsHeads", "text" };
-    for (const char* name : names) {
-        QTest::keyClick(button.window()->focusWidget(), Qt::Key_Tab);
-        EXPECT_EQ(button.window()->focusWidget()->objectName(), name);
-    }
-}
-
-TEST_F(Views, TwipsAreFifteenToThePixelAndWhatSticksOutIsCut)
-{
-    EXPECT_EQ(desktop.find<QPushButton>("SpeakBtn").geometry(), QRect(0, 0, 185, 52));
-    EXPECT_EQ(desktop.find<QCheckBox>("check").geometry(), QRect(8, 60, 177, 17));
-    EXPECT_GE(desktop.find<QComboBox>("combo").height(), 21);
-}
-
-TEST_F(Views, FromRightToLeftPlacesCountFromTheRightEdge)
-{
-    QApplication::setLayoutDirection(Qt::RightToLeft);
-    desktop.settle();
-    const auto& read = desktop.find<QPushButton>("SpeakBtn");
-    const auto& column = *read.parentWidget();
-    for (const int wider : { 60, 0 }) {
-        QWidget& frame = desktop.find<QMainWindow>("DemoMain");
-        frame.resize(frame.width() + wider, frame.height());
-        desktop.settle();
-        EXPECT_EQ(column.geometry().right(), column.parentWidget()->rect().right());
-    }
-    EXPECT_EQ(desktop.find<QLabel>("label").geometry().right(), column.rect().right());
-    EXPECT_EQ(desktop.find<QComboBox>("combo").geometry().left(), 0);
-    QApplication::setLayoutDirection(Qt::LeftToRight);
-}
-
-TEST_F(Views, WhatIsCutIsWholeInTheToolTipAndNoTextIsSmallerThanItsNeighbours)
-{
-    const auto& label = desktop.find<QLabel>("label");
-    const auto& combo = desktop.find<QComboBox>("combo");
-    auto& check = desktop.find<QCheckBox>("check");
-    form->check.ToolTipText = "Ticked by you";
-    form->check.Caption = std::string(60, 'm');
-    EXPECT_EQ(check.text().back(), QChar(u'…'));
-    EXPECT_EQ(check.toolTip().toStdString(), std::string(60, 'm') + "\nTicked by you");
-    EXPECT_EQ(check.font().pointSizeF(), label.font().pointSizeF());
-    EXPECT_NEAR(label.geometry().center().y(), combo.geometry().center().y(), 1);
-    form->check.Caption = "Short";
-    EXPECT_EQ(check.toolTip(), "Ticked by you");
-    EXPECT_EQ(check.font().letterSpacing(), 0);
 }
 
 TEST_F(Views, MenusShowOnlyWhatDoesSomething)

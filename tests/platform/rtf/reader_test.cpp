@@ -129,21 +129,6 @@ TEST(RichText, GivesEveryFormatWhereItBelongs)
     }
 }
 
-TEST(RichText, WrittenForAPieceHasNoParagraphEndOfItsOwn)
-{
-    for (const std::string text : { "{\\rtf1 a}", "{\\rtf1 a\\par}", "{\\rtf1 a\\par\\par b}" }) {
-        const Document piece = read_rich_text(text, LastParagraph::open);
-        const std::string written = write_rich_text(piece, LastParagraph::open);
-        EXPECT_EQ(described(read_rich_text(written, LastParagraph::open)), described(piece));
-        EXPECT_EQ(std::count(piece.text.begin(), piece.text.end(), u'\n'),
-            static_cast<long>(piece.paragraphs.size()) - 1);
-    }
-    EXPECT_EQ(read_rich_text("{\\rtf1 a\\par}", LastParagraph::open).text, u"a\n");
-    const Document alike = read_rich_text("{\\rtf1\\qc a\\par b\\par c\\par}");
-    const std::string written = write_rich_text(alike);
-    EXPECT_EQ(written.find("\\pard"), written.rfind("\\pard")); // said once, it holds on
-}
-
 TEST(RichText, OfAHostileKindEndsWithTheTextSoFar)
 {
     constexpr std::size_t many = 100'000;

@@ -79,46 +79,5 @@ TEST_F(RichTextDocument, TakesAPieceIntoAParagraphOrSeveralParagraphs)
     }
 }
 
-TEST_F(RichTextDocument, GivesASelectionWithItsFormats)
-{
-    const auto toolkit = to_text_document(read("one {\\b two\\par}\\qc three"));
-    QTextCursor cursor(toolkit.get());
-    cursor.setPosition(2);
-    cursor.setPosition(10, QTextCursor::KeepAnchor);
-    EXPECT_EQ(described(from_selection(cursor)), "[Arial]e [Arial b]two\n(center)[Arial]th\n");
-    cursor.clearSelection();
-    EXPECT_EQ(from_selection(cursor).text, u"");
-}
-
-TEST_F(RichTextDocument, SwitchesBulletsAndIndentsOfOneParagraph)
-{
-    const auto toolkit = to_text_document(read("a\\par b\\par c"));
-    QTextCursor cursor(toolkit->findBlockByNumber(1));
-    ParagraphFormat bulleted;
-    bulleted.bullet = true;
-    bulleted.left_indent = 361;
-    bulleted.first_line_indent = -361;
-    set_paragraph_format(cursor, bulleted);
-    EXPECT_EQ(described(from_text_document(*toolkit)), "[Arial]a\n(bullet li361 fi-361)b\nc\n");
-    set_paragraph_format(cursor, {});
-    EXPECT_EQ(described(from_text_document(*toolkit)), "[Arial]a\nb\nc\n");
-}
-
-TEST_F(RichTextDocument, KeepsTheTwipsOfAnOffset)
-{
-    for (const int twips : { 55, -55, 3, 0, -1000 }) {
-        QTextCharFormat format;
-        set_char_offset(format, twips);
-        QTextDocument toolkit;
-        QTextCursor(&toolkit).insertText("x", format);
-        const std::string written = write_rich_text(from_text_document(toolkit));
-        const auto back = to_text_document(read_rich_text(written));
-        QTextCursor cursor(back.get());
-        cursor.movePosition(QTextCursor::Right);
-        EXPECT_EQ(char_offset(cursor.charFormat()), twips);
-        EXPECT_EQ(cursor.charFormat().baselineOffset() > 0, twips > 0);
-    }
-}
-
 } // namespace
 } // namespace tessavox::rtf

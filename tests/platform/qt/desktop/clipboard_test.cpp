@@ -50,25 +50,6 @@ private:
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Desktop, ClipboardContract, DesktopBed);
 
-TEST(Clipboard, OfSeveralFormsTheOneThatIsMeantIsRead)
-{
-    const struct {
-        OtherProgram::Offer offer;
-        std::u16string text;
-    } rows[] = {
-        { { { "text/uri-list", "file:///a%20b\r\nfile:///c\r\n" }, { "text/plain", "file:///" } },
-            u"/a b\n/c" },
-        { { { "text/uri-list", "http://a.example/" }, { "text/plain", "a link" } }, u"a link" },
-        { { { "text/html", "<p>A &amp; <b>b</b>" } }, u"A & b" },
-        { { { "text/html", "<p>page" }, { "text/plain", "plain" } }, u"plain" },
-    };
-    DesktopBed bed;
-    for (const auto& row : rows) {
-        bed.other_offers(row.offer);
-        EXPECT_EQ(bed.clipboard().GetText(Patience::some).view(), row.text);
-    }
-}
-
 TEST(Clipboard, PastingByKeyDoesNotWaitForAnOwnerThatHoldsBack)
 {
     DesktopBed bed;
