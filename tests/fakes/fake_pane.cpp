@@ -238,7 +238,6 @@ void FakePane::set_FontSize(double points)
 void FakePane::set_RightMargin(double twips)
 {
     require(twips >= 0, "a negative margin");
-    right_margin = twips;
 }
 
 void FakePane::LoadFile(const std::string& path, TextKind kind)
@@ -271,12 +270,6 @@ std::int32_t FakePane::FormatRange(PrintJob& job, const PageArea& area, std::int
         std::u16string_view(m_content.text)
             .substr(static_cast<std::size_t>(first), static_cast<std::size_t>(next - first))));
     return next;
-}
-
-void FakePrintJob::NewPage()
-{
-    require(m_pages_left-- != 0, "out of paper");
-    m_printed += "|";
 }
 
 } // namespace tessavox

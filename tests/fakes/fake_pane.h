@@ -18,22 +18,20 @@ namespace tessavox {
 /// A job that takes a page's text. A4 with a quarter of an inch that can't be printed on.
 class FakePrintJob : public PrintJob {
 public:
-    FakePrintJob(std::string& printed, int pages_until_failure)
+    explicit FakePrintJob(std::string& printed)
         : m_printed(printed)
-        , m_pages_left(pages_until_failure)
     {
     }
     double left_offset() const override { return 360; }
     double top_offset() const override { return 180; }
     double Width() const override { return 11906; }
     double Height() const override { return 16838; }
-    void NewPage() override;
+    void NewPage() override { m_printed += "|"; }
     void EndDoc() override { m_printed += "]"; }
     void print(const std::string& text) { m_printed += text; }
 
 private:
     std::string& m_printed;
-    int m_pages_left;
 };
 
 class FakePane : public RichTextPane {
@@ -86,8 +84,8 @@ public:
     void set_FontName(const std::string& name) override;
     void set_FontSize(double points) override;
     void set_FontBold(bool bold) override { font_bold = bold; }
-    void set_HideSelection(bool hide) override { hide_selection = hide; }
-    void set_MousePointer(int pointer) override { mouse_pointer = pointer; }
+    void set_HideSelection(bool) override { }
+    void set_MousePointer(int) override { }
     void set_RightMargin(double twips) override;
 
     void LoadFile(const std::string& path, TextKind kind) override;
@@ -105,9 +103,6 @@ public:
     std::string font_name;
     double font_size = 0;
     bool font_bold = false;
-    bool hide_selection = true;
-    double right_margin = 0;
-    int mouse_pointer = 0;
     PageArea print_area;
     int formats_released = 0;
 

@@ -30,9 +30,8 @@ public:
         m_windows.focused = &control;
     }
     void bring_forward() override { m_windows.in_front = &m_form; }
-    void SetWindowPos(Stacking stacking, const PixelBox& box) override
+    void SetWindowPos(Stacking, const PixelBox& box) override
     {
-        m_windows.stacking = stacking;
         m_windows.placed = box;
         m_form.placed(15.0 * box.left, 15.0 * box.top, 15.0 * box.width, 15.0 * box.height);
     }
@@ -140,7 +139,7 @@ bool FakeBlockingWork::wait(const std::string& text, const std::function<bool()>
 {
     shown = text;
     for (int looks = 0; !is_done(); ++looks) {
-        seen_share = share();
+        share();
         if (looks == looks_until_escape)
             return false;
     }
@@ -165,10 +164,8 @@ void FakeWebPane::ExecWB(WebCommand command)
 
 std::unique_ptr<PrintJob> FakePrinter::begin(const std::string& title)
 {
-    if (!is_there)
-        throw Failure("no printer");
     printed += title + "[";
-    return std::make_unique<FakePrintJob>(printed, pages_until_failure);
+    return std::make_unique<FakePrintJob>(printed);
 }
 
 std::unique_ptr<RecoveryCopy> FakeRecovery::create()
@@ -213,7 +210,7 @@ std::u16string FakeWordProcessor::text_of(const std::string& path)
 
 FakePlatform::FakePlatform()
     : platform{ windows, [this](std::function<void()> call) { posted.push_back(std::move(call)); },
-        [this] { has_quit = true; }, [this] { during_events(); }, files, clipboard, changes, boxes,
+        [this] { has_quit = true; }, [] {}, files, clipboard, changes, boxes,
         dialogs, font_dialogs, arrangement, screen, tray, hot_keys, shell, skin, blocking_work,
         panes, web_panes, printer, recovery, word_processor, speech, texts, "/home/conf", "/app",
         {} }

@@ -180,15 +180,11 @@ struct FakeShell : Shell {
 struct FakeSkin : Skin {
     void LoadSkin(const std::string& path) override
     {
-        if (is_missing)
-            throw Failure("no skin");
         loaded = path;
     }
-    void ApplySkin(Form& form) override { skinned.push_back(form.name()); }
+    void ApplySkin(Form&) override { }
 
-    bool is_missing = false;
     std::string loaded;
-    std::vector<std::string> skinned;
 };
 
 /// Lets the work run to its end, or be ended by the user after a number of looks.
@@ -198,7 +194,6 @@ public:
         const std::function<double()>& share) override;
 
     std::string shown; // the text of the last one
-    double seen_share = -1; // at the last look
     int looks_until_escape = -1; // none
 };
 
@@ -261,8 +256,6 @@ class FakePrinter : public Printer {
 public:
     std::unique_ptr<PrintJob> begin(const std::string& title) override;
 
-    bool is_there = true;
-    int pages_until_failure = -1; // none
     std::string printed;
 };
 
@@ -297,7 +290,6 @@ public:
     bool is_on_screen(const Form& form) const;
     std::string popped_up; // the menu that was shown last
     PixelBox placed; // where a window was put last
-    Stacking stacking = Stacking::not_topmost;
     std::set<Form*> sized; // those that have been told their client size
 };
 
@@ -321,7 +313,6 @@ struct FakePlatform {
     FakeHotKeys hot_keys;
     FakeShell shell;
     FakeSkin skin;
-    std::function<void()> during_events = [] {}; // what DoEvents lets happen
     FakeBlockingWork blocking_work;
     FakePanes panes{ files };
     FakeWebPanes web_panes{ clipboard };

@@ -70,12 +70,9 @@ public:
     bool WaitUntilDone(std::int32_t milliseconds) override
     {
         note("WaitUntilDone", std::to_string(milliseconds));
-        if (m_record->waits_until_done == 0)
-            return true;
-        --m_record->waits_until_done;
-        return false;
+        return true;
     }
-    std::int64_t spoken_units() const override { return m_record->spoken_units; }
+    std::int64_t spoken_units() const override { return 0; }
     SpeechObjectTokens GetVoices(std::string_view, std::string_view) override
     {
         return SpeechObjectTokens(m_speech.voices);
@@ -153,8 +150,6 @@ SpeechObjectToken token_named(const std::string& description)
 
 std::unique_ptr<SpeechVoice> RecordingSpeech::create_voice(SpeechVoiceEvents& events)
 {
-    if (refuses_voices)
-        throw Failure("no voice can be made");
     records.push_back(std::make_shared<VoiceRecord>(events));
     return std::make_unique<RecordingVoice>(*this, records.back());
 }

@@ -42,8 +42,6 @@ public:
     bool released = false;
     std::string last_text; // of the last Speak, as UTF-8
     TextSlice last_slice; // the same as it was given
-    int waits_until_done = 0; // so many times WaitUntilDone finds the voice still busy
-    std::int64_t spoken_units = 0;
 
 private:
     SpeechVoiceEvents& m_events;
@@ -61,8 +59,6 @@ public:
     std::vector<SpeechObjectToken> voices{ token_named("Anna"), token_named("Bob") };
     std::vector<SpeechObjectToken> outputs{ token_named("Speakers") };
     std::vector<std::shared_ptr<VoiceRecord>> records;
-    /// Whether no further voice can be made.
-    bool refuses_voices = false;
 };
 
 } // namespace tessavox
