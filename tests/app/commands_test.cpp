@@ -84,16 +84,6 @@ TEST_F(Commands, ChangeTheSpeedAlsoOfAHiddenWindow)
     EXPECT_FALSE(main.Visible);
 }
 
-TEST_F(Commands, WithoutADocumentFailButForTheWindows)
-{
-    document().Unload();
-    for (const int id : { 0, 1, 2, 3, 4, 5, 8, 9 }) {
-        EXPECT_THROW(hot_keys.pressed(id), Failure) << id;
-    }
-    hot_keys.pressed(6);
-    EXPECT_FALSE(main.Visible);
-}
-
 TEST_F(Commands, OfTheTrayBringTheWindowBack)
 {
     EXPECT_EQ(tray.shown, "Tessavox:Right click to show options Popmenu");

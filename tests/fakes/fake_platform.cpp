@@ -210,10 +210,9 @@ std::u16string FakeWordProcessor::text_of(const std::string& path)
 
 FakePlatform::FakePlatform()
     : platform{ windows, [this](std::function<void()> call) { posted.push_back(std::move(call)); },
-        [this] { has_quit = true; }, [] {}, files, clipboard, changes, boxes,
-        dialogs, font_dialogs, arrangement, screen, tray, hot_keys, shell, skin, blocking_work,
-        panes, web_panes, printer, recovery, word_processor, speech, texts, "/home/conf", "/app",
-        {} }
+        [this] { has_quit = true; }, [] {}, files, clipboard, changes, boxes, dialogs, font_dialogs,
+        arrangement, screen, tray, hot_keys, shell, skin, blocking_work, panes, web_panes, printer,
+        recovery, word_processor, speech, texts, "/home/conf", "/app", {} }
 {
 }
 

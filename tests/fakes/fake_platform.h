@@ -178,10 +178,7 @@ struct FakeShell : Shell {
 };
 
 struct FakeSkin : Skin {
-    void LoadSkin(const std::string& path) override
-    {
-        loaded = path;
-    }
+    void LoadSkin(const std::string& path) override { loaded = path; }
     void ApplySkin(Form&) override { }
 
     std::string loaded;

@@ -57,12 +57,11 @@ struct DemoChild : Form {
         Caption = "/home/[*] a file.txt";
         column.Move(0, 0, 2775, 5000);
         for (Control* control : std::initializer_list<Control*>{
-                 &button, &stop, &go_on, &check, &label, &combo, &slider, &line })
+                 &button, &stop, &check, &label, &combo, &slider, &line })
             control->set_container(&column);
         button.Move(0, 0, 2775, 780);
         button.Caption = "&Read";
         stop.Move(0, 2400, 2775, 780);
-        go_on.Move(0, 2400, 2775, 780);
         check.Move(120, 900, 2775, 255);
         check.Caption = "Read Clipboard Automatically";
         label.Move(0, 1200, 720, 255);
@@ -90,7 +89,6 @@ struct DemoChild : Form {
     PictureBox column{ *this, "column" };
     CommandButton button{ *this, "SpeakBtn" };
     CommandButton stop{ *this, "StopBtn" };
-    CommandButton go_on{ *this, "ResumeBtn" };
     CheckBox check{ *this, "check" };
     Label label{ *this, "label" };
     ComboBox combo{ *this, "combo", ComboBoxStyle::list_only };

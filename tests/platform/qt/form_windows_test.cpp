@@ -9,7 +9,6 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QTest>
 
 #include <gtest/gtest.h>

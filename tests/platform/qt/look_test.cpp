@@ -1,6 +1,5 @@
 #include "platform/failure.h"
 #include "platform/files/disk_file_store.h"
-#include "platform/qt/program_icons.h"
 #include "platform/qt/program_style.h"
 #include "platform/qt/skin.h"
 #include "tests/platform/qt/demo_form.h"
@@ -9,7 +8,6 @@
 #include <QFile>
 #include <QImage>
 #include <QRegularExpression>
-#include <QSvgRenderer>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>

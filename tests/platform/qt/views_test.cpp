@@ -8,11 +8,9 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMainWindow>
 #include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QSignalSpy>
 #include <QTabBar>
 #include <QTest>
 #include <QToolBar>
