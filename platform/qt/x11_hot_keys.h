@@ -10,7 +10,7 @@
 #include <vector>
 
 struct xcb_connection_t;
-struct _XCBKeySymbols;
+struct _XCBKeySymbols; // NOLINT(bugprone-reserved-identifier): the library calls it so
 
 namespace tessavox {
 
