@@ -21,6 +21,12 @@ std::int32_t rounded(double value)
     return static_cast<std::int32_t>(whole);
 }
 
+/// The arithmetic of places is that of single precision.
+float single(std::int32_t whole)
+{
+    return static_cast<float>(whole);
+}
+
 /// One edge's turn: `place` becomes `held` while the edge holds the window, or `edge` when it takes
 /// hold.
 void test_edge(
@@ -36,21 +42,24 @@ void test_edge(
 DockPosition dragged(const PixelEdges& WorkArea, const DockRectangle& window,
     std::int32_t SnapDistance, DockPosition move, DockEdges& edges)
 {
-    DockPosition next{ rounded(window.Left + move.Left), rounded(window.Top + move.Top) };
-    const std::int32_t distRight = rounded(WorkArea.Right - (window.Width + next.Left));
+    DockPosition next{ rounded(window.Left + single(move.Left)),
+        rounded(window.Top + single(move.Top)) };
+    const std::int32_t distRight
+        = rounded(single(WorkArea.Right) - (window.Width + single(next.Left)));
     const std::int32_t distLeft = rounded(1.0 * next.Left - WorkArea.Left);
-    const std::int32_t distBottom = rounded(WorkArea.Bottom - (window.Height + next.Top));
+    const std::int32_t distBottom
+        = rounded(single(WorkArea.Bottom) - (window.Height + single(next.Top)));
     const std::int32_t distTop = rounded(1.0 * next.Top - WorkArea.Top);
     const auto is_near = [&](std::int32_t distance) { return std::abs(distance) <= SnapDistance; };
     const std::int32_t held_left = rounded(window.Left);
     const std::int32_t held_top = rounded(window.Top);
     // The distance to the bottom is measured from the wanted place, but counted from the present
     // one: the window comes to rest a mouse step away from that edge, unlike at the others.
-    test_edge(edges.SnappedBottom, is_near(distBottom), held_top, rounded(window.Top + distBottom),
-        next.Top);
+    test_edge(edges.SnappedBottom, is_near(distBottom), held_top,
+        rounded(window.Top + single(distBottom)), next.Top);
     test_edge(edges.SnappedTop, is_near(distTop), held_top, WorkArea.Top, next.Top);
     test_edge(edges.SnappedRight, is_near(distRight), held_left,
-        rounded(WorkArea.Right - window.Width), next.Left);
+        rounded(single(WorkArea.Right) - window.Width), next.Left);
     test_edge(edges.SnappedLeft, is_near(distLeft), held_left, WorkArea.Left, next.Left);
     return next;
 }

@@ -8,6 +8,7 @@
 #include <QColorDialog>
 #include <QDialogButtonBox>
 #include <QFontDialog>
+#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -52,6 +53,7 @@ public:
         auto& buttons = make_child<QDialogButtonBox>(
             QDialogButtonBox::Ok | QDialogButtonBox::Cancel, Qt::Horizontal, this);
         buttons.addButton(&m_color_button, QDialogButtonBox::ActionRole);
+        name_fields();
         connect(&buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
         connect(&buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
         connect(&m_color_button, &QPushButton::clicked, this, [this] { choose_color(); });
@@ -78,6 +80,19 @@ public:
     }
 
 private:
+    /// The toolkit leaves a list and the line above it without a name for screen readers; the label
+    /// belongs to one of them, and the list hands its focus to the line.
+    void name_fields()
+    {
+        const auto fields = m_fonts.findChildren<QWidget*>();
+        for (const QLabel* label : m_fonts.findChildren<QLabel*>()) {
+            const QWidget* const own = label->buddy();
+            for (QWidget* field : own ? fields : QList<QWidget*>())
+                if (field == own || field->focusProxy() == own || own->focusProxy() == field)
+                    field->setAccessibleName(QString(label->text()).remove('&'));
+        }
+    }
+
     void choose_color()
     {
         const QColor chosen = QColorDialog::getColor(
