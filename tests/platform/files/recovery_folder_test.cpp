@@ -87,6 +87,7 @@ TEST_F(Recovery, CopiesAreRemovedWhenTheyAreAMonthOld)
         fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
         fs::last_write_time(file, now - std::chrono::days(days));
     }
+    folder.emplace(location); // it tidies up on a thread of its own, and is done when it is ended
     EXPECT_EQ(files(), (std::map<std::string, std::string>{ { "29.txt", "29" } }));
 }
 
