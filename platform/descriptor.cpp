@@ -32,8 +32,12 @@ Descriptor& Descriptor::operator=(Descriptor&& other) noexcept
 
 Descriptor::~Descriptor()
 {
-    if (m_number >= 0)
-        ::close(m_number);
+    close();
+}
+
+bool Descriptor::close()
+{
+    return !is_open() || ::close(release()) == 0;
 }
 
 bool read_all(int descriptor, std::span<std::byte> bytes)

@@ -20,6 +20,7 @@ public:
     Descriptor& operator=(Descriptor&& other) noexcept;
     ~Descriptor();
 
+    bool is_open() const { return m_number >= 0; }
     int get() const { return m_number; }
     int release()
     {
@@ -27,6 +28,9 @@ public:
         m_number = -1;
         return number;
     }
+
+    /// False if closing failed, which is where some file systems report a full disk.
+    bool close();
 
 private:
     int m_number;

@@ -51,7 +51,7 @@ bool allow(const Descriptor& ruleset, const std::string& path, std::uint64_t acc
 {
     const Descriptor place(open(path.c_str(), O_PATH | O_CLOEXEC));
     struct stat found;
-    if (place.get() < 0 || fstat(place.get(), &found) != 0)
+    if (!place.is_open() || fstat(place.get(), &found) != 0)
         return true;
     constexpr std::uint64_t of_a_file
         = read_file | LANDLOCK_ACCESS_FS_EXECUTE | LANDLOCK_ACCESS_FS_WRITE_FILE | access_truncate;
@@ -76,7 +76,7 @@ bool confine_files(const Confinement& confinement)
                                           : sizeof rules.files;
     const Descriptor ruleset(
         static_cast<int>(syscall(SYS_landlock_create_ruleset, &rules, size, 0)));
-    if (ruleset.get() < 0)
+    if (!ruleset.is_open())
         return false;
     const std::uint64_t read
         = read_folder | (confinement.may_execute ? LANDLOCK_ACCESS_FS_EXECUTE : 0);

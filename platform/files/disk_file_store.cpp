@@ -1,5 +1,6 @@
 #include "platform/files/disk_file_store.h"
 
+#include "platform/descriptor.h"
 #include "platform/failure.h"
 #include "platform/text_limits.h"
 
@@ -12,7 +13,6 @@
 #include <ctime>
 #include <fcntl.h>
 #include <filesystem>
-#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -35,35 +35,12 @@ constexpr std::size_t most_notes = 16;
     throw Failure(path + " " + why);
 }
 
-class OpenFile {
-public:
-    OpenFile(const std::string& path, int flags, mode_t mode = 0)
-        : m_descriptor(::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, mode))
-    {
-    }
-    ~OpenFile()
-    {
-        if (is_open())
-            ::close(m_descriptor);
-    }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
+Descriptor open_file(const std::string& path, int flags, mode_t mode = 0)
+{
+    return Descriptor(::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, mode));
+}
 
-    bool is_open() const { return m_descriptor >= 0; }
-    operator int() const { return m_descriptor; }
-    /// Returns whether all went well; closing is where some file systems report a full disk.
-    bool close()
-    {
-        const int descriptor = m_descriptor;
-        m_descriptor = -1;
-        return ::close(descriptor) == 0;
-    }
-
-private:
-    int m_descriptor;
-};
-
-struct stat status_of(const OpenFile& file, const std::string& path)
+struct stat status_of(int file, const std::string& path)
 {
     struct stat status { };
     if (::fstat(file, &status) != 0)
@@ -85,7 +62,7 @@ bool write_at(int file, const std::string& bytes, off_t offset)
     return true;
 }
 
-std::string read_all(const OpenFile& file, const std::string& path)
+std::string contents_of(int file, const std::string& path)
 {
     const struct stat status = status_of(file, path);
     if (static_cast<std::uintmax_t>(status.st_size) > most_text_bytes)
@@ -132,22 +109,23 @@ public:
         : m_name(path + ".new-" + std::to_string(::getpid()))
     {
         ::unlink(m_name.c_str()); // left by a process that ended badly and had our number
-        m_file.emplace(m_name, O_WRONLY | O_CREAT | O_EXCL, mode);
+        m_file = open_file(m_name, O_WRONLY | O_CREAT | O_EXCL, mode);
     }
     ~NewFile()
     {
-        if (m_file->is_open() || m_is_complete)
+        if (m_file.is_open() || m_is_complete)
             ::unlink(m_name.c_str());
     }
 
-    bool is_open() const { return m_file->is_open(); }
-    OpenFile& file() { return *m_file; }
+    bool is_open() const { return m_file.is_open(); }
+    int file() const { return m_file.get(); }
     /// A durable file's bytes are brought to the disk itself, so that no sudden end of the system
     /// loses both files.
     bool complete(const std::string& bytes, Durability durability)
     {
-        m_is_complete = write_at(*m_file, bytes, 0)
-            && (durability == Durability::fleeting || ::fdatasync(*m_file) == 0) && m_file->close();
+        m_is_complete = write_at(m_file.get(), bytes, 0)
+            && (durability == Durability::fleeting || ::fdatasync(m_file.get()) == 0)
+            && m_file.close();
         return m_is_complete;
     }
     bool take_place_of(const std::string& path)
@@ -160,7 +138,7 @@ public:
 
 private:
     std::string m_name;
-    std::optional<OpenFile> m_file;
+    Descriptor m_file;
     bool m_is_complete = false;
 };
 
@@ -178,27 +156,28 @@ bool reserve(int file, std::size_t size)
 /// beside it, if the folder takes one.
 void write_in_place(const std::string& path, const std::string& bytes)
 {
-    OpenFile file(path, O_RDWR);
+    const Descriptor file = open_file(path, O_RDWR);
     if (!file.is_open())
         fail(path, "written");
-    const std::string before = read_all(file, path);
+    const std::string before = contents_of(file.get(), path);
     NewFile copy(path, 0600);
     if (copy.is_open() && !copy.complete(before, Durability::durable))
         fail(path, "copied before it is written");
 
     const auto old_size = static_cast<off_t>(before.size());
-    if (!reserve(file, bytes.size())) {
+    if (!reserve(file.get(), bytes.size())) {
         const int reason = errno;
-        if (::ftruncate(file, old_size) == 0)
+        if (::ftruncate(file.get(), old_size) == 0)
             errno = reason;
         fail(path, "written");
     }
-    const bool written = write_at(file, bytes, 0)
-        && ::ftruncate(file, static_cast<off_t>(bytes.size())) == 0 && ::fdatasync(file) == 0;
+    const bool written = write_at(file.get(), bytes, 0)
+        && ::ftruncate(file.get(), static_cast<off_t>(bytes.size())) == 0
+        && ::fdatasync(file.get()) == 0;
     if (written)
         return;
     const int reason = errno;
-    const bool restored = write_at(file, before, 0) && ::ftruncate(file, old_size) == 0;
+    const bool restored = write_at(file.get(), before, 0) && ::ftruncate(file.get(), old_size) == 0;
     errno = restored ? reason : errno;
     fail(path, restored ? "written" : "restored");
 }
@@ -250,10 +229,10 @@ std::string DiskFileStore::read(const std::string& path)
         exists && known != m_known.end() && known->second.marks == marks_of(status))
         return known->second.bytes;
     m_known.erase(path);
-    const OpenFile file(path, O_RDONLY);
+    const Descriptor file = open_file(path, O_RDONLY);
     if (!file.is_open())
         fail(path, "opened");
-    std::string bytes = read_all(file, path);
+    std::string bytes = contents_of(file.get(), path);
     if (exists && bytes.size() <= largest_note_bytes && m_known.size() < most_notes
         && is_settled(status))
         m_known[path] = { marks_of(status), bytes };

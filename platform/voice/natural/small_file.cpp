@@ -18,7 +18,7 @@ std::string read_small_file(const std::filesystem::path& path, std::size_t most_
 {
     // Without waiting: a pipe that nobody writes to would hold us for ever.
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    if (file.get() < 0)
+    if (!file.is_open())
         throw Failure("can't be opened: " + std::generic_category().message(errno));
     struct stat facts { };
     if (::fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode))

@@ -34,7 +34,7 @@ Descriptor locked_folder(const fs::path& path)
 {
     Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     struct stat facts { };
-    if (folder.get() < 0 || fstat(folder.get(), &facts) != 0 || facts.st_uid != geteuid()
+    if (!folder.is_open() || fstat(folder.get(), &facts) != 0 || facts.st_uid != geteuid()
         || flock(folder.get(), LOCK_EX | LOCK_NB) != 0)
         return Descriptor();
     return folder;
@@ -48,7 +48,7 @@ void remove_what_others_left(const fs::path& place)
         const fs::path path = entry->path();
         if (!path.filename().native().starts_with(name_start))
             continue;
-        if (const Descriptor lock = locked_folder(path); lock.get() >= 0) {
+        if (const Descriptor lock = locked_folder(path); lock.is_open()) {
             std::error_code ignored;
             fs::remove_all(path, ignored);
         }
@@ -63,7 +63,7 @@ PrivateFolder::PrivateFolder()
     remove_what_others_left(place);
     // Another process may take a new folder for one that was left, until it is locked.
     constexpr int most_attempts = 10;
-    for (int attempts = 0; attempts < most_attempts && m_lock.get() < 0; ++attempts) {
+    for (int attempts = 0; attempts < most_attempts && !m_lock.is_open(); ++attempts) {
         std::string name = (place / name_start).native() + "XXXXXX";
         if (!mkdtemp(name.data()))
             break;
@@ -73,7 +73,7 @@ PrivateFolder::PrivateFolder()
         if (stat(name.c_str(), &facts) != 0)
             m_lock = Descriptor();
     }
-    if (m_lock.get() < 0)
+    if (!m_lock.is_open())
         throw Failure("no private folder can be made in " + place.string());
 }
 

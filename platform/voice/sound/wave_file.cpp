@@ -37,7 +37,7 @@ Descriptor open_regular_file(const std::string& path, int flags)
         throw Failure(path + ": no regular file");
     Descriptor file(::open(
         path.c_str(), flags | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, everybody_as_the_mask_allows));
-    if (file.get() < 0)
+    if (!file.is_open())
         throw Failure(path + ": " + std::generic_category().message(errno));
     if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode))
         throw Failure(path + ": no regular file");
@@ -178,7 +178,7 @@ public:
 
     void write(std::span<const std::byte> frames) override
     {
-        if (m_file.get() < 0)
+        if (!m_file.is_open())
             throw Failure("this wave file is closed");
         const std::uint64_t after = m_data + frames.size();
         if (!m_is_rf64 && plain_header - riff_uncounted + after + after % 2 > m_limit)
@@ -195,7 +195,7 @@ public:
 
     void close() override
     {
-        if (m_file.get() < 0)
+        if (!m_file.is_open())
             return;
         Descriptor file = std::move(m_file);
         const std::uint64_t end = header_bytes() + m_data;
