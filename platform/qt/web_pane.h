@@ -56,7 +56,6 @@ private:
     class Place;
 
     PageView& view();
-    void say(const QString& text);
     void copy();
     void select_all();
     void save();
