@@ -236,7 +236,7 @@ class Program:
         message = self.message()
         if message:
             self.messages.append(self.answer(message))
-        return self.main_window() and self.main_window().showing
+        return self.main_window() and self.main_window().has(Atspi.StateType.ACTIVE)
 
     def __enter__(self):
         return self
@@ -268,7 +268,7 @@ class Program:
 
     def choose_file(self, path):
         """Answers the file dialog that is shown, or about to be."""
-        self.file_dialog()
+        wait_for(lambda: self.file_dialog().has(Atspi.StateType.ACTIVE), "keys reach the dialog")
         type_text(path)
         keys("Return")
 
