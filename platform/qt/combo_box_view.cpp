@@ -23,6 +23,7 @@ namespace {
 
 constexpr int visible_list_entries = 20;
 constexpr int list_text_margin = 5; // pixels from the edge
+constexpr int text_padding = 2; // of its height, as the toolkit has it
 constexpr int key_intervals_of_a_pause = 2;
 
 /// A list whose popup is as wide as its longest entry needs, whatever the width of the box. What is
@@ -48,6 +49,17 @@ public:
         m_pause.stop();
         m_typed.clear();
     }
+
+    /// The width is the layout's: measuring hundreds of entries would be in vain, and to have it
+    /// left out by the toolkit would make the list, which most boxes never open.
+    QSize sizeHint() const override
+    {
+        QStyleOptionComboBox option;
+        initStyleOption(&option);
+        const QSize text(fontMetrics().averageCharWidth(), fontMetrics().height() + text_padding);
+        return style()->sizeFromContents(QStyle::CT_ComboBox, &option, text, this);
+    }
+    QSize minimumSizeHint() const override { return sizeHint(); }
 
     void showPopup() override
     {
@@ -171,9 +183,6 @@ public:
         , m_box(box)
     {
         box.setEditable(control.style() == ComboBoxStyle::editable);
-        // The size is the layout's; measuring hundreds of entries for a hint would be in vain.
-        box.setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        box.setMinimumContentsLength(1);
         box.setMaxVisibleItems(visible_list_entries);
         box.setInsertPolicy(QComboBox::NoInsert);
         connect(&box, &QComboBox::activated, this,

@@ -205,12 +205,12 @@ QMenu* QtFormWindow::menu_of(const MenuItem&) const
     return nullptr;
 }
 
-// A document has the look of the window that it lies in.
+// A document has the look of the window that it lies in: what has two sheets is matched with each.
 void QtFormWindow::set_style_sheet(const QString& sheet)
 {
-    const QWidget* const around = m_top->parentWidget();
-    if (m_top->styleSheet() != sheet && !(around && around->window()->styleSheet() == sheet))
-        m_top->setStyleSheet(sheet);
+    QWidget* const window = m_top->window();
+    if (window->styleSheet() != sheet)
+        window->setStyleSheet(sheet);
 }
 
 void QtFormWindow::palette_changed()

@@ -25,6 +25,7 @@
 #include <QToolBar>
 
 #include <algorithm>
+#include <utility>
 
 namespace tessavox {
 namespace {
@@ -200,7 +201,9 @@ void ToolBarView::control_changed()
     if (!m_control)
         return;
     m_bar.setWindowTitle(to_qt(m_control->Caption)); // what assistive technologies call it
-    m_bar.setVisible(m_control->Visible && !m_actions.empty());
+    const bool visible = m_control->Visible && !m_actions.empty();
+    if (std::exchange(m_is_visible, visible) != visible)
+        m_bar.setVisible(visible); // lays it out anew, even if it stays as it is
     m_bar.setEnabled(m_control->Enabled);
     for (std::size_t i = 0; i < m_actions.size(); ++i) {
         const BarMember& button = m_control->Buttons()[i];

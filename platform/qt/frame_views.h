@@ -64,6 +64,7 @@ public:
 private:
     ToolBar* m_control;
     QToolBar& m_bar;
+    bool m_is_visible = true; // once its window is
     std::vector<QAction*> m_actions;
 };
 

@@ -192,8 +192,9 @@ public:
 private:
     void redraw() override
     {
-        const int sign = m_box.style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, &m_box)
-            + m_box.style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing, nullptr, &m_box);
+        const QStyle& style = *QApplication::style(); // a style sheet would remember each box
+        const int sign = style.pixelMetric(QStyle::PM_IndicatorWidth)
+            + style.pixelMetric(QStyle::PM_CheckBoxLabelSpacing);
         m_box.setText(fit_text(
             m_box, QApplication::font(&m_box), shown_caption(m_control), m_box.width() - sign));
         m_box.setTristate(m_control.Value == 2);

@@ -9,14 +9,19 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
+#include <utility>
 
 namespace tessavox {
 namespace {
 
 constexpr char search_path[] = "icons";
+/// What stands for a theme where the desktop has none. It holds the signs of programs, not those of
+/// commands, in many folders.
+constexpr char programs_own_theme[] = "hicolor";
 
 struct IconRow {
     const char* control;
@@ -171,6 +176,50 @@ QIcon drawn(const QString& icon, const Ink& ink)
     return QIcon(std::make_unique<InkIconEngine>(path, ink).release());
 }
 
+/// Looks an icon up when it is first shown: most menus never are, and themes are many folders.
+class LateIconEngine : public QIconEngine {
+public:
+    explicit LateIconEngine(std::function<QIcon()> look_up)
+        : m_look_up(std::move(look_up))
+    {
+    }
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        icon().paint(painter, rect, Qt::AlignCenter, mode, state);
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return icon().pixmap(size, 1, mode, state);
+    }
+    QPixmap scaledPixmap(
+        const QSize& size, QIcon::Mode mode, QIcon::State state, qreal scale) override
+    {
+        return icon().pixmap(size / scale, scale, mode, state);
+    }
+    QSize actualSize(const QSize& size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return icon().actualSize(size, mode, state);
+    }
+    QString iconName() override { return icon().name(); }
+    bool isNull() override { return false; }
+    QIconEngine* clone() const override
+    {
+        return std::make_unique<LateIconEngine>(*this).release(); // the caller owns it
+    }
+
+private:
+    const QIcon& icon()
+    {
+        if (!m_icon)
+            m_icon = m_look_up();
+        return *m_icon;
+    }
+
+    std::function<QIcon()> m_look_up;
+    std::optional<QIcon> m_icon;
+};
+
 } // namespace
 
 void use_icons_of(const std::string& folder)
@@ -181,10 +230,14 @@ void use_icons_of(const std::string& folder)
 QIcon icon_of_command(std::string_view name, IconPlace place)
 {
     const QString icon = icon_in(commands, name);
-    if (QIcon::hasThemeIcon(icon))
-        return QIcon::fromTheme(icon);
-    return drawn(
-        icon, { place == IconPlace::menu ? QPalette::HighlightedText : QPalette::ButtonText });
+    if (icon.isEmpty())
+        return {};
+    const auto role = place == IconPlace::menu ? QPalette::HighlightedText : QPalette::ButtonText;
+    return QIcon(std::make_unique<LateIconEngine>([icon, role] {
+        const bool has_theme = QIcon::themeName() != programs_own_theme;
+        const QIcon themed = has_theme ? QIcon::fromTheme(icon) : QIcon();
+        return themed.isNull() ? drawn(icon, { role }) : themed;
+    }).release());
 }
 
 QIcon icon_of_big_button(std::string_view name, const QPalette& palette)
