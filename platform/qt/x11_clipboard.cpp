@@ -2,10 +2,12 @@
 
 #include "platform/failure.h"
 #include "platform/qt/text_conversion.h"
+#include "platform/qt/x_server.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
+#include <QScreen>
 #include <QSocketNotifier>
 #include <QVariant>
 
@@ -13,6 +15,7 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <qpa/qplatformnativeinterface.h>
 #include <xcb/xcb.h>
 
 namespace tessavox {
@@ -46,6 +49,21 @@ protected:
 private:
     TextSlice m_text;
 };
+
+/// The toolkit gives a clipboard the time of the last event that it has seen, and the server
+/// refuses whoever comes with a time before that of another program's copy.
+void bring_toolkit_up_to_date()
+{
+    QPlatformNativeInterface& server = *QGuiApplication::platformNativeInterface();
+    QScreen* const screen = QGuiApplication::primaryScreen();
+    const auto now
+        = reinterpret_cast<std::uintptr_t>(server.nativeResourceForScreen("gettimestamp", screen));
+    const auto set_time = reinterpret_cast<void (*)()>( // by which the compiler takes the next cast
+        server.nativeResourceFunctionForScreen("setapptime"));
+    if (set_time)
+        reinterpret_cast<void (*)(QScreen*, xcb_timestamp_t)>(set_time)(
+            screen, static_cast<xcb_timestamp_t>(now));
+}
 
 } // namespace
 
@@ -97,19 +115,31 @@ X11Clipboard::X11Clipboard(Connection connection)
 
 X11Clipboard::~X11Clipboard() = default;
 
+xcb_window_t X11Clipboard::owner() const
+{
+    const auto asked = xcb_get_selection_owner(m_connection.get(), m_atoms->clipboard);
+    const Owned<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(m_connection.get(), asked, nullptr));
+    return reply ? reply->owner : static_cast<xcb_window_t>(XCB_NONE);
+}
+
+// The toolkit takes a text for its own also where the server has refused it.
 bool X11Clipboard::is_ours() const
 {
-    return QApplication::clipboard()->ownsClipboard();
+    const xcb_setup_t& toolkit = *xcb_get_setup(x_server::connection());
+    return (owner() & ~toolkit.resource_id_mask) == toolkit.resource_id_base;
 }
 
 void X11Clipboard::offer(const TextSlice& text)
 {
     QClipboard& clipboard = *QApplication::clipboard();
+    bring_toolkit_up_to_date();
     if (text.empty())
-        return clipboard.clear();
-    clipboard.setMimeData(std::make_unique<SharedText>(text).release());
-    if (!is_ours())
-        throw Failure("the clipboard takes no text");
+        clipboard.clear();
+    else
+        clipboard.setMimeData(std::make_unique<SharedText>(text).release());
+    if (text.empty() ? owner() != XCB_NONE : !is_ours())
+        throw Failure("another program has just copied something");
 }
 
 std::uint32_t X11Clipboard::atom(const char* name)
@@ -123,10 +153,7 @@ std::uint32_t X11Clipboard::atom(const char* name)
 
 void X11Clipboard::ask_for_forms()
 {
-    const auto asked = xcb_get_selection_owner(m_connection.get(), m_atoms->clipboard);
-    const Owned<xcb_get_selection_owner_reply_t> owner(
-        xcb_get_selection_owner_reply(m_connection.get(), asked, nullptr));
-    if (!owner || owner->owner == XCB_NONE)
+    if (owner() == XCB_NONE)
         end();
     else
         ask(m_atoms->targets);

@@ -35,6 +35,7 @@ private:
 
     explicit X11Clipboard(Connection connection);
     std::uint32_t atom(const char* name);
+    std::uint32_t owner() const; // its window
     void ask(std::uint32_t target);
     void answered(std::uint32_t target, std::uint32_t property);
     void take_answer();

@@ -64,11 +64,13 @@ TEST(Clipboard, PastingByKeyDoesNotWaitForAnOwnerThatHoldsBack)
     EXPECT_EQ(pane.Text().view(), u"late");
 }
 
-TEST(Clipboard, OtherProgramsGetWhatIsPutThere)
+TEST(Clipboard, OtherProgramsGetWhatIsPutThereAlsoWhereOneHasJustCopied)
 {
     QtClipboard clipboard;
+    const OtherProgram first({ { "text/plain", "theirs" } }); // of which no word has come yet
     clipboard.SetText(u"for \u00e4ll");
     EXPECT_EQ(OtherProgram::pasted(), "for \u00e4ll");
+    const OtherProgram second({ { "text/plain", "theirs" } });
     clipboard.Clear();
     EXPECT_EQ(OtherProgram::pasted(), "");
 }
