@@ -212,7 +212,8 @@ void WaylandClipboard::selected(zwlr_data_control_offer_v1* handle)
     if (handle == m_announced.handle)
         m_offer = std::exchange(m_announced, {});
     const auto& forms = m_offer.forms;
-    const bool is_own = std::find(forms.begin(), forms.end(), own_form()) != forms.end();
+    const bool is_own
+        = handle ? std::find(forms.begin(), forms.end(), own_form()) != forms.end() : !m_source;
     if (is_own && m_is_known)
         return;
     m_is_known = false;

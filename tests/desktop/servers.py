@@ -96,6 +96,18 @@ def start_window_manager(folder, environment):
     return server
 
 
+def start_compositor(folder, environment):
+    """A Wayland session without a screen. Returns the server and the name of its display."""
+    name = "wayland-1"  # the first that it tries
+    # It refuses to run as root, which it isn't where nobody else exists.
+    other_user = ["unshare", "--user", "--map-user=1000"] if os.geteuid() == 0 else []
+    server = Server("sway", [*other_user, "sway", "--config", "/dev/null"], folder, dict(
+        environment, WLR_BACKENDS="headless", WLR_LIBINPUT_NO_DEVICES="1", WLR_RENDERER="pixman"))
+    socket_path = os.path.join(environment["XDG_RUNTIME_DIR"], name)
+    server.wait_until(lambda: os.path.exists(socket_path))
+    return server, name
+
+
 def start_session_bus(folder, environment):
     """Returns the server and its address; the accessibility bus behind it answers as well."""
     place = "unix:path=" + os.path.join(environment["XDG_RUNTIME_DIR"], "bus")

@@ -19,6 +19,11 @@ constexpr int bound_ms = 20'000;
 constexpr const char* offering = "--offers";
 constexpr const char* pasting = "--pastes";
 
+bool is_wayland()
+{
+    return qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+}
+
 int offer_and_wait()
 {
     QFile input;
@@ -44,6 +49,12 @@ int paste()
 
 OtherProgram::OtherProgram(const Offer& offer)
 {
+    if (is_wayland()) {
+        m_process.start("wl-copy", { "--foreground", "--type", offer.firstKey() });
+        m_process.write(offer.first());
+        m_process.closeWriteChannel();
+        return;
+    }
     m_process.start(QCoreApplication::applicationFilePath(), { offering });
     QByteArray bytes;
     QDataStream stream(&bytes, QIODevice::WriteOnly);
@@ -72,7 +83,10 @@ void OtherProgram::go_on()
 QString OtherProgram::pasted()
 {
     QProcess process;
-    process.start(QCoreApplication::applicationFilePath(), { pasting });
+    if (is_wayland())
+        process.start("wl-paste", { "--no-newline", "--type", "text/plain" });
+    else
+        process.start(QCoreApplication::applicationFilePath(), { pasting });
     while (process.state() != QProcess::NotRunning)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents); // it asks this process
     return QString::fromUtf8(process.readAllStandardOutput());

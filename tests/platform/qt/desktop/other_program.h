@@ -1,4 +1,5 @@
-// Another program on the same desktop: this one once more, with an argument that says what to do.
+// Another program on the same desktop: this one once more, with an argument that says what to do,
+// or in a Wayland session, where only a program in front may, a small one that does without windows.
 #pragma once
 
 #include <QByteArray>
@@ -8,7 +9,8 @@
 
 namespace tessavox {
 
-/// Offers something on the clipboard while it lives. A stopped one answers nobody.
+/// Offers something on the clipboard while it lives: at once, or soon in a Wayland session. A
+/// stopped one answers nobody.
 class OtherProgram {
 public:
     using Offer = QMap<QString, QByteArray>; // by format
