@@ -16,17 +16,6 @@ constexpr std::int16_t clipboard_to_wave_line = 5;
 constexpr std::int16_t voice_changed_line = 2;
 constexpr std::int16_t speed_changed_line = 3;
 
-/// A text that was read ends in one blank more than any text that is copied, so that copying it
-/// again makes another text of it.
-TextSlice marked_as_read(const TextSlice& text)
-{
-    std::u16string marked;
-    marked.reserve(text.size() + 1);
-    marked += text.view();
-    marked += u' ';
-    return marked;
-}
-
 } // namespace
 
 Handshake::Handshake(Process& process, MainControls& main, PCCFile& text_file)
@@ -39,7 +28,7 @@ Handshake::Handshake(Process& process, MainControls& main, PCCFile& text_file)
 void Handshake::start()
 {
     m_lay_there = m_process.platform.clipboard.GetText();
-    lastClipboardText = m_lay_there.empty() ? TextSlice() : marked_as_read(m_lay_there);
+    lastClipboardText = m_lay_there.empty() ? TextSlice() : m_lay_there.and_a_blank();
     m_main.Timer1.Tick = [this] { Timer1_Timer(); };
     m_main.Timer2.Tick = [this] { Timer2_Timer(); };
     m_process.platform.changes.watch(
@@ -80,6 +69,8 @@ void Handshake::Timer1_Timer()
     reset();
 }
 
+// A text that was read ends in one blank more than any text that is copied, so that copying it
+// again makes another text of it.
 void Handshake::read_clipboard(bool commanded)
 {
     Clipboard& clipboard = m_process.platform.clipboard;
@@ -90,7 +81,7 @@ void Handshake::read_clipboard(bool commanded)
     if (!first.empty() && is_wanted && is_new(second)) {
         m_lay_there = {};
         attempt_each([&] { ActiveForm(m_process.forms).speech.reading.ReadClipbdBtn_Click(); },
-            [&] { clipboard.SetText(marked_as_read(clipboard.GetText(Patience::none))); });
+            [&] { clipboard.SetText(clipboard.GetText(Patience::none).and_a_blank()); });
         lastClipboardText = clipboard.GetText(Patience::none);
     }
     if (commanded)

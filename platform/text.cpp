@@ -11,6 +11,18 @@ constexpr char32_t replacement = 0xFFFD;
 
 } // namespace
 
+TextSlice TextSlice::and_a_blank() const
+{
+    const std::size_t end = m_offset + m_length;
+    if (m_text && end < m_text->size() && (*m_text)[end] == u' ')
+        return { m_text, m_offset, m_length + 1 };
+    std::u16string longer;
+    longer.reserve(m_length + 1);
+    longer += view();
+    longer += u' ';
+    return longer;
+}
+
 char32_t next_character(std::u16string_view text, std::size_t& at)
 {
     char32_t character = 0;

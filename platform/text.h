@@ -1,6 +1,7 @@
 // Text whose characters are counted, and the step between it and the UTF-8 of everything else.
 #pragma once
 
+#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <memory>
@@ -40,6 +41,8 @@ public:
     }
     std::size_t size() const { return m_length; }
     bool empty() const { return m_length == 0; }
+    /// This text and one blank. Costs nothing where the copy goes on with a blank.
+    TextSlice and_a_blank() const;
     /// Whether both are the same stretch of the same copy; costs nothing.
     bool is_same(const TextSlice& other) const
     {
@@ -47,7 +50,9 @@ public:
     }
     friend bool operator==(const TextSlice& left, const TextSlice& right)
     {
-        return left.view() == right.view();
+        // The views' own comparison looks for the greater one, one character after the other.
+        const std::u16string_view mine = left.view(), its = right.view();
+        return std::equal(mine.begin(), mine.end(), its.begin(), its.end());
     }
 
 private:

@@ -32,8 +32,6 @@ void ClipboardFetch::stop()
         drop_question();
     m_state = State::idle;
     m_forms.reset();
-    m_asked = nullptr;
-    m_answer = {};
 }
 
 milliseconds ClipboardFetch::since_start() const
@@ -82,21 +80,19 @@ void ClipboardFetch::offered(const std::function<bool(const TextForm&)>& is_offe
 
 void ClipboardFetch::received(const QByteArray& piece)
 {
-    m_answer += piece;
-    if (static_cast<std::size_t>(m_answer.size()) > m_asked->most_bytes) {
+    if (!m_forms->add(piece)) {
         stop();
         end();
     } else if (piece.isEmpty()) {
-        m_forms->add(*m_asked, std::exchange(m_answer, {}));
+        m_forms->complete();
         ask_for_next();
     }
 }
 
 void ClipboardFetch::ask_for_next()
 {
-    m_asked = m_forms->next();
-    if (m_asked)
-        ask_for(*m_asked);
+    if (const TextForm* const form = m_forms->next())
+        ask_for(*form);
     else
         end();
 }

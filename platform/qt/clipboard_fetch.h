@@ -76,8 +76,6 @@ private:
     State m_state = State::idle;
     std::chrono::steady_clock::time_point m_start;
     std::optional<CopiedForms> m_forms;
-    const TextForm* m_asked = nullptr;
-    QByteArray m_answer;
 };
 
 } // namespace tessavox

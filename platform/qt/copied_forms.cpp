@@ -4,9 +4,9 @@
 #include "platform/qt/text_conversion.h"
 #include "platform/text_limits.h"
 
-#include <QStringDecoder>
 #include <QUrl>
 
+#include <algorithm>
 #include <utility>
 
 namespace tessavox {
@@ -28,23 +28,35 @@ constexpr TextForm forms[] = {
     { page, page, QStringConverter::Utf8, most_other_bytes },
 };
 
-/// Without a second copy of a long text.
-TextSlice decoded(const QByteArray& bytes, QStringConverter::Encoding encoding)
-{
-    QStringDecoder decoder(encoding);
-    std::u16string text(static_cast<std::size_t>(decoder.requiredSpace(bytes.size())), u'\0');
-    QChar* const start = reinterpret_cast<QChar*>(text.data());
-    text.resize(static_cast<std::size_t>(decoder.appendToBuffer(start, bytes) - start));
-    if (text.size() < text.capacity() / 2)
-        text.shrink_to_fit(); // nearly all characters took several bytes
-    return text;
-}
+/// Up to here a text is moved when it grows: that takes less than a millisecond.
+constexpr std::size_t most_units_to_move = 500'000;
 
 } // namespace
 
 std::span<const TextForm> text_forms()
 {
     return forms;
+}
+
+// Room that nothing was written to takes no memory.
+void ComingText::add(const QByteArray& piece)
+{
+    const std::size_t before = m_text.size();
+    const std::size_t after
+        = before + static_cast<std::size_t>(m_decoder.requiredSpace(piece.size()));
+    if (after > m_text.capacity() && after > most_units_to_move)
+        m_text.reserve(std::max(after, most_text_bytes + 1));
+    m_text.resize(after);
+    QChar* const start = reinterpret_cast<QChar*>(m_text.data());
+    m_text.resize(
+        static_cast<std::size_t>(m_decoder.appendToBuffer(start + before, piece) - start));
+}
+
+TextSlice ComingText::take()
+{
+    const std::size_t length = m_text.size();
+    m_text += u' ';
+    return { std::make_shared<const std::u16string>(std::move(m_text)), 0, length };
 }
 
 void CopiedForms::choose(const std::function<bool(const TextForm&)>& is_offered)
@@ -64,17 +76,33 @@ const TextForm* CopiedForms::next()
 {
     if (m_to_ask.empty())
         return nullptr;
-    const TextForm* const form = m_to_ask.front();
+    m_asked = m_to_ask.front();
     m_to_ask.erase(m_to_ask.begin());
-    return form;
+    m_size = 0;
+    if (m_asked->format == plain)
+        m_coming.emplace(m_asked->encoding);
+    return m_asked;
 }
 
-void CopiedForms::add(const TextForm& form, const QByteArray& bytes)
+bool CopiedForms::add(const QByteArray& piece)
 {
-    if (form.format == plain)
-        m_plain = decoded(bytes, form.encoding);
-    else if (!bytes.isEmpty())
-        m_others.setData(form.format, bytes);
+    m_size += static_cast<std::size_t>(piece.size());
+    if (m_size > m_asked->most_bytes)
+        return false;
+    if (m_coming)
+        m_coming->add(piece);
+    else
+        m_bytes += piece;
+    return true;
+}
+
+void CopiedForms::complete()
+{
+    if (m_coming)
+        m_plain = m_coming->take();
+    else if (!m_bytes.isEmpty())
+        m_others.setData(m_asked->format, std::exchange(m_bytes, {}));
+    m_coming.reset();
     const QList<QUrl> urls = m_others.urls();
     if (!urls.isEmpty() && urls.front().isLocalFile())
         m_to_ask.clear(); // files need no other form

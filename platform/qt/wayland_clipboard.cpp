@@ -26,10 +26,10 @@ std::string own_form()
 /// Gives a text to whoever pastes it, as fast as that program takes it.
 class Giving : public QObject {
 public:
-    Giving(int pipe, std::string bytes, QObject* parent)
+    Giving(int pipe, const TextSlice& text, QObject* parent)
         : QObject(parent)
         , m_pipe(pipe)
-        , m_bytes(std::move(bytes))
+        , m_text(text)
         , m_readiness(pipe, QSocketNotifier::Write)
     {
         ::fcntl(pipe, F_SETFL, O_NONBLOCK);
@@ -44,16 +44,32 @@ public:
 private:
     void give()
     {
+        if (m_given == m_bytes.size()) {
+            m_bytes = next_bytes();
+            m_given = 0;
+        }
         const auto given = ::write(m_pipe, m_bytes.data() + m_given, m_bytes.size() - m_given);
         if (given > 0)
             m_given += static_cast<std::size_t>(given);
-        if (m_given == m_bytes.size() || (given < 0 && errno != EAGAIN && errno != EINTR))
+        if (m_bytes.empty() || (given < 0 && errno != EAGAIN && errno != EINTR))
             deleteLater();
+    }
+    /// Of the next stretch of the text, none at its end.
+    std::string next_bytes()
+    {
+        constexpr std::size_t most_units = 65536;
+        std::u16string_view rest = m_text.view().substr(m_taken);
+        if (rest.size() > most_units)
+            rest = rest.substr(0, most_units + (is_low_surrogate(rest[most_units]) ? 1 : 0));
+        m_taken += rest.size();
+        return to_utf8(rest);
     }
 
     int m_pipe;
-    std::string m_bytes;
-    std::size_t m_given = 0;
+    TextSlice m_text;
+    std::size_t m_taken = 0; // units of it
+    std::string m_bytes; // these are its last ones
+    std::size_t m_given = 0; // bytes of these
     QSocketNotifier m_readiness;
 };
 
@@ -109,8 +125,7 @@ struct WaylandClipboard::Listeners {
         void* data, zwlr_data_control_source_v1* source, const char*, std::int32_t pipe)
     {
         const bool is_current = source == self(data).m_source;
-        new Giving(
-            pipe, is_current ? to_utf8(self(data).m_own_text.view()) : std::string(), &self(data));
+        new Giving(pipe, is_current ? self(data).m_own_text : TextSlice(), &self(data));
     }
     static void cancelled(void* data, zwlr_data_control_source_v1* source)
     {

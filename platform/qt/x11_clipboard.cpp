@@ -41,9 +41,12 @@ public:
     bool hasFormat(const QString& format) const override { return format == "text/plain"; }
 
 protected:
-    QVariant retrieveData(const QString& format, QMetaType) const override
+    QVariant retrieveData(const QString& format, QMetaType type) const override
     {
-        return hasFormat(format) ? QVariant(as_qstring(m_text.view())) : QVariant();
+        if (!hasFormat(format))
+            return {};
+        const QStringView text(m_text.view());
+        return type.id() == QMetaType::QByteArray ? QVariant(text.toUtf8()) : text.toString();
     }
 
 private:
