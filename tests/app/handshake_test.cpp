@@ -78,6 +78,41 @@ TEST_F(Handshakes, ALookAtTheClipboardReadsMarksAndClearsAsTheFlagAndTheBoxSay)
     }
 }
 
+TEST_F(Handshakes, WhatLayThereBeforeTheStartIsReadOnlyOnCommandAndTheBoxCountsInFrontOnly)
+{
+    clipboard.text = u"before";
+    start();
+    document().Check1.Value = 1;
+    EXPECT_EQ(spoken_at_a_look(), "");
+    web() = file_of_lines({ "1", "0", "0", "0" });
+    EXPECT_EQ(spoken_at_a_look(), "before");
+    open_another().Check1.Value = 0;
+    clipboard.text = u"abc";
+    main.Timer1.tick();
+    EXPECT_EQ(clipboard.text, u"abc");
+    EXPECT_TRUE(main.mnuTrayReadClipboard.Enabled);
+    document().Check1.Value = 1;
+    EXPECT_FALSE(main.mnuTrayReadClipboard.Enabled);
+    main.Timer1.tick();
+    EXPECT_EQ(clipboard.text, u"abc ");
+}
+
+TEST_F(Handshakes, WithoutADocumentCopiesAreMarkedAndFlagsClearedAllTheSame)
+{
+    start();
+    main.mnuFileClose.run();
+    for (const char* flag : { "0", "1" }) {
+        clipboard.text = u"abc";
+        web() = file_of_lines({ flag, "0", "7", "0" });
+        main.Timer1.tick();
+        EXPECT_EQ(clipboard.text, *flag == '1' ? u"" : u"abc ");
+        EXPECT_EQ(web(), zeros);
+    }
+    web() = file_of_lines({ "0", "1", "0", "0" });
+    EXPECT_THROW(main.Timer2.tick(), Failure);
+    EXPECT_EQ(web(), zeros);
+}
+
 TEST_F(Handshakes, LooksRestUntilANoticeComesAlsoIfItComesDuringALook)
 {
     start();

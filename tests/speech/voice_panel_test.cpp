@@ -111,25 +111,26 @@ TEST_F(Panel, ResetRestoresTheDefaultsInThisOrder)
 TEST_F(Panel, ACompanionProgramCanChangeVoiceAndSpeed)
 {
     struct Case {
-        void (VoicePanel::*adjust)();
+        std::initializer_list<const char*> flags;
         const char* voice; // in the settings
         const char* speed;
         const char* asked;
         const char* panels;
     };
-    const auto speaker = &VoicePanel::Adjustspeaker;
-    const auto speed = &VoicePanel::Adjustspeed;
-    const Case cases[] = { { speaker, " 1", " 7", "Voice Bob; Voice Bob", "Speaker:  Bob, before" },
-        { speaker, " 9", " 7", "Voice Anna", "Speaker:  Anna, before" }, // there is no such voice
-        { speed, " 1", " 7", "Rate 7", "before, Speaking Speed: 7" },
-        { speed, " 1", " 11", "Rate 0", "before, Speaking Speed: 0" } }; // no such speed
+    const Case cases[]
+        = { { { "1", "0", "0", "0" }, " 1", " 7", "Voice Bob; Voice Bob", "Speaker:  Bob, before" },
+              { { "1", "1", "0", "0" }, " 9", " 7", "Voice Anna", // there is no such voice
+                  "Speaker:  Anna, before" },
+              { { "0", "1", "0", "0" }, " 1", " 7", "Rate 7", "before, Speaking Speed: 7" },
+              { { "0", "1", "0", "0" }, " 1", " 11", "Rate 0", "before, Speaking Speed: 0" } };
     for (const Case& row : cases) {
         StartedProgram other;
+        other.file("web.txt") = file_of_lines({ "0", "0", "0", "0" });
         other.file("setting1.txt") = file_of_lines({ "", row.voice, row.speed, " 1", "" });
-        other.file("control.txt") = file_of_lines({ "1", "1", "0", "0" });
+        other.file("control.txt") = file_of_lines(row.flags);
         for (const int panel : { 2, 3 })
             other.main.sbStatusBar.PanelText(panel) = "before";
-        (other.document().speech.panel.*row.adjust)();
+        other.main.Timer2.tick();
         EXPECT_EQ(other.asked(), row.asked);
         EXPECT_EQ(other.panel(2) + ", " + other.panel(3), row.panels);
         EXPECT_EQ(other.file("control.txt"), file_of_lines({ "0", "0", "0", "0" }));
