@@ -1,5 +1,5 @@
 // Another program on the same desktop: this one once more, with an argument that says what to do,
-// or in a Wayland session, where only a program in front may, a small one that does without windows.
+// or in a Wayland session, where windows can copy only in front, a program without any.
 #pragma once
 
 #include <QByteArray>
