@@ -284,7 +284,6 @@ public:
 
     double save(const TextSlice& text, int type)
     {
-        std::filesystem::remove(m_folder / "ours.wav"); // both write a new file
         const auto start = Clock::now();
         const auto stream = m_service->create_file_stream();
         stream->set_FormatType(type);
@@ -294,7 +293,10 @@ public:
         m_voice->WaitUntilDone(-1);
         m_voice->set_AudioOutput(std::nullopt);
         stream->Close();
-        return milliseconds_since(start);
+        const double passed = milliseconds_since(start);
+        // The next one writes a new file too, and isn't held up by a disk that takes this one in.
+        std::filesystem::remove(m_folder / "ours.wav");
+        return passed;
     }
 
     // Ours and theirs in turn, so that what else the machine does weighs on both.
@@ -309,13 +311,13 @@ public:
         std::vector<double> theirs;
         for (int i = 0; i < m_rounds; ++i) {
             ours.push_back(save(text, type));
-            std::filesystem::remove(m_folder / "theirs.wav");
             const auto start = Clock::now();
             if (std::system(line.c_str()) != 0) {
                 std::printf("%s: %s is not installed\n", what, command.c_str());
                 return;
             }
             theirs.push_back(milliseconds_since(start));
+            std::filesystem::remove(m_folder / "theirs.wav");
         }
         std::printf("%s: %.0f ms, %s %.0f ms, ratio %.2f\n", what, median(ours), command.c_str(),
             median(theirs), median(ours) / median(theirs));
