@@ -94,6 +94,14 @@ class Commands(unittest.TestCase):
         wait_for(lambda: self.pane.text == "One bird and two birds.", "the text of before")
 
     def test_the_keys_work_over_another_program(self):
+        other = subprocess.Popen(["xev", "-geometry", "300x300+600+400"], stdout=subprocess.DEVNULL)
+        self.addCleanup(other.wait)
+        self.addCleanup(other.kill)
+        wait_for(lambda: "Event Tester" in subprocess.run(
+            ["xdotool", "getactivewindow", "getwindowname"], capture_output=True, text=True).stdout,
+            "another program in front")
+        keys("ctrl+Up")
+        wait_for(lambda: self.program.panel("Speaking Speed: 1"), "the speed")
         keys("ctrl+F9")
         self.wait_for_window(False)
         keys("ctrl+F5")
@@ -101,13 +109,47 @@ class Commands(unittest.TestCase):
         wait_for(lambda: self.pane.selected == "bird", "words are read")
         keys("ctrl+F7")
         self.program.wait_until_idle()
-        keys("ctrl+Up")
-        wait_for(lambda: self.program.panel("Speaking Speed: 1"), "the speed")
 
-    def test_the_dock_bar_takes_the_place_of_the_window(self):
+    def test_every_menu_is_gone_through_by_the_keyboard(self):
+        menus = [menu for menu in self.program.application.walk()
+                 if menu.role == "menu bar"][0].children()
+        names = [menu.name for menu in menus if menu.showing]
+        self.assertEqual(names, ["File", "Control", "Edit", "Format", "Insert", "Website", "Window",
+                                 "Help"])
+        keys("alt+c", "Left")
+        for name in names:
+            menu = next(menu for menu in menus if menu.name == name)
+            wait_for(lambda menu=menu: menu.children()[0].showing, f"the menu {name}")
+            self.assertEqual([item.name for item in menu.children()
+                              if item.role == "menu item" and not item.showing], [], name)
+            keys("Right")
+        keys("Escape", "Escape")
+        self.pane.select(4, 8)
+        keys("alt+i", "Left", "c", "u")  # Format, Change Case, UPPERCASE
+        wait_for(lambda: self.pane.text == "One BIRD and two birds.", "large letters")
+
+    def test_the_dock_bar_takes_the_place_of_the_window_and_is_dragged_to_the_edges(self):
         self.program.button("Dock").press()
         bar = self.program.button("Show Software")
         self.wait_for_window(False)
+        gap = self.program.button("Read Clipboard").box
+        x, y = gap[0] + gap[2] + 3, gap[1] + 8  # between two buttons
+
+        def drag_by(dx, dy, steps=20):
+            nonlocal x, y
+            xdotool("mousemove", x, y, "mousedown", 1)
+            for step in range(1, steps + 1):
+                xdotool("mousemove", x + dx * step // steps, y + dy * step // steps)
+            xdotool("mouseup", 1)
+            x, y = x + dx, y + dy
+
+        def place():
+            return self.program.dialog("Tessavox").box[:2]
+        left, top = place()
+        drag_by(-100, 200)
+        wait_for(lambda: place() == (left - 100, top + 200), "it follows the pointer")
+        drag_by(8 - left + 100, 0, 1)  # within reach of the edge
+        wait_for(lambda: place()[0] < 3, "the edge holds it")
         bar.press()
         self.wait_for_window(True)
 
