@@ -47,7 +47,7 @@ constexpr StringRow rows[] = {
     { 1209, "Einfügen" },
     { 1210, "Alles markieren" },
     { 1401, "F&ormat" },
-    { 1402, "&Schriftart" },
+    { 1402, "Schrif&tart" },
     { 1403, "&Aufzählung" },
     { 1404, "&Groß-/Kleinschreibung" },
     { 1405, "&kleinbuchstaben" },
@@ -72,7 +72,7 @@ constexpr StringRow rows[] = {
     { 1701, "&Hilfe" },
     { 1702, "&Hilfedatei" },
     { 1703, "&E-Mail an uns" },
-    { 1705, "Unsere Website" },
+    { 1705, "Unsere &Website" },
     { 1706, "&Info" },
     { 1707, "Info" },
     { 1710, "Hilfedatei" },
@@ -175,7 +175,7 @@ constexpr StringRow rows[] = {
     { 2331, "DLL nicht gefunden" },
     { 2332, "Unbekannter Fehler" },
     { 2340, "Der Text wird ersetzt. Escape beendet das Ersetzen." },
-    { 2341, "Farbe..." },
+    { 2341, "Fa&rbe..." },
     { 2342, "Kein Dokument ist geöffnet!" },
     { 2343,
         "Webseiten können nicht gezeigt werden: Die Web-Engine konnte nicht geladen werden (%1). "
@@ -211,6 +211,7 @@ constexpr StringRow rows[] = {
     { 2362,
         "Der Text wurde nicht gespeichert: Seit Öffnen abgebrochen wurde, ist keine Datei gewählt. "
         "Speichern unter fragt nach einer." },
+    { 2363, "de" },
 };
 
 } // namespace

@@ -188,7 +188,7 @@ constexpr StringRow neutral_rows[] = {
     { 2331, "DLL not found" },
     { 2332, "Unknown error" },
     { 2340, "The text is being replaced. Escape ends it." },
-    { 2341, "Colour..." },
+    { 2341, "Co&lour..." },
     { 2342, "No open documents !" },
     { 2343,
         "Web pages cannot be shown: the web engine could not be loaded (%1). In Debian it is the "
@@ -220,6 +220,7 @@ constexpr StringRow neutral_rows[] = {
     { 2362,
         "The text was not saved: no file is chosen since Open was cancelled. Save As asks for "
         "one." },
+    { 2363, "en" },
 };
 
 } // namespace
