@@ -7,7 +7,9 @@
 #include <QApplication>
 #include <QColorDialog>
 #include <QDialogButtonBox>
+#include <QFontDatabase>
 #include <QFontDialog>
+#include <QFontInfo>
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -31,6 +33,15 @@ QFont font_of(const FontChoice& choice)
     font.setItalic(choice.FontItalic);
     font.setUnderline(choice.FontUnderline);
     font.setStrikeOut(choice.FontStrikethru);
+    // The dialog would show any other font for one that isn't there.
+    if (!QFontDatabase::hasFamily(font.family()))
+        font.setFamily(QFontInfo(font).family());
+    // It doesn't find a style by the names that it gives them in other languages.
+    for (const QString& style : QFontDatabase::styles(font.family())) {
+        if (QFontDatabase::weight(font.family(), style) == font.weight()
+            && QFontDatabase::italic(font.family(), style) == font.italic())
+            font.setStyleName(style);
+    }
     return font;
 }
 
@@ -56,6 +67,7 @@ public:
         name_fields();
         connect(&buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
         connect(&buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+        connect(&m_fonts, &QDialog::finished, this, &QDialog::done); // by a key in one of its lists
         connect(&m_color_button, &QPushButton::clicked, this, [this] { choose_color(); });
         auto& rows = make_child<QVBoxLayout>(this);
         rows.addWidget(&m_fonts);
@@ -96,7 +108,7 @@ private:
     void choose_color()
     {
         const QColor chosen = QColorDialog::getColor(
-            color_of(m_color), this, m_color_button.text(), QColorDialog::DontUseNativeDialog);
+            color_of(m_color), this, {}, QColorDialog::DontUseNativeDialog);
         if (chosen.isValid())
             m_color = RGB(chosen.red(), chosen.green(), chosen.blue());
         show_color();

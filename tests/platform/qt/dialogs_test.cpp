@@ -1,6 +1,7 @@
 #include "platform/files/disk_file_store.h"
 #include "platform/qt/document_check.h"
 #include "platform/qt/file_dialogs.h"
+#include "platform/qt/font_dialogs.h"
 #include "platform/qt/message_boxes.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/text_limits.h"
@@ -9,8 +10,11 @@
 #include "tests/platform/files/test_folder.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QFileDialog>
+#include <QFontInfo>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
@@ -196,6 +200,28 @@ TEST(OpenDialog, WhatAFileHoldsSaysWhetherItIsADocument)
         EXPECT_EQ(obstacle_to_document(files, folder / row.name), row.obstacle) << row.name;
     }
     EXPECT_EQ(obstacle_to_document(files, folder / "none"), ReadObstacle::not_readable);
+}
+
+TEST(FontDialog, EndsByTheKeysAlsoInItsListsAndChangesOnlyWhatIsAltered)
+{
+    const NumberedTexts texts;
+    for (const auto key : { Qt::Key_Escape, Qt::Key_Return }) {
+        User user;
+        user.will<QDialog>([key](QDialog& dialog) {
+            auto& list = *dialog.findChild<QListView*>();
+            EXPECT_EQ(
+                list.currentIndex().data().toString(), QFontInfo(QFont("No such font")).family());
+            dialog.findChildren<QCheckBox*>().last()->click(); // underlines
+            QTest::keyClick(&list, key);
+            EXPECT_FALSE(dialog.isVisible());
+            dialog.close();
+        });
+        FontChoice choice;
+        choice.FontName = "No such font";
+        QtFontDialogs(texts).ShowFont(choice);
+        EXPECT_EQ(choice.FontName, "No such font");
+        EXPECT_EQ(choice.FontUnderline, key == Qt::Key_Return);
+    }
 }
 
 } // namespace
