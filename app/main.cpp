@@ -102,6 +102,7 @@ int run(DiskFileStore& files, std::shared_ptr<voice::SpeechEngines> engines,
     use_icons_of(app_folder + "/icons");
 
     const StringTable texts(strings_of_language(user_language_id()));
+    speak_by_toolkit(texts.LoadResString(2363)); // its name there
     MessageGate gate;
     const Forms::Post post = [&gate](std::function<void()> call) { gate.post(std::move(call)); };
     QtFormWindows windows(gate);

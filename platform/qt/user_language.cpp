@@ -1,6 +1,12 @@
 #include "platform/qt/user_language.h"
 
+#include "platform/qt/child_widget.h"
+#include "platform/qt/text_conversion.h"
+
+#include <QCoreApplication>
+#include <QLibraryInfo>
 #include <QLocale>
+#include <QTranslator>
 
 #include <unicode/uloc.h>
 
@@ -13,6 +19,13 @@ int user_language_id()
         return 0;
     const QByteArray locale = QString(languages.first()).replace('-', '_').toLatin1();
     return static_cast<int>(uloc_getLCID(locale.constData()));
+}
+
+void speak_by_toolkit(const std::string& language)
+{
+    auto& texts = make_child<QTranslator>(QCoreApplication::instance());
+    if (texts.load("qtbase_" + to_qt(language), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&texts);
 }
 
 } // namespace tessavox
