@@ -20,10 +20,13 @@ QFont fitted_font(QFont font, const QString& text, int width)
     if (spare < 0)
         font.setLetterSpacing(QFont::AbsoluteSpacing,
             std::max(tightest, (spare - 1) / static_cast<double>(text.size())));
-    const int share = 100 * width / std::max(1, width_in(font)) - 1;
-    if (share < narrowest || width_in(font) <= width)
-        return font;
-    font.setStretch(share);
+    // What letters need at whole pixels doesn't shrink quite as they do.
+    const QFont closer = font;
+    for (int share = 100 * width / std::max(1, width_in(font)); width_in(font) > width; --share) {
+        if (share < narrowest)
+            return closer;
+        font.setStretch(share);
+    }
     return font;
 }
 

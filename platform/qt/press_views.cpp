@@ -31,6 +31,7 @@ constexpr int text_margin = 6; // beside a sign
 constexpr int edge_and_margin = 2; // of a button, on each side of its text
 constexpr int label_indent = 2;
 constexpr int gap_before_box = 4;
+constexpr int smallest_gap = 1;
 
 QString shown_caption(const Control& control)
 {
@@ -229,8 +230,11 @@ private:
         if (const QWidget* box = m_label.buddy(); box && box->y() == m_label.y())
             m_label.resize(m_label.width(), std::max(m_label.height(), box->height()));
         const QString caption = shown_caption(m_control);
-        const int room = m_label.width() - label_indent - (m_label.buddy() ? gap_before_box : 0);
-        m_label.setText(fit_text(m_label, QApplication::font(&m_label), caption, room));
+        const QFont font = QApplication::font(&m_label);
+        int room = m_label.width() - label_indent - (m_label.buddy() ? gap_before_box : 0);
+        if (m_label.buddy() && QFontMetrics(font).horizontalAdvance(caption) > room)
+            room += gap_before_box - smallest_gap;
+        m_label.setText(fit_text(m_label, font, caption, room));
     }
 
     QString tip() const override
