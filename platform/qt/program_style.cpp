@@ -1,5 +1,7 @@
 #include "platform/qt/program_style.h"
 
+#include "platform/qt/colours.h"
+
 #include <QApplication>
 #include <QIcon>
 #include <QPainter>
@@ -8,14 +10,11 @@
 #include <QStyleOption>
 
 #include <algorithm>
-#include <cmath>
 
 namespace tessavox {
 namespace {
 
-// By the Web Content Accessibility Guidelines 2.2, sections 1.4.3 and 1.4.11.
-constexpr double contrast_of_text = 4.5;
-constexpr double contrast_of_lines = 3;
+constexpr double contrast_of_lines = 3; // by the guidelines' section 1.4.11
 constexpr double share_of_disabled_text = 0.5;
 constexpr double share_of_text_when_pointed_at = 0.08;
 constexpr double share_of_text_when_pressed = 0.16;
@@ -31,32 +30,6 @@ constexpr TextRole text_roles[] = {
     { QPalette::ButtonText, QPalette::Button },
     { QPalette::Text, QPalette::Base },
 };
-
-QColor mixed(const QColor& one, const QColor& other, double share)
-{
-    const auto mix = [share](int a, int b) {
-        return static_cast<int>(std::lround(a * share + b * (1 - share)));
-    };
-    return { mix(one.red(), other.red()), mix(one.green(), other.green()),
-        mix(one.blue(), other.blue()) };
-}
-
-/// By the same guidelines, of a colour of the sRGB space.
-double luminance(const QColor& colour)
-{
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF())
-        + 0.0722 * linear(colour.blueF());
-}
-
-double contrast(const QColor& one, const QColor& other)
-{
-    const double first = luminance(one);
-    const double second = luminance(other);
-    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
-}
 
 /// Draws the eye less than the text does, and can still be told from what is around it.
 QColor line_colour(const QPalette& palette)
@@ -160,6 +133,20 @@ void draw_focus_ring(const QStyleOption& option, QPainter& painter)
     painter.restore();
 }
 
+/// Buttons and fields of the toolkit's own dialogs have an edge that is darker than the window, and
+/// so none in high contrast.
+void draw_edge(const QStyleOption& option, QPainter& painter)
+{
+    constexpr double radius = 2;
+    if (option.state.testFlag(QStyle::State_HasFocus))
+        return;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(option.palette.color(QPalette::Mid));
+    painter.drawRoundedRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+    painter.restore();
+}
+
 void draw_check_box(const QStyleOption& option, QPainter& painter)
 {
     constexpr double radius = 3;
@@ -226,12 +213,23 @@ void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
             return draw_arrow(row, *option, *painter);
     }
     QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element == PE_PanelButtonCommand || element == PE_FrameLineEdit)
+        draw_edge(*option, *painter);
+}
+
+void ProgramStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+    QPainter* painter, const QWidget* widget) const
+{
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if (control == CC_ComboBox || control == CC_SpinBox)
+        draw_edge(*option, *painter);
 }
 
 int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
     QStyleHintReturn* result) const
 {
-    return hint == SH_ComboBox_Popup ? 0 : QProxyStyle::styleHint(hint, option, widget, result);
+    const bool refused = hint == SH_ComboBox_Popup || hint == SH_DialogButtonBox_ButtonsHaveIcons;
+    return refused ? 0 : QProxyStyle::styleHint(hint, option, widget, result);
 }
 
 QIcon ProgramStyle::standardIcon(

@@ -12,17 +12,20 @@ namespace tessavox {
 ///   colour can be seen beside the window's.
 /// - Three shades have a meaning, which a skin can count on: Mid is a line that can be seen,
 ///   Midlight a button that is pointed at, Dark one that is pressed.
-/// - Arrows are thin lines in the colour of the text, and check boxes have an edge that can be
-/// seen.
+/// - Arrows are thin lines in the colour of the text, and check boxes, buttons and fields have an
+///   edge that can be seen.
 /// - The signs on a document's window buttons have the colour of the text.
 /// - The popup of a list has a limited height and a scroll bar, where some styles would cover the
 ///   whole screen as if it were a menu.
+/// - The buttons of dialogs have no icons.
 class ProgramStyle : public QProxyStyle {
 public:
     void polish(QPalette& palette) override;
     using QProxyStyle::polish;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
         const QWidget* widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+        QPainter* painter, const QWidget* widget) const override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
         QStyleHintReturn* result) const override;
     QIcon standardIcon(

@@ -2,7 +2,9 @@
 
 #include "platform/failure.h"
 #include "platform/qt/child_widget.h"
+#include "platform/qt/colours.h"
 #include "platform/qt/copied_text.h"
+#include "platform/qt/legible_text.h"
 #include "platform/qt/page_text.h"
 #include "platform/qt/pane_text.h"
 #include "platform/qt/text_conversion.h"
@@ -79,6 +81,9 @@ protected:
             break;
         case QEvent::ApplicationPaletteChange:
             show_selection_always(m_shows_selection_always);
+            break;
+        case QEvent::PaletteChange:
+            show_legibly(*document(), 0, document()->characterCount(), palette());
             break;
         default:
             break;
@@ -194,13 +199,15 @@ QWidget& QtRichTextPane::widget() const
 void QtRichTextPane::watch(QTextDocument& document)
 {
     QObject::connect(&document, &QTextDocument::contentsChange, m_editor,
-        [this](int position, int, int) { text_edited(position); });
+        [this](int position, int, int added) { text_edited(position, added); });
     QObject::connect(document.documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged,
         m_editor, [this] { show_wide_selection_when_laid_out(); });
 }
 
-void QtRichTextPane::text_edited(int position)
+void QtRichTextPane::text_edited(int position, int added)
 {
+    if (is_dark(m_editor->palette().color(QPalette::Base)))
+        show_legibly(document(), position, position + added, m_editor->palette());
     m_lines.changed_from(m_editor->document()->findBlock(position).blockNumber());
     if (!m_text_stays) {
         m_text.reset();
@@ -309,6 +316,7 @@ void QtRichTextPane::show_document(
         document->setUndoRedoEnabled(true);
         document->setModified(false);
         document->setParent(m_editor);
+        show_legibly(*document, 0, document->characterCount(), m_editor->palette());
         m_editor->setDocument(document.get());
         QTextCursor cursor(document.get());
         if (document->isEmpty())

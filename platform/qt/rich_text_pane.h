@@ -120,7 +120,7 @@ private:
     template <class Alter> void change_paragraphs(Alter&& alter);
     void report_formatted();
     void watch(QTextDocument& document);
-    void text_edited(int position);
+    void text_edited(int position, int added);
     void report_change();
     void report_selection();
     void set_font(const QFont& font);

@@ -1,5 +1,6 @@
 #include "platform/failure.h"
 #include "platform/files/disk_file_store.h"
+#include "platform/qt/colours.h"
 #include "platform/qt/program_style.h"
 #include "platform/qt/skin.h"
 #include "tests/platform/qt/demo_form.h"
@@ -12,30 +13,10 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cmath>
-
 namespace tessavox {
 namespace {
 
 const QString share = TESSAVOX_SOURCE_SHARE;
-
-double luminance(const QColor& colour)
-{
-    const std::array weights{ 0.2126, 0.7152, 0.0722 };
-    const std::array parts{ colour.redF(), colour.greenF(), colour.blueF() };
-    double sum = 0;
-    for (int i = 0; i < 3; ++i)
-        sum += weights[i]
-            * (parts[i] <= 0.04045F ? parts[i] / 12.92 : std::pow((parts[i] + 0.055) / 1.055, 2.4));
-    return sum;
-}
-
-double contrast(const QColor& one, const QColor& other)
-{
-    const double first = luminance(one), second = luminance(other);
-    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
-}
 
 struct Desktop {
     const char* window;
@@ -59,6 +40,8 @@ constexpr Desktop desktops[] = {
 
 TEST(ProgramStyles, MakeEveryDesktopsSelectionAndLinesVisible)
 {
+    EXPECT_NEAR(contrast("#767676", "#ffffff"), 4.54, 0.005); // as the guidelines' examples have it
+    EXPECT_NEAR(contrast("#0000ff", "#ffff00"), 8.00, 0.005);
     ProgramStyle style;
     for (const Desktop& desktop : desktops) {
         const QColor window(desktop.window), button(desktop.button), selection(desktop.selection);
@@ -134,7 +117,7 @@ TEST_F(Skins, OfTheProgramIsUnderstoodAndTakesItsColoursFromTheDesktop)
     QApplication::setPalette(QPalette(QColor("#202326")));
     desktop.settle();
     const QColor button = picture().pixelColor(20, 10);
-    EXPECT_LT(luminance(button), 0.1) << button.name().toStdString();
+    EXPECT_TRUE(is_dark(button)) << button.name().toStdString();
     QApplication::setPalette(before);
 }
 

@@ -1,6 +1,7 @@
 #include "platform/qt/rich_text_pane.h"
 
 #include "platform/files/disk_file_store.h"
+#include "platform/qt/colours.h"
 #include "tests/contract/rich_text_pane_contract.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -240,6 +241,41 @@ TEST_F(ShownPane, TheKeyboardGetsInAndOutButTabStaysInTheText)
         EXPECT_EQ(window.focusWidget(), row.lands);
     }
     EXPECT_EQ(pane.Text().view(), u"\t");
+}
+
+TEST_F(ShownPane, ColoursForPaperAreShownLegiblyOnADarkGroundAndKept)
+{
+    const auto shown = [&] { return editor.document()->begin().layout()->formats(); };
+    const auto expect_legible = [&](int start, int length) {
+        ASSERT_EQ(shown().size(), 1);
+        EXPECT_EQ(shown()[0].start, start);
+        EXPECT_EQ(shown()[0].length, length);
+        const QColor ink = shown()[0].format.foreground().color();
+        EXPECT_GE(contrast(ink, editor.palette().color(QPalette::Base)), contrast_of_text);
+        EXPECT_GT(ink.red(), ink.blue()); // a shade of what it is
+        EXPECT_EQ(pane.SelColor(), RGB(149, 32, 19));
+    };
+    const QPalette light = QApplication::palette();
+    const auto turn = [](const QPalette& palette) {
+        QApplication::setPalette(palette);
+        QApplication::processEvents();
+    };
+    const QPalette dark(QColor("#202326"));
+    turn(dark);
+    pane.set_Text(u"a tag here");
+    pane.set_SelStart(2);
+    pane.set_SelLength(3);
+    pane.set_SelColor(RGB(149, 32, 19));
+    expect_legible(2, 3);
+    turn(light);
+    EXPECT_TRUE(shown().isEmpty());
+    turn(dark);
+    expect_legible(2, 3);
+    pane.set_Text(u"");
+    pane.set_SelColor(RGB(149, 32, 19));
+    pane.set_Text(u"tag");
+    expect_legible(0, 3);
+    turn(light);
 }
 
 TEST_F(ShownPane, AMouseButtonIsReportedWhenItIsReleased)
