@@ -6,10 +6,15 @@
 #include "platform/qt/document_area.h"
 #include "platform/qt/twips.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QMainWindow>
 #include <QMenu>
+#include <QMenuBar>
+#include <QPainter>
 #include <QScreen>
+
+#include <string_view>
 
 namespace tessavox {
 namespace {
@@ -17,6 +22,7 @@ namespace {
 /// The menu at whose end the open documents are listed.
 constexpr char document_list_menu[] = "mnuWindow";
 constexpr QSize smallest_window{ 480, 320 };
+constexpr int sign_side = 16;
 
 } // namespace
 
@@ -30,6 +36,29 @@ public:
         setCentralWidget(&documents);
         setMinimumSize(smallest_window);
         setContextMenuPolicy(Qt::NoContextMenu); // it would offer to hide the bars
+        menuBar()->installEventFilter(this);
+    }
+
+    /// The sign of a document that fills the window stands in the menu bar. The toolkit draws it
+    /// out of its middle, and cut, where the display is scaled.
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        const auto is_sign = [](const QObject& one) {
+            return std::string_view(one.metaObject()->className()) == "QMdi::ControlLabel";
+        };
+        if (watched == menuBar() && event->type() == QEvent::ChildAdded) {
+            QObject* const added = static_cast<QChildEvent*>(event)->child();
+            if (is_sign(*added))
+                added->installEventFilter(this);
+        } else if (event->type() == QEvent::Paint && is_sign(*watched)) {
+            auto& sign = static_cast<QWidget&>(*watched);
+            QPainter painter(&sign);
+            QRect place({}, QSize(sign_side, sign_side));
+            place.moveCenter(sign.rect().center());
+            QApplication::windowIcon().paint(&painter, place);
+            return true;
+        }
+        return QMainWindow::eventFilter(watched, event);
     }
 
     DocumentArea& documents;
