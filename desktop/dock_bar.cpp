@@ -93,9 +93,10 @@ void frmDockDemo::Form_MouseMove(int buttons, float x, float y)
         dockHandler().UpdateDockDrag(x, y);
 }
 
+// Without an icon in the tray it stays minimised: then only the task bar leads back to it.
 void frmDockDemo::Form_Resize()
 {
-    if (window_state != WindowState::minimised)
+    if (window_state != WindowState::minimised || !m_platform.tray.has_icon())
         return;
     Visible = false;
     window_state = WindowState::normal; // as it comes back the next time

@@ -87,5 +87,30 @@ TEST_F(DockBar, IsDraggedByTheLeftButtonAlone)
     EXPECT_EQ(windows.placed.top, 4);
 }
 
+TEST_F(DockBar, TakesTurnsWithTheWindowAndKeepsItsPlaceUntilItIsClosed)
+{
+    EXPECT_FALSE(main.Visible);
+    bar->placed(6000, 3000, 7335, 675);
+    bar->Command4.user_press();
+    EXPECT_TRUE(main.Visible && !bar->Visible);
+    document().Command4.user_press();
+    EXPECT_EQ(bar->Top, 3000.0);
+    for (const bool icon : { false, true }) { // without an icon, only the task bar leads back to it
+        tray.exists = icon;
+        bar->user_changed_state(WindowState::normal);
+        bar->user_changed_state(WindowState::minimised);
+        EXPECT_EQ(bar->Visible, !icon);
+    }
+    EXPECT_FALSE(main.Visible);
+    document().Command4.user_press();
+    EXPECT_TRUE(bar->Visible && bar->window_state == WindowState::normal);
+    bar->user_closed();
+    EXPECT_TRUE(main.Visible);
+    document().Command4.user_press();
+    EXPECT_EQ(window("frmDockDemo")->Top, 10.0);
+    main.mnuFileExit.run();
+    EXPECT_TRUE(has_quit);
+}
+
 } // namespace
 } // namespace tessavox::tests
