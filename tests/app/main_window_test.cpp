@@ -14,16 +14,18 @@ TEST_F(MainWindow, LeadsEveryCommandToTheActiveDocument)
         bool paused = false;
     };
     const Case cases[] = { { "mnuCtlSpeak mnuPopSpeak SpeakBtn", "Speak \"front\" 11" },
-        { "mnuCtlPause mnuPopPause mnuTrayPause PauseBtn", "Pause", true },
-        { "mnuCtlPause mnuPopPause mnuTrayPause ResumeBtn", "Resume", true, true },
-        { "mnuCtlStop mnuPopStop mnuTrayStop StopBtn", "Speak \"\" 2", true },
-        { "mnuCtlclipboard mnuTrayReadClipboard ReadClipbdBtn", "Speak \"copied\" 11" },
-        { "mnuCtlSaveClipboardTexttoWav mnuTrayClipboardtoWav ReadClipboardtoFile",
+        { "mnuCtlPause mnuPopPause mnuTrayPause PauseBtn bar.PauseBtn", "Pause", true },
+        { "mnuCtlPause mnuPopPause mnuTrayPause ResumeBtn bar.PauseBtn", "Resume", true, true },
+        { "mnuCtlStop mnuPopStop mnuTrayStop StopBtn bar.StopBtn", "Speak \"\" 2", true },
+        { "mnuCtlclipboard mnuTrayReadClipboard ReadClipbdBtn bar.ReadClipbdBtn",
+            "Speak \"copied\" 11" },
+        { "mnuCtlSaveClipboardTexttoWav mnuTrayClipboardtoWav ReadClipboardtoFile "
+          "bar.SpeaktofileBtn",
             "Speak \"copied\" 11; WaitUntilDone 0" },
         { "mnuCtlSpeaktofile SpeaktofileBtn", "Speak \"front\" 11; WaitUntilDone 0" },
-        { "mnuCtlPlay mnuTrayPlayFile Play", "Speak \"/a.wav\" 15" },
+        { "mnuCtlPlay mnuTrayPlayFile Play bar.Play", "Speak \"/a.wav\" 15" },
         { "SkipBtn", "Skip Sentence 0" }, { "ResetBtn", "Rate 0" } };
-    open_another();
+    open_another().Command4.user_press();
     clipboard.text = u"copied";
     for (const Case& row : cases) {
         for (const std::string& name : words_of(row.controls)) {

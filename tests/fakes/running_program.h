@@ -70,14 +70,19 @@ struct RunningProgram : UserFiles {
         main.mnuFileSaveAs.run();
     }
     /// Presses the button, or chooses the item of a menu, of the main window or the document in
-    /// front; "tbToolBar.1" is a button of the tool bar.
+    /// front; "tbToolBar.1" is a button of the tool bar, "bar.StopBtn" one of the dock bar.
     void press(const std::string& name)
     {
         if (name.starts_with("tbToolBar."))
             return main.tbToolBar.user_press(name.back() - '0');
-        for (const Form* form : std::initializer_list<const Form*>{ &main, &document() }) {
+        const std::string bar = "bar.";
+        const bool in_bar = name.starts_with(bar);
+        for (const Form* form :
+            std::initializer_list<const Form*>{ &main, &document(), window("frmDockDemo") }) {
+            if (!form || in_bar != (form->name() == "frmDockDemo"))
+                continue;
             for (Control* control : form->controls()) {
-                if (control->name() != name)
+                if (control->name() != name.substr(in_bar ? bar.size() : 0))
                     continue;
                 if (auto* item = dynamic_cast<MenuItem*>(control))
                     return item->user_choose();
