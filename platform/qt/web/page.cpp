@@ -1,5 +1,6 @@
 #include "platform/qt/web/page.h"
 
+#include <QCoreApplication>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineSettings>
 
@@ -54,6 +55,14 @@ Page::Page(QWebEngineProfile& profile, const PageHost& host, QObject* parent)
             if (request.isUserInitiated() && is_any_of(address.scheme(), { "http", "https" }))
                 m_host.open_outside(address);
         });
+}
+
+bool Page::javaScriptConfirm(const QUrl&, const QString& text)
+{
+    // So does the engine ask, by no other name, for a page that wants to keep its user.
+    return text
+        == QCoreApplication::translate("QWebEnginePage",
+            "Are you sure you want to leave this page? Changes that you made may not be saved.");
 }
 
 bool Page::acceptNavigationRequest(const QUrl& url, NavigationType type, bool is_main)

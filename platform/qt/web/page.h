@@ -8,8 +8,8 @@
 namespace tessavox {
 
 /// Opens no dialog, no window and no file, whatever its scripts ask for: a box of a script comes
-/// back at once as if the user had cancelled it, and what wants a window of its own goes to the
-/// desktop if it was the user who clicked.
+/// back at once as if the user had cancelled it, none keeps its user from leaving, and what wants a
+/// window of its own goes to the desktop if it was the user who clicked.
 class Page : public QWebEnginePage {
 public:
     /// `host` has to outlive it.
@@ -23,7 +23,7 @@ protected:
         return {};
     }
     void javaScriptAlert(const QUrl&, const QString&) override { }
-    bool javaScriptConfirm(const QUrl&, const QString&) override { return false; }
+    bool javaScriptConfirm(const QUrl&, const QString& text) override;
     bool javaScriptPrompt(const QUrl&, const QString&, const QString&, QString*) override
     {
         return false;
