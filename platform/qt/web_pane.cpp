@@ -6,7 +6,9 @@
 #include "platform/qt/message_gate.h"
 #include "platform/qt/text_conversion.h"
 
+#include <QAccessible>
 #include <QApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLoggingCategory>
 #include <QOpenGLContext>
@@ -63,6 +65,13 @@ void do_without_graphics_hardware()
     qt_gl_set_global_share_context(context);
 }
 
+/// The engine takes the time to describe its pages only if it is told so before its start.
+void tell_whether_screen_reader_listens()
+{
+    if (QAccessible::isActive())
+        qputenv("QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY", "1");
+}
+
 } // namespace
 
 /// Holds the page, or says why there is none.
@@ -91,6 +100,19 @@ public:
         m_message.hide();
         m_rows.addWidget(&page);
         setFocusProxy(&page);
+    }
+
+protected:
+    // These keys are the page's that has them, whatever the menu is for by now: of a document that
+    // is all the user can do to have it read.
+    bool event(QEvent* event) override
+    {
+        if (event->type() != QEvent::ShortcutOverride)
+            return QWidget::event(event);
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        event->setAccepted(!m_message.isVisible()
+            && (key.matches(QKeySequence::Copy) || key.matches(QKeySequence::SelectAll)));
+        return true;
     }
 
 private:
@@ -137,7 +159,6 @@ PageView& QtWebPane::view()
         if (NavigateComplete2)
             attempt([this] { NavigateComplete2(); });
     };
-    m_view->selected = [this] { m_all_selected = true; };
     m_place->show_page(m_view->widget());
     return *m_view;
 }
@@ -197,21 +218,26 @@ void QtWebPane::ExecWB(WebCommand command)
     }
 }
 
-// Without a selection a copy comes to nothing, and nobody says so.
+// A copy that comes to nothing isn't told by anybody, so it isn't waited for where there is no
+// selection, or no text in it.
 void QtWebPane::copy()
 {
-    if (!m_view->has_selection() && !std::exchange(m_all_selected, false))
+    const std::optional<bool> all_has_text = std::exchange(m_all_has_text, std::nullopt);
+    if (!all_has_text && !m_view->has_selection())
         return;
     m_view->copy();
+    if (!all_has_text.value_or(true))
+        return;
     const milliseconds kept = m_patience == whole_patience ? kept_for_all : milliseconds(0);
     wait_until([this] { return !m_parts.clipboard.GetText(Patience::none).empty(); }, kept);
 }
 
 void QtWebPane::select_all()
 {
-    m_all_selected = false;
+    m_view->selected = [this](bool has_text) { m_all_has_text = has_text; };
     m_view->select_all();
-    wait_until([this] { return m_all_selected; });
+    wait_until([this] { return m_all_has_text.has_value(); });
+    m_view->selected = nullptr; // too late
 }
 
 void QtWebPane::save()
@@ -250,6 +276,7 @@ std::function<std::unique_ptr<PageView>(QWidget&, const PageHost&)> late_page_vi
 {
     return [path = std::move(path), &texts](QWidget& parent, const PageHost& host) {
         do_without_graphics_hardware();
+        tell_whether_screen_reader_listens();
         void* make = nullptr;
         try {
             make = late_function(path, make_page_view_name);

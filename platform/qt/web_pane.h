@@ -14,6 +14,7 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 
 class QLabel;
@@ -65,7 +66,7 @@ private:
     const WebPaneParts& m_parts;
     QPointer<Place> m_place;
     std::unique_ptr<PageView> m_view;
-    bool m_all_selected = false;
+    std::optional<bool> m_all_has_text; // none unless all was just selected
     std::chrono::milliseconds m_patience; // of the present handler
     bool m_patience_returns = false;
 };

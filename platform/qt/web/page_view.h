@@ -35,8 +35,8 @@ public:
     virtual bool has_selection() const = 0;
     /// Begins to copy what is selected.
     virtual void copy() = 0;
-    /// Begins to select all, out of any field that has the focus. `selected` runs when that is
-    /// done, also where there was nothing to select; not if the page hangs.
+    /// Begins to select all, out of any field that has the focus. `selected` runs once when that is
+    /// done, and is told whether there can be any text in it; it doesn't run if the page hangs.
     virtual void select_all() = 0;
     /// By the ending of the path: a text, one file, or a file with a folder for what belongs to it.
     virtual void save(const QString& path) = 0;
@@ -44,7 +44,7 @@ public:
     virtual void print() = 0;
 
     std::function<void()> navigated;
-    std::function<void()> selected;
+    std::function<void(bool has_text)> selected;
 };
 
 /// What the library offers, by this name. @throws Failure with a text for the user if this system

@@ -40,7 +40,10 @@ constexpr const char* leave_field = R"((() => {
     if (field && (field.isContentEditable || /^(INPUT|TEXTAREA|SELECT)$/.test(field.tagName)))
         field.blur();
 })())";
-/// A selection is told on another way than a script's answer, and can come this much later.
+/// Frames keep their selections to themselves.
+constexpr const char* ask_for_selection = "String(getSelection()) ? 2 : frames.length > 0 ? 1 : 0";
+enum Selection { no_selection, in_a_frame, of_text }; // its answers
+/// A selection is made on another way than scripts go, and can come this much later.
 constexpr auto time_for_a_selection = 100ms;
 
 constexpr std::array menu_actions = { Action::Back, Action::Forward, Action::Reload,
@@ -90,6 +93,8 @@ private:
     bool go(Action action, bool is_possible);
     void leave_page(std::function<void()> way);
     void end_page_that_hangs();
+    void look_at_selection(int turn, bool is_last);
+    void tell_selected(int turn, bool has_text);
     void take(QWebEngineDownloadRequest& download);
     void show_document(const QUrl& address, const QUrl& made_page);
     void open_menu(const QPoint& place);
@@ -103,6 +108,8 @@ private:
     bool m_awaited = false; // whether a page that loads has not told where it is
     /// The engine goes on telling the selection of the page before until there is another one.
     bool m_selection_is_of_before = false;
+    int m_selections = 0; // of all, so far
+    int m_selecting = 0; // the number of the one that nothing is told of yet, or 0
     QPointer<QWebEngineView> m_view;
     std::unique_ptr<QPrinter> m_printer; // while it prints
 };
@@ -128,8 +135,8 @@ WebEngineView::WebEngineView(QWidget& parent, const PageHost& host)
     });
     QObject::connect(&page(), &QWebEnginePage::selectionChanged, m_view, [this] {
         m_selection_is_of_before = false;
-        if (page().hasSelection() && selected)
-            selected();
+        if (page().hasSelection())
+            tell_selected(m_selecting, true);
     });
     QObject::connect(&shared_profile(), &QWebEngineProfile::downloadRequested, m_view,
         [this](QWebEngineDownloadRequest* download) {
@@ -204,20 +211,39 @@ QString WebEngineView::location() const
 
 void WebEngineView::select_all()
 {
-    const QPointer view = m_view;
-    page().runJavaScript(leave_field, QWebEngineScript::ApplicationWorld, [this, view](auto&&) {
-        if (!view)
-            return;
-        page().triggerAction(Action::SelectAll);
-        page().runJavaScript("0", QWebEngineScript::ApplicationWorld, [this, view](auto&&) {
-            if (view)
-                QTimer::singleShot(time_for_a_selection, view, [this] {
-                    m_selection_is_of_before = false;
-                    if (selected)
-                        selected();
-                });
+    const int turn = m_selecting = ++m_selections;
+    page().runJavaScript(
+        leave_field, QWebEngineScript::ApplicationWorld, [this, view = m_view, turn](auto&&) {
+            if (!view)
+                return;
+            page().triggerAction(Action::SelectAll);
+            look_at_selection(turn, false);
+            QTimer::singleShot(
+                time_for_a_selection, view, [this, turn] { look_at_selection(turn, true); });
         });
-    });
+}
+
+void WebEngineView::look_at_selection(int turn, bool is_last)
+{
+    page().runJavaScript(ask_for_selection, QWebEngineScript::ApplicationWorld,
+        [this, view = m_view, turn, is_last](const QVariant& answer) {
+            if (!view)
+                return;
+            // What the engine tells may be the selection before, or one that scripts don't see.
+            const bool may_have_text = answer.toInt() != no_selection || page().hasSelection();
+            if (is_last || answer.toInt() == of_text)
+                tell_selected(turn, may_have_text);
+        });
+}
+
+void WebEngineView::tell_selected(int turn, bool has_text)
+{
+    if (turn == 0 || turn != m_selecting)
+        return;
+    m_selecting = 0;
+    m_selection_is_of_before = m_selection_is_of_before && !has_text;
+    if (selected)
+        selected(has_text);
 }
 
 void WebEngineView::save(const QString& path)

@@ -32,14 +32,18 @@ struct FakeView : PageView {
     void copy() override
     {
         calls += "copy ";
-        later([this] { clipboard.text = selection; });
+        later([this] {
+            clipboard.text = selection;
+            calls += "copied ";
+        });
     }
     void select_all() override
     {
         calls += "select ";
         later([this] {
             selection = text;
-            selected();
+            if (selected)
+                selected(!text.empty());
         });
     }
     void save(const QString&) override { }
@@ -116,10 +120,15 @@ TEST_F(QtWebPaneTest, ACopyIsThereWhenTheCommandReturnsAndNothingElseRunsMeanwhi
     pane.ExecWB(WebCommand::select_all);
     pane.ExecWB(WebCommand::copy);
     EXPECT_EQ(outside.clipboard.text, u"all of it");
-    EXPECT_EQ(view->calls, "select copy ");
+    EXPECT_EQ(view->calls, "select copy copied ");
     EXPECT_FALSE(ran);
     QApplication::processEvents();
     EXPECT_TRUE(ran);
+    view->calls.clear();
+    view->text = view->selection = u"";
+    pane.ExecWB(WebCommand::select_all);
+    pane.ExecWB(WebCommand::copy);
+    EXPECT_EQ(view->calls, "select copy "); // of no text, which isn't waited for
 }
 
 TEST_F(QtWebPaneTest, APageThatHangsIsGivenUp)
