@@ -116,9 +116,7 @@ void FileCommands::mnuFileOpen_Click()
     const std::string path = dlgCommonDialog.FileName; // an activation can change the dialog's
     if (path.empty())
         return;
-    bool is_page = ends_in(path, ".pdf");
-    attempt([&] { is_page = is_page || active_document().speech.place.view_status == 2; });
-    if (is_page)
+    if (ends_in(path, ".pdf") || shows_page())
         return show_as_page(path);
     LoadDocumentFile(path);
     // After the load: a document counts as changed once it is open, and the next change of any
@@ -129,11 +127,18 @@ void FileCommands::mnuFileOpen_Click()
     setmenu(m_process, m_main);
 }
 
+bool FileCommands::shows_page()
+{
+    bool is_page = false;
+    attempt([&] { is_page = ActiveForm(m_process.forms).speech.place.view_status == 2; });
+    return is_page;
+}
+
 void FileCommands::show_as_page(const std::string& path)
 {
     attempt([&] {
         frmDocument& document = active_document();
-        if (document.speech.place.view_status != 2) {
+        if (ends_in(path, ".pdf")) {
             document.speech.place.view_status = 2;
             document.control_pos2();
         }
@@ -184,9 +189,7 @@ void FileCommands::load_word_processor_document(const std::string& path)
 /// The caption says whether there is a path, and the dialog keeps which.
 void FileCommands::mnuFileSave_Click()
 {
-    bool is_page = false;
-    attempt([&] { is_page = ActiveForm(m_process.forms).speech.place.view_status == 2; });
-    if (is_page) {
+    if (shows_page()) {
         attempt_each([&] { ActiveForm(m_process.forms).WebBrowser1.SetFocus(); },
             [&] { ActiveForm(m_process.forms).WebBrowser1->ExecWB(WebCommand::save); });
         return;

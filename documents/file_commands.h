@@ -51,6 +51,7 @@ public:
 
 private:
     std::shared_ptr<frmDocument> put_document_in_slot(int slot);
+    bool shows_page();
     void show_as_page(const std::string& path);
     void load_file(frmDocument& document, const std::string& path, TextKind kind);
     void load_word_processor_document(const std::string& path);

@@ -101,9 +101,13 @@ TEST_F(Opening, PagesGoToThePaneForThem)
     open("/d/e.Pdf");
     EXPECT_EQ(document().speech.place.view_status, 2);
     EXPECT_TRUE(document().WebBrowser1.Visible);
+    main.mnuEdit.Enabled = true;
     open("/d/a.txt");
+    EXPECT_TRUE(main.mnuEdit.Enabled);
+    open("/d/e.Pdf"); // alone lays the window out for it
+    EXPECT_FALSE(main.mnuEdit.Enabled);
     main.mnuFileSave.run();
-    EXPECT_EQ(page().calls, "show /d/e.Pdf; show /d/a.txt; 3; ");
+    EXPECT_EQ(page().calls, "show /d/e.Pdf; show /d/a.txt; show /d/e.Pdf; 3; ");
     EXPECT_EQ(document().Caption, "/app/first.txt");
     EXPECT_EQ(windows.open_forms.size(), 2u);
     EXPECT_EQ(windows.focused, &document().WebBrowser1);
