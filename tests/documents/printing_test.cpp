@@ -25,5 +25,15 @@ TEST_F(Printing, GoesPageAfterPageToTheEndWhateverIsSelected)
     EXPECT_EQ(pane().print_area.bottom, 16838 - 720 - 180);
 }
 
+TEST_F(Printing, NeedsADocument)
+{
+    main.mnuFileClose.run();
+    main.mnuFilePrint.run();
+    const auto shown = boxes.take_shown();
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0].title + ": " + shown[0].text, "Tessavox: No open documents !");
+    EXPECT_EQ(printer.printed, "");
+}
+
 } // namespace
 } // namespace tessavox::tests

@@ -1,13 +1,13 @@
-// The library tessavox-printing.so: the desktop's default printer, by way of Qt.
+// The library tessavox-printing.so: the desktop's default printer, by way of PDF.
 #include "platform/failure.h"
 #include "platform/qt/late_printer.h"
 #include "platform/qt/print_page.h"
+#include "platform/qt/printing/print_server.h"
 #include "platform/qt/text_conversion.h"
 
-#include <QPageLayout>
+#include <QBuffer>
 #include <QPainter>
-#include <QPrinter>
-#include <QPrinterInfo>
+#include <QPdfWriter>
 
 namespace tessavox {
 namespace {
@@ -17,41 +17,45 @@ constexpr double twips_of_a_point = 20;
 
 class DefaultPrinterJob : public QtPrintJob {
 public:
-    DefaultPrinterJob(const QPrinterInfo& printer, const std::string& title)
-        : m_printer(printer, QPrinter::HighResolution)
+    explicit DefaultPrinterJob(const std::string& title)
+        : m_title(to_qt(title))
+        , m_paper(default_paper())
+        , m_pages(&m_document)
     {
-        m_printer.setResolution(dots_per_inch);
-        m_printer.setDocName(to_qt(title));
-        m_printer.setFullPage(true);
-        if (!m_painter.begin(&m_printer))
-            throw Failure("the printer takes no job");
+        m_paper.setUnits(QPageLayout::Point);
+        m_pages.setResolution(dots_per_inch);
+        m_pages.setTitle(m_title);
+        m_pages.setPageLayout(
+            { m_paper.pageSize(), m_paper.orientation(), {}, QPageLayout::Point });
+        if (!m_document.open(QIODevice::WriteOnly) || !m_painter.begin(&m_pages))
+            throw Failure("no page can be begun");
     }
-    double left_offset() const override { return unprintable().left() * twips_of_a_point; }
-    double top_offset() const override { return unprintable().top() * twips_of_a_point; }
+    double left_offset() const override
+    {
+        return m_paper.minimumMargins().left() * twips_of_a_point;
+    }
+    double top_offset() const override { return m_paper.minimumMargins().top() * twips_of_a_point; }
     double Width() const override { return paper().width() * twips_of_a_point; }
     double Height() const override { return paper().height() * twips_of_a_point; }
     void NewPage() override
     {
-        if (!m_printer.newPage())
-            throw Failure("the printer takes no further page");
+        if (!m_pages.newPage())
+            throw Failure("there is no further page");
     }
     void EndDoc() override
     {
-        if (!m_painter.end() || m_printer.printerState() == QPrinter::Error)
-            throw Failure("the printer doesn't take the job");
+        m_painter.end();
+        print_document(m_document.data(), m_title);
     }
     QPainter& painter() override { return m_painter; }
 
 private:
-    QMarginsF unprintable() const
-    {
-        QPageLayout layout = m_printer.pageLayout();
-        layout.setUnits(QPageLayout::Point);
-        return layout.minimumMargins();
-    }
-    QRectF paper() const { return m_printer.pageLayout().fullRect(QPageLayout::Point); }
+    QRectF paper() const { return m_paper.fullRect(QPageLayout::Point); }
 
-    QPrinter m_printer;
+    QString m_title;
+    QPageLayout m_paper;
+    QBuffer m_document;
+    QPdfWriter m_pages;
     QPainter m_painter;
 };
 
@@ -59,10 +63,7 @@ class DefaultPrinter : public Printer {
 public:
     std::unique_ptr<PrintJob> begin(const std::string& title) override
     {
-        const QPrinterInfo printer = QPrinterInfo::defaultPrinter();
-        if (printer.isNull())
-            throw Failure("there is no printer");
-        return std::make_unique<DefaultPrinterJob>(printer, title);
+        return std::make_unique<DefaultPrinterJob>(title);
     }
 };
 

@@ -1,6 +1,7 @@
 // The library tessavox-web.so: pages of the web by Qt WebEngine.
 #include "platform/failure.h"
 #include "platform/qt/child_widget.h"
+#include "platform/qt/printing/print_server.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/web/confined_pages.h"
 #include "platform/qt/web/document_pages.h"
@@ -11,8 +12,6 @@
 #include <QFile>
 #include <QMenu>
 #include <QPointer>
-#include <QPrinter>
-#include <QPrinterInfo>
 #include <QTimer>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineHistory>
@@ -32,7 +31,6 @@ using Action = QWebEnginePage::WebAction;
 
 /// A page that doesn't answer for so long while the user wants another one hangs.
 constexpr auto time_to_answer = 1500ms;
-constexpr int dots_per_inch = 300; // the engine prints pictures of pages
 
 /// A field that has the focus would keep the selection to itself.
 constexpr const char* leave_field = R"((() => {
@@ -111,7 +109,6 @@ private:
     int m_selections = 0; // of all, so far
     int m_selecting = 0; // the number of the one that nothing is told of yet, or 0
     QPointer<QWebEngineView> m_view;
-    std::unique_ptr<QPrinter> m_printer; // while it prints
 };
 
 WebEngineView::WebEngineView(QWidget& parent, const PageHost& host)
@@ -152,9 +149,6 @@ WebEngineView::WebEngineView(QWidget& parent, const PageHost& host)
                 m_way();
             m_left_process = 0;
         },
-        Qt::QueuedConnection);
-    QObject::connect(
-        m_view, &QWebEngineView::printFinished, m_view, [this] { m_printer.reset(); },
         Qt::QueuedConnection);
     QObject::connect(m_view, &QWidget::customContextMenuRequested, m_view,
         [this](const QPoint& place) { open_menu(place); });
@@ -268,13 +262,12 @@ void WebEngineView::save(const QString& path)
 
 void WebEngineView::print()
 {
-    const QPrinterInfo printer = QPrinterInfo::defaultPrinter();
-    if (printer.isNull() || m_printer)
-        return;
-    m_printer = std::make_unique<QPrinter>(printer, QPrinter::HighResolution);
-    m_printer->setResolution(dots_per_inch);
-    m_printer->setDocName(page().title());
-    m_view->print(m_printer.get());
+    attempt([this] {
+        page().printToPdf(
+            [title = page().title()](
+                const QByteArray& document) { attempt([&] { print_document(document, title); }); },
+            default_paper());
+    });
 }
 
 void WebEngineView::take(QWebEngineDownloadRequest& download)
