@@ -12,10 +12,14 @@
 namespace tessavox {
 namespace {
 
+bool has(const QTextFormat& format, QTextFormat::Property brush)
+{
+    return format.brushProperty(brush).style() != Qt::NoBrush;
+}
+
 bool has_colours(const QTextFormat& format)
 {
-    return format.hasProperty(QTextFormat::ForegroundBrush)
-        || format.hasProperty(QTextFormat::BackgroundBrush);
+    return has(format, QTextFormat::ForegroundBrush) || has(format, QTextFormat::BackgroundBrush);
 }
 
 QList<QTextLayout::FormatRange> shades(const QTextBlock& block, const QPalette& palette)
@@ -27,8 +31,8 @@ QList<QTextLayout::FormatRange> shades(const QTextBlock& block, const QPalette& 
         if (!has_colours(format))
             continue;
         const auto colour = [&](QTextFormat::Property property, QPalette::ColorRole usual) {
-            return format.hasProperty(property) ? format.brushProperty(property).color()
-                                                : palette.color(QPalette::Active, usual);
+            return has(format, property) ? format.brushProperty(property).color()
+                                         : palette.color(QPalette::Active, usual);
         };
         const QColor ink = colour(QTextFormat::ForegroundBrush, QPalette::Text);
         const QColor shade = legible(ink, colour(QTextFormat::BackgroundBrush, QPalette::Base));

@@ -267,6 +267,12 @@ TEST_F(ShownPane, ColoursForPaperAreShownLegiblyOnADarkGroundAndKept)
     pane.set_SelLength(3);
     pane.set_SelColor(RGB(149, 32, 19));
     expect_legible(2, 3);
+    pane.set_SelStart(6);
+    pane.set_SelLength(4);
+    pane.set_SelColor(automatic_color);
+    EXPECT_EQ(shown().size(), 1); // that has the desktop's own colour
+    pane.set_SelStart(2);
+    pane.set_SelLength(3);
     turn(light);
     EXPECT_TRUE(shown().isEmpty());
     turn(dark);
