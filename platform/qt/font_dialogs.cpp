@@ -11,8 +11,12 @@
 #include <QFontDialog>
 #include <QFontInfo>
 #include <QLabel>
+#include <QLineEdit>
+#include <QListView>
 #include <QPushButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace tessavox {
 namespace {
@@ -92,16 +96,21 @@ public:
     }
 
 private:
-    /// The toolkit leaves a list and the line above it without a name for screen readers; the label
-    /// belongs to one of them, and the list hands its focus to the line.
+    /// The toolkit leaves lists and the lines above them without a name for screen readers. Each
+    /// label belongs to one of the two.
     void name_fields()
     {
-        const auto fields = m_fonts.findChildren<QWidget*>();
+        m_fonts.setAccessibleName(windowTitle());
+        const auto lines = m_fonts.findChildren<QLineEdit*>();
+        const auto lists = m_fonts.findChildren<QListView*>();
+        qsizetype next = 0;
         for (const QLabel* label : m_fonts.findChildren<QLabel*>()) {
-            const QWidget* const own = label->buddy();
-            for (QWidget* field : own ? fields : QList<QWidget*>())
-                if (field == own || field->focusProxy() == own || own->focusProxy() == field)
-                    field->setAccessibleName(QString(label->text()).remove('&'));
+            if (!label->buddy() || next >= std::min(lines.size(), lists.size()))
+                continue;
+            for (QWidget* field :
+                { static_cast<QWidget*>(lines[next]), static_cast<QWidget*>(lists[next]) })
+                field->setAccessibleName(QString(label->text()).remove('&'));
+            ++next;
         }
     }
 

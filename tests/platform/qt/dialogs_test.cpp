@@ -211,6 +211,14 @@ TEST(FontDialog, EndsByTheKeysAlsoInItsListsAndChangesOnlyWhatIsAltered)
             auto& list = *dialog.findChild<QListView*>();
             EXPECT_EQ(
                 list.currentIndex().data().toString(), QFontInfo(QFont("No such font")).family());
+            for (const char* name : { "Font", "Font style", "Size" }) {
+                const auto named
+                    = [name](const QWidget* one) { return one->accessibleName() == name; };
+                const auto lists = dialog.findChildren<QListView*>();
+                const auto lines = dialog.findChildren<QLineEdit*>();
+                EXPECT_EQ(std::count_if(lists.begin(), lists.end(), named), 1) << name;
+                EXPECT_EQ(std::count_if(lines.begin(), lines.end(), named), 1) << name;
+            }
             dialog.findChildren<QCheckBox*>().last()->click(); // underlines
             QTest::keyClick(&list, key);
             EXPECT_FALSE(dialog.isVisible());
