@@ -54,6 +54,9 @@ class Tray(unittest.TestCase):
         self.end_tray()
         wait_for(lambda: "Tessavox - [" in subprocess.run(
             ["wmctrl", "-l"], capture_output=True, text=True).stdout, "the window is in reach again")
+        self.start_tray()  # as a panel does that is started again
+        xdotool("search", "--onlyvisible", "--name", "Tessavox -", "windowminimize")
+        wait_for(lambda: not program.main_window().showing, "the window hides")
 
 
 if __name__ == "__main__":
