@@ -76,6 +76,7 @@ TEST_F(Web, TheHistoryWrapsWhileTheListGrows)
     document().Unload();
     EXPECT_EQ(file("setting3.txt"),
         file_of_lines({ "10", "11", "12", "13", "14", "15", "16", "17", "18", "19", "20" }));
+    EXPECT_EQ(open_another().web.history()[10], "20");
 }
 
 TEST_F(Web, TheBoxFollowsThePage)
