@@ -4,6 +4,13 @@
 
 namespace tessavox {
 
+namespace {
+
+/// Some of these files are looked at many times a second.
+constexpr std::size_t most_bytes = std::size_t(1) << 20;
+
+} // namespace
+
 void PCCFile::WriteToFile(const std::string& text, const std::string& path, Durability durability)
 {
     attempt([&] { m_files.write(path, '"' + text + "\"\r\n", durability); });
@@ -13,7 +20,7 @@ std::string PCCFile::ReadFromFile(const std::string& path)
 try {
     if (!path.empty())
         m_filename = path;
-    return read_lines(m_files.read(m_filename));
+    return read_lines(m_files.read(m_filename, most_bytes));
 } catch (const Failure&) {
     attempt([&] {
         m_message_boxes.show(m_texts.with_value(2308, path), application_title, MessageButtons::ok,
@@ -25,7 +32,7 @@ try {
 bool PCCFile::can_read(const std::string& path) const
 {
     PCCFile other(*this);
-    return attempt([&] { other.read_lines(other.m_files.read(path)); });
+    return attempt([&] { other.read_lines(other.m_files.read(path, most_bytes)); });
 }
 
 std::string PCCFile::read_lines(const std::string& bytes)

@@ -30,9 +30,9 @@ public:
 
     /// Reads the lines of the file; of the one read last if `path` is empty. A line ends at CR or
     /// CR LF. Returns them joined by CR LF, without the empty ones at the head. On any failure,
-    /// which includes a file of more than 32767 lines, it says so in a message box and returns an
-    /// empty text; the lines and the count of the read before stay, as far as they weren't
-    /// replaced.
+    /// which includes a file of more than 32767 lines or 1 MiB, it says so in a message box and
+    /// returns an empty text; the lines and the count of the read before stay, as far as they
+    /// weren't replaced.
     std::string ReadFromFile(const std::string& path);
     /// Whether ReadFromFile would take the file. No message comes, and nothing changes.
     bool can_read(const std::string& path) const;

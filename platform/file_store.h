@@ -1,6 +1,8 @@
 // Small files, read and written whole.
 #pragma once
 
+#include "platform/text_limits.h"
+
 #include <string>
 
 namespace tessavox {
@@ -31,10 +33,10 @@ enum class ReadObstacle {
 class FileStore {
 public:
     virtual ~FileStore() = default;
-    /// The bytes of a regular file of ordinary size (64 MiB at most).
+    /// The bytes of a regular file, `most_bytes` at most.
     /// @throws Failure if it is missing, unreadable, larger or no regular file. Never blocks on a
     /// pipe or a device.
-    virtual std::string read(const std::string& path) = 0;
+    virtual std::string read(const std::string& path, std::size_t most_bytes = most_text_bytes) = 0;
     /// Replaces or creates the file. Its old content stays whole if anything fails. Nothing is
     /// written if a fleeting file holds these bytes already. @throws Failure if it can't be
     /// written.

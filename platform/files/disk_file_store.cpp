@@ -62,10 +62,10 @@ bool write_at(int file, const std::string& bytes, off_t offset)
     return true;
 }
 
-std::string contents_of(int file, const std::string& path)
+std::string contents_of(int file, const std::string& path, std::size_t most_bytes)
 {
     const struct stat status = status_of(file, path);
-    if (static_cast<std::uintmax_t>(status.st_size) > most_text_bytes)
+    if (static_cast<std::uintmax_t>(status.st_size) > most_bytes)
         refuse(path, "is too large");
     std::string bytes;
     bytes.reserve(static_cast<std::size_t>(status.st_size));
@@ -79,7 +79,7 @@ std::string contents_of(int file, const std::string& path)
         if (count == 0)
             return bytes;
         bytes.append(piece.data(), static_cast<std::size_t>(count));
-        if (bytes.size() > most_text_bytes)
+        if (bytes.size() > most_bytes)
             refuse(path, "is too large");
     }
 }
@@ -159,7 +159,7 @@ void write_in_place(const std::string& path, const std::string& bytes)
     const Descriptor file = open_file(path, O_RDWR);
     if (!file.is_open())
         fail(path, "written");
-    const std::string before = contents_of(file.get(), path);
+    const std::string before = contents_of(file.get(), path, most_text_bytes);
     NewFile copy(path, 0600);
     if (copy.is_open() && !copy.complete(before, Durability::durable))
         fail(path, "copied before it is written");
@@ -221,7 +221,7 @@ bool is_settled(const struct stat& status)
 
 } // namespace
 
-std::string DiskFileStore::read(const std::string& path)
+std::string DiskFileStore::read(const std::string& path, std::size_t most_bytes)
 {
     struct stat status { };
     const bool exists = ::stat(path.c_str(), &status) == 0;
@@ -232,7 +232,7 @@ std::string DiskFileStore::read(const std::string& path)
     const Descriptor file = open_file(path, O_RDONLY);
     if (!file.is_open())
         fail(path, "opened");
-    std::string bytes = contents_of(file.get(), path);
+    std::string bytes = contents_of(file.get(), path, most_bytes);
     if (exists && bytes.size() <= largest_note_bytes && m_known.size() < most_notes
         && is_settled(status))
         m_known[path] = { marks_of(status), bytes };
@@ -242,7 +242,7 @@ std::string DiskFileStore::read(const std::string& path)
 bool DiskFileStore::holds(const std::string& path, const std::string& bytes)
 {
     bool same = false;
-    attempt([&] { same = read(path) == bytes; });
+    attempt([&] { same = read(path, bytes.size()) == bytes; });
     return same;
 }
 

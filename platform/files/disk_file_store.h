@@ -18,7 +18,7 @@ namespace tessavox {
 /// Notes that are looked at hundreds of times a second are read again only when they have changed.
 class DiskFileStore : public FileStore {
 public:
-    std::string read(const std::string& path) override;
+    std::string read(const std::string& path, std::size_t most_bytes = most_text_bytes) override;
     void write(const std::string& path, const std::string& bytes, Durability durability) override;
     WriteObstacle obstacle_to_writing(const std::string& path) override;
     ReadObstacle obstacle_to_opening(const std::string& path) override;

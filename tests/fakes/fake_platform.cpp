@@ -52,11 +52,11 @@ private:
 
 } // namespace
 
-std::string FakeFiles::read(const std::string& path)
+std::string FakeFiles::read(const std::string& path, std::size_t most_bytes)
 {
     const auto found = files.find(path);
-    if (found == files.end())
-        throw Failure("there is no " + path);
+    if (found == files.end() || found->second.size() > most_bytes)
+        throw Failure("there is no such " + path);
     return found->second;
 }
 

@@ -19,7 +19,7 @@ namespace tessavox {
 
 class FakeFiles : public FileStore {
 public:
-    std::string read(const std::string& path) override;
+    std::string read(const std::string& path, std::size_t most_bytes = most_text_bytes) override;
     void write(const std::string& path, const std::string& bytes, Durability durability) override;
     WriteObstacle obstacle_to_writing(const std::string& path) override
     {

@@ -35,7 +35,7 @@ struct NumberedTexts : Texts {
 
 /// Knows by the name what can't be written.
 struct FixedFiles : FileStore {
-    std::string read(const std::string&) override { return {}; }
+    std::string read(const std::string&, std::size_t) override { return {}; }
     void write(const std::string&, const std::string&, Durability) override { }
     WriteObstacle obstacle_to_writing(const std::string& path) override
     {
