@@ -4,12 +4,10 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QFile>
 #include <QIconEngine>
 #include <QPainter>
 #include <QSvgRenderer>
 
-#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -115,12 +113,17 @@ struct Ink {
     std::optional<QPalette> of_button = {};
 };
 
-/// A drawing in the colour of the text beside it.
+enum class Source { desktop_theme, our_own };
+
+/// A sign in the colour of the text beside it. It is looked for when it is first shown: most menus
+/// never are, and themes are many folders. Themes draw a command in many ways, of which only the
+/// symbolic one is made to take a colour; where there is none, our own drawing stands.
 class InkIconEngine : public QIconEngine {
 public:
-    InkIconEngine(const QString& path, const Ink& ink)
-        : m_path(path)
+    InkIconEngine(QString icon, const Ink& ink, Source source)
+        : m_icon(std::move(icon))
         , m_ink(ink)
+        , m_source(source)
     {
     }
 
@@ -132,10 +135,14 @@ public:
 
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override
     {
+        look_up();
         QPixmap picture(size);
         picture.fill(Qt::transparent);
         QPainter painter(&picture);
-        drawing().render(&painter);
+        if (m_drawing)
+            m_drawing->render(&painter);
+        else
+            m_themed.paint(&painter, picture.rect());
         painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
         painter.fillRect(picture.rect(), colour(mode));
         return picture;
@@ -147,12 +154,17 @@ public:
     }
 
 private:
-    /// Read when it is first shown; most menus never are.
-    QSvgRenderer& drawing()
+    void look_up()
     {
-        if (!m_drawing)
-            m_drawing = std::make_shared<QSvgRenderer>(m_path);
-        return *m_drawing;
+        if (m_drawing || !m_themed.isNull())
+            return;
+        const QString symbolic = m_icon + "-symbolic";
+        if (m_source == Source::desktop_theme && QIcon::themeName() != programs_own_theme)
+            m_themed = QIcon::fromTheme(symbolic);
+        if (m_themed.name() == symbolic)
+            return; // and no other that stands in for it
+        m_themed = {};
+        m_drawing = std::make_shared<QSvgRenderer>(QString("%1:%2.svg").arg(search_path, m_icon));
     }
 
     QColor colour(QIcon::Mode mode) const
@@ -163,62 +175,19 @@ private:
                                        : palette.color(QPalette::Active, QPalette::ButtonText);
     }
 
-    QString m_path;
-    std::shared_ptr<QSvgRenderer> m_drawing;
+    QString m_icon;
     Ink m_ink;
+    Source m_source;
+    QIcon m_themed;
+    std::shared_ptr<QSvgRenderer> m_drawing; // null where a themed one is taken
 };
 
-QIcon drawn(const QString& icon, const Ink& ink)
+QIcon drawn(const QString& icon, const Ink& ink, Source source)
 {
-    const QString path = QString("%1:%2.svg").arg(search_path, icon);
-    if (icon.isEmpty() || !QFile::exists(path))
+    if (icon.isEmpty())
         return {};
-    return QIcon(std::make_unique<InkIconEngine>(path, ink).release());
+    return QIcon(std::make_unique<InkIconEngine>(icon, ink, source).release());
 }
-
-/// Looks an icon up when it is first shown: most menus never are, and themes are many folders.
-class LateIconEngine : public QIconEngine {
-public:
-    explicit LateIconEngine(std::function<QIcon()> look_up)
-        : m_look_up(std::move(look_up))
-    {
-    }
-
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override
-    {
-        icon().paint(painter, rect, Qt::AlignCenter, mode, state);
-    }
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
-    {
-        return icon().pixmap(size, 1, mode, state);
-    }
-    QPixmap scaledPixmap(
-        const QSize& size, QIcon::Mode mode, QIcon::State state, qreal scale) override
-    {
-        return icon().pixmap(size / scale, scale, mode, state);
-    }
-    QSize actualSize(const QSize& size, QIcon::Mode mode, QIcon::State state) override
-    {
-        return icon().actualSize(size, mode, state);
-    }
-    QString iconName() override { return icon().name(); }
-    bool isNull() override { return false; }
-    QIconEngine* clone() const override
-    {
-        return std::make_unique<LateIconEngine>(*this).release(); // the caller owns it
-    }
-
-private:
-    const QIcon& icon()
-    {
-        if (!m_icon)
-            m_icon = m_look_up();
-        return *m_icon;
-    }
-
-    std::function<QIcon()> m_look_up;
-    std::optional<QIcon> m_icon;
-};
 
 } // namespace
 
@@ -229,25 +198,19 @@ void use_icons_of(const std::string& folder)
 
 QIcon icon_of_command(std::string_view name, IconPlace place)
 {
-    const QString icon = icon_in(commands, name);
-    if (icon.isEmpty())
-        return {};
-    const auto role = place == IconPlace::menu ? QPalette::HighlightedText : QPalette::ButtonText;
-    return QIcon(std::make_unique<LateIconEngine>([icon, role] {
-        const bool has_theme = QIcon::themeName() != programs_own_theme;
-        const QIcon themed = has_theme ? QIcon::fromTheme(icon) : QIcon();
-        return themed.isNull() ? drawn(icon, { role }) : themed;
-    }).release());
+    const auto pointed_at
+        = place == IconPlace::menu ? QPalette::HighlightedText : QPalette::ButtonText;
+    return drawn(icon_in(commands, name), { pointed_at }, Source::desktop_theme);
 }
 
 QIcon icon_of_big_button(std::string_view name, const QPalette& palette)
 {
-    return drawn(icon_in(big_buttons, name), { QPalette::ButtonText, palette });
+    return drawn(icon_in(big_buttons, name), { QPalette::ButtonText, palette }, Source::our_own);
 }
 
 QIcon icon_of_dock_button(std::string_view name, const QPalette& palette)
 {
-    return drawn(icon_in(dock_buttons, name), { QPalette::ButtonText, palette });
+    return drawn(icon_in(dock_buttons, name), { QPalette::ButtonText, palette }, Source::our_own);
 }
 
 } // namespace tessavox

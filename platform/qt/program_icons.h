@@ -16,7 +16,7 @@ void use_icons_of(const std::string& folder);
 enum class IconPlace { menu, tool_bar };
 
 /// The icon of a menu item, by its name, or of a tool button, by its key: that of the desktop's
-/// theme, or else our own in the colour of the text. Empty for those without one.
+/// theme, or else our own, in the colour of the text. Empty for those without one.
 QIcon icon_of_command(std::string_view name, IconPlace place);
 
 /// Always our own: of a button among the big ones of a document, or in the dock bar, in the colour
