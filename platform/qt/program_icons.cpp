@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QIconEngine>
 #include <QPainter>
 #include <QSvgRenderer>
@@ -113,6 +114,11 @@ struct Ink {
     std::optional<QPalette> of_button = {};
 };
 
+QString file_of(const QString& icon)
+{
+    return QString("%1:%2.svg").arg(search_path, icon);
+}
+
 enum class Source { desktop_theme, our_own };
 
 /// A sign in the colour of the text beside it. It is looked for when it is first shown: most menus
@@ -164,7 +170,7 @@ private:
         if (m_themed.name() == symbolic)
             return; // and no other that stands in for it
         m_themed = {};
-        m_drawing = std::make_shared<QSvgRenderer>(QString("%1:%2.svg").arg(search_path, m_icon));
+        m_drawing = std::make_shared<QSvgRenderer>(file_of(m_icon));
     }
 
     QColor colour(QIcon::Mode mode) const
@@ -182,9 +188,10 @@ private:
     std::shared_ptr<QSvgRenderer> m_drawing; // null where a themed one is taken
 };
 
+/// Null where we have no drawing.
 QIcon drawn(const QString& icon, const Ink& ink, Source source)
 {
-    if (icon.isEmpty())
+    if (icon.isEmpty() || !QFile::exists(file_of(icon)))
         return {};
     return QIcon(std::make_unique<InkIconEngine>(icon, ink, source).release());
 }
