@@ -5,12 +5,9 @@
 #include "platform/rich_text_pane.h"
 #include "platform/text_files/plain_text.h"
 
-#include <algorithm>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace tessavox {
@@ -41,7 +38,7 @@ public:
     {
     }
 
-    TextSlice Text() const override { return { shared(), 0, m_content.text.size() }; }
+    TextSlice Text() const override { return { shared(), 0, m_text.size() }; }
     void set_Text(std::u16string text) override;
     std::int32_t SelStart() const override { return m_start; }
     void set_SelStart(std::int32_t offset) override;
@@ -61,32 +58,31 @@ public:
     void set_SelUnderline(bool underline) override { give(&Format::underline, underline); }
     std::optional<bool> SelStrikeThru() const override { return common(&Format::strike); }
     void set_SelStrikeThru(bool strike) override { give(&Format::strike, strike); }
-    std::optional<std::string> SelFontName() const override
-    {
-        const auto name = common(&Format::font);
-        return name ? std::optional<std::string>(*name) : std::nullopt;
-    }
-    void set_SelFontName(const std::string& name) override;
+    std::optional<std::string> SelFontName() const override { return common(&Format::font); }
+    void set_SelFontName(const std::string& name) override { give(&Format::font, name); }
     std::optional<double> SelFontSize() const override { return common(&Format::size); }
-    void set_SelFontSize(double points) override;
+    void set_SelFontSize(double points) override { give(&Format::size, points); }
     std::optional<std::int32_t> SelColor() const override { return common(&Format::color); }
     void set_SelColor(std::int32_t color) override { give(&Format::color, color); }
     std::optional<std::int32_t> SelCharOffset() const override { return common(&Format::offset); }
     void set_SelCharOffset(std::int32_t twips) override { give(&Format::offset, twips); }
-    std::optional<bool> SelBullet() const override { return common(&Paragraph::bullet); }
-    void set_SelBullet(bool bullet) override { give(&Paragraph::bullet, bullet); }
+    std::optional<bool> SelBullet() const override { return common(&Format::bullet, lines()); }
+    void set_SelBullet(bool bullet) override { give(&Format::bullet, bullet, lines()); }
     std::optional<std::int32_t> SelHangingIndent() const override
     {
-        return common(&Paragraph::hanging);
+        return common(&Format::hanging, lines());
     }
-    void set_SelHangingIndent(std::int32_t twips) override { give(&Paragraph::hanging, twips); }
+    void set_SelHangingIndent(std::int32_t twips) override
+    {
+        give(&Format::hanging, twips, lines());
+    }
 
     void set_FontName(const std::string& name) override;
     void set_FontSize(double points) override;
     void set_FontBold(bool bold) override { font_bold = bold; }
     void set_HideSelection(bool) override { }
     void set_MousePointer(int) override { }
-    void set_RightMargin(double twips) override;
+    void set_RightMargin(double) override { }
 
     void LoadFile(const std::string& path, TextKind kind) override;
     void SaveFile(const std::string& path, TextKind kind) override;
@@ -108,45 +104,53 @@ public:
 
 private:
     struct Format {
-        bool bold = false, italic = false, underline = false, strike = false;
-        std::string_view font = "the pane's"; // or one of m_fonts
+        bool bold = false, italic = false, underline = false, strike = false, bullet = false;
+        std::string font = "the pane's";
         double size = 10;
         std::int32_t color = automatic_color;
-        std::int32_t offset = 0;
+        std::int32_t offset = 0, hanging = 0;
     };
-    struct Paragraph {
-        bool bullet = false;
-        std::int32_t hanging = 0;
-    };
-    /// Text with the format of each unit and of each paragraph.
-    struct Content {
-        std::u16string text;
-        std::vector<Format> formats;
-        std::vector<Paragraph> paragraphs{ {} };
+    struct Range {
+        std::size_t begin, end;
     };
 
-    std::int32_t size() const { return static_cast<std::int32_t>(m_content.text.size()); }
+    std::int32_t size() const { return static_cast<std::int32_t>(m_text.size()); }
+    Range selection() const;
+    Range lines() const; // the paragraphs that the selection touches, with their ends
     void select(std::int32_t start, std::int32_t length);
     const std::shared_ptr<const std::u16string>& shared() const;
     void report_selection();
     void report_change();
-    static Content plain(const std::u16string& text, const Format& format);
-    std::string rich_text() const;
-    void show(Content content);
-    void replace_selection(const Content& content);
-    std::size_t paragraph_at(std::int32_t offset) const;
-    const Format& first_format() const;
-    Format format_of_new_text() const;
-    template <class Value> std::optional<Value> common(Value Format::*field) const;
-    template <class Value> std::optional<Value> common(Value Paragraph::*field) const;
-    template <class Value> void give(Value Format::*field, const Value& value);
-    template <class Value> void give(Value Paragraph::*field, const Value& value);
+    void show(const std::u16string& text, const Format& format);
+    void replace_selection(const std::u16string& text, Format format);
+    Format format_of_new_text() const { return m_text.empty() ? m_typing : Format(); }
+    template <class Value>
+    std::optional<Value> common(Value Format::*field, std::optional<Range> in = {}) const
+    {
+        const auto [begin, end] = in.value_or(selection());
+        const Value first = (begin < end ? m_formats[begin] : m_typing).*field;
+        for (std::size_t at = begin; at < end; ++at)
+            if (m_formats[at].*field != first)
+                return std::nullopt;
+        return first;
+    }
+    template <class Value>
+    void give(Value Format::*field, const Value& value, std::optional<Range> in = {})
+    {
+        const auto [begin, end] = in.value_or(selection());
+        if (begin == end)
+            m_typing.*field = value;
+        for (std::size_t at = begin; at < end; ++at)
+            m_formats[at].*field = value;
+        if (begin < end)
+            report_change();
+    }
 
     FileStore* m_files;
-    Content m_content;
+    std::u16string m_text;
+    std::vector<Format> m_formats{ {} }; // of each unit, and of the end
     /// The text for readers; none once it has changed.
     mutable std::shared_ptr<const std::u16string> m_shared;
-    std::set<std::string> m_fonts;
     Format m_typing; // of what is typed next
     std::int32_t m_start = 0;
     std::int32_t m_length = 0;
@@ -156,43 +160,5 @@ private:
     TextSearch m_search;
     TextFileForm m_file_form;
 };
-
-template <class Value> std::optional<Value> FakePane::common(Value Format::*field) const
-{
-    const Value first = first_format().*field;
-    for (std::int32_t i = m_start; i < m_start + m_length; ++i) {
-        if (m_content.formats[static_cast<std::size_t>(i)].*field != first)
-            return std::nullopt;
-    }
-    return first;
-}
-
-template <class Value> std::optional<Value> FakePane::common(Value Paragraph::*field) const
-{
-    const std::size_t start = paragraph_at(m_start);
-    for (std::size_t i = start; i <= paragraph_at(m_start + std::max(m_length - 1, 0)); ++i) {
-        if (m_content.paragraphs[i].*field != m_content.paragraphs[start].*field)
-            return std::nullopt;
-    }
-    return m_content.paragraphs[start].*field;
-}
-
-template <class Value> void FakePane::give(Value Format::*field, const Value& value)
-{
-    if (m_length == 0)
-        m_typing.*field = value;
-    for (std::int32_t i = m_start; i < m_start + m_length; ++i)
-        m_content.formats[static_cast<std::size_t>(i)].*field = value;
-    if (m_length > 0)
-        report_change();
-}
-
-template <class Value> void FakePane::give(Value Paragraph::*field, const Value& value)
-{
-    const std::size_t end = paragraph_at(m_start + std::max(m_length - 1, 0));
-    for (std::size_t i = paragraph_at(m_start); i <= end; ++i)
-        m_content.paragraphs[i].*field = value;
-    report_change();
-}
 
 } // namespace tessavox

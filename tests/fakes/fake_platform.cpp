@@ -62,7 +62,7 @@ std::string FakeFiles::read(const std::string& path, std::size_t most_bytes)
 
 void FakeFiles::write(const std::string& path, const std::string& bytes, Durability)
 {
-    if (is_refused(path))
+    if (refused.contains(path))
         throw Failure(path + " can't be written");
     files[path] = bytes;
 }
@@ -82,16 +82,6 @@ MessageAnswer FakeMessageBoxes::show(
     const MessageAnswer answer = answers.front();
     answers.pop_front();
     return answer;
-}
-
-std::optional<std::string> FakeDialogs::ShowOpen(const FileDialogRequest& request)
-{
-    return answer(request);
-}
-
-std::optional<std::string> FakeDialogs::ShowSave(const FileDialogRequest& request)
-{
-    return answer(request);
 }
 
 std::optional<std::string> FakeDialogs::answer(const FileDialogRequest& request)
@@ -159,44 +149,32 @@ void FakeWebPane::ExecWB(WebCommand command)
     if (command == WebCommand::select_all)
         selected = text;
     else if (command == WebCommand::copy && !selected.empty())
-        m_clipboard.text = selected;
-}
-
-std::unique_ptr<PrintJob> FakePrinter::begin(const std::string& title)
-{
-    printed += title + "[";
-    return std::make_unique<FakePrintJob>(printed);
+        clipboard->text = selected;
 }
 
 std::unique_ptr<RecoveryCopy> FakeRecovery::create()
 {
-    class Copy : public RecoveryCopy {
-    public:
-        explicit Copy(FakeRecovery& all)
-            : m_all(all)
-        {
-        }
+    struct Copy : RecoveryCopy {
         void keep(const std::string& title, const TextSlice& text) override
         {
             if (text.empty())
                 return;
             drop();
-            m_title = title;
-            m_all.kept[title] = text.view();
+            all->kept[name = title] = text.view();
         }
-        void drop() override { m_all.kept.erase(m_title); }
-        void note_file(const std::string& path) override { m_noted = path; }
+        void drop() override { all->kept.erase(name); }
+        void note_file(const std::string& path) override { noted = path; }
         void keep_foreign_file(const std::string& path) override
         {
-            if (path != m_noted)
-                m_all.foreign_files.push_back(path);
+            if (path != noted)
+                all->foreign_files.push_back(path);
         }
-
-    private:
-        FakeRecovery& m_all;
-        std::string m_title, m_noted;
+        FakeRecovery* all = nullptr;
+        std::string name, noted;
     };
-    return std::make_unique<Copy>(*this);
+    auto copy = std::make_unique<Copy>();
+    copy->all = this;
+    return copy;
 }
 
 std::u16string FakeWordProcessor::text_of(const std::string& path)
@@ -214,6 +192,8 @@ FakePlatform::FakePlatform()
         arrangement, screen, tray, hot_keys, shell, skin, blocking_work, panes, web_panes, printer,
         recovery, word_processor, speech, texts, "/home/conf", "/app", {} }
 {
+    panes.files = &files;
+    web_panes.clipboard = &clipboard;
 }
 
 void FakePlatform::run_posted()

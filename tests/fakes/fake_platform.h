@@ -17,24 +17,17 @@
 
 namespace tessavox {
 
-class FakeFiles : public FileStore {
-public:
+struct FakeFiles : FileStore {
     std::string read(const std::string& path, std::size_t most_bytes = most_text_bytes) override;
     void write(const std::string& path, const std::string& bytes, Durability durability) override;
     WriteObstacle obstacle_to_writing(const std::string& path) override
     {
-        return is_refused(path) ? WriteObstacle::not_writable : WriteObstacle::none;
+        return refused.contains(path) ? WriteObstacle::not_writable : WriteObstacle::none;
     }
     ReadObstacle obstacle_to_opening(const std::string&) override { return ReadObstacle::none; }
 
     std::map<std::string, std::string> files;
-    std::set<std::string> refused; // paths that can't be written
-
-private:
-    bool is_refused(const std::string& path) const
-    {
-        return refused.contains(path) || path.empty();
-    }
+    std::set<std::string> refused{ "" }; // paths that can't be written
 };
 
 class FakeClipboard : public Clipboard {
@@ -43,10 +36,9 @@ public:
     {
         const bool at_hand = std::exchange(fetched, true) || patience == Patience::some;
         if (m_slice.view() != text)
-            copy_again();
+            m_slice = text;
         return owner_answers && at_hand ? m_slice : TextSlice();
     }
-    void copy_again() { m_slice = text; }
     bool has_text() override { return owner_answers && !text.empty(); }
     void SetText(const TextSlice& wanted) override
     {
@@ -63,14 +55,12 @@ private:
     TextSlice m_slice;
 };
 
-class FakeChanges : public OutsideChanges {
-public:
+struct FakeChanges : OutsideChanges {
     void watch(const std::string&, Handler wanted) override { notice = std::move(wanted); }
     Handler notice;
 };
 
-class FakeMessageBoxes : public MessageBoxes {
-public:
+struct FakeMessageBoxes : MessageBoxes {
     struct Box {
         std::string text;
         std::string title;
@@ -89,8 +79,14 @@ public:
 
 class FakeDialogs : public FileDialogs {
 public:
-    std::optional<std::string> ShowOpen(const FileDialogRequest& request) override;
-    std::optional<std::string> ShowSave(const FileDialogRequest& request) override;
+    std::optional<std::string> ShowOpen(const FileDialogRequest& asked) override
+    {
+        return answer(asked);
+    }
+    std::optional<std::string> ShowSave(const FileDialogRequest& asked) override
+    {
+        return answer(asked);
+    }
 
     std::vector<FileDialogRequest> requests;
     std::deque<std::optional<std::string>> answers; // a dialog without one fails the test
@@ -137,14 +133,6 @@ struct FakeTray : Tray {
     void remove() override { shown.clear(); }
     bool has_icon() const override { return exists && !shown.empty(); }
 
-    /// The desktop's tray comes or goes.
-    void appears(bool is_there)
-    {
-        exists = is_there;
-        if (changed)
-            changed();
-    }
-
     bool exists = true;
     std::string shown; // tip and menu
 };
@@ -169,24 +157,20 @@ struct FakeShell : Shell {
     int open(const std::string& path) override
     {
         asked.push_back(path);
-        return result;
+        return opened;
     }
     void navigate(const std::string& address) override { asked.push_back(address); }
 
-    int result = opened;
     std::vector<std::string> asked;
 };
 
 struct FakeSkin : Skin {
-    void LoadSkin(const std::string& path) override { loaded = path; }
+    void LoadSkin(const std::string&) override { }
     void ApplySkin(Form&) override { }
-
-    std::string loaded;
 };
 
 /// Lets the work run to its end, or be ended by the user after a number of looks.
-class FakeBlockingWork : public BlockingWork {
-public:
+struct FakeBlockingWork : BlockingWork {
     bool wait(const std::string& text, const std::function<bool()>& is_done,
         const std::function<double()>& share) override;
 
@@ -194,24 +178,13 @@ public:
     int looks_until_escape = -1; // none
 };
 
-class FakePanes : public RichTextPanes {
-public:
-    explicit FakePanes(FileStore& files)
-        : m_files(files)
-    {
-    }
-    std::unique_ptr<RichTextPane> create() override { return std::make_unique<FakePane>(&m_files); }
-
-private:
-    FileStore& m_files;
+struct FakePanes : RichTextPanes {
+    std::unique_ptr<RichTextPane> create() override { return std::make_unique<FakePane>(files); }
+    FileStore* files = nullptr;
 };
 
 /// A pane whose page a test makes up: the calls that came, and what copying finds.
 struct FakeWebPane : WebPane {
-    explicit FakeWebPane(FakeClipboard& clipboard)
-        : m_clipboard(clipboard)
-    {
-    }
     void Navigate(const std::string& url) override { call("show " + url); }
     void GoBack() override { call("back"); }
     void GoForward() override { call("forward"); }
@@ -220,45 +193,39 @@ struct FakeWebPane : WebPane {
     void GoSearch() override { call("search"); }
     std::string LocationURL() const override { return location; }
     void ExecWB(WebCommand command) override;
+    void call(const std::string& what);
     std::string take_calls() { return std::exchange(calls, {}); }
 
+    FakeClipboard* clipboard = nullptr;
     std::string calls; // each followed by "; "
     std::string location;
     std::u16string text; // of the page
     std::u16string selected;
     bool is_missing = false;
-
-private:
-    void call(const std::string& what);
-    FakeClipboard& m_clipboard;
 };
 
-class FakeWebPanes : public WebPanes {
-public:
-    explicit FakeWebPanes(FakeClipboard& clipboard)
-        : m_clipboard(clipboard)
-    {
-    }
+struct FakeWebPanes : WebPanes {
     std::unique_ptr<WebPane> create() override
     {
-        return std::make_unique<FakeWebPane>(m_clipboard);
+        auto pane = std::make_unique<FakeWebPane>();
+        pane->clipboard = clipboard;
+        return pane;
     }
-
-private:
-    FakeClipboard& m_clipboard;
+    FakeClipboard* clipboard = nullptr;
 };
 
 /// Keeps the text of the pages that came out, each job in brackets once it is ended.
-class FakePrinter : public Printer {
-public:
-    std::unique_ptr<PrintJob> begin(const std::string& title) override;
-
+struct FakePrinter : Printer {
+    std::unique_ptr<PrintJob> begin(const std::string& title) override
+    {
+        printed += title + "[";
+        return std::make_unique<FakePrintJob>(printed);
+    }
     std::string printed;
 };
 
 /// What would lie in the folder of the copies, by title; and the files that were written over.
-class FakeRecovery : public RecoveryCopies {
-public:
+struct FakeRecovery : RecoveryCopies {
     std::unique_ptr<RecoveryCopy> create() override;
 
     std::map<std::string, std::u16string> kept;
@@ -266,8 +233,7 @@ public:
 };
 
 /// Gives the text that a test has for a path.
-class FakeWordProcessor : public WordProcessor {
-public:
+struct FakeWordProcessor : WordProcessor {
     std::u16string text_of(const std::string& path) override;
 
     std::map<std::string, std::u16string> texts;
@@ -275,8 +241,7 @@ public:
 };
 
 /// Windows without a screen: each has a client area, and one control of all has the focus.
-class FakeWindows : public FormWindows {
-public:
+struct FakeWindows : FormWindows {
     std::unique_ptr<FormWindow> open(Form& form) override;
     void close(std::unique_ptr<FormWindow> window) override;
 
@@ -311,8 +276,8 @@ struct FakePlatform {
     FakeShell shell;
     FakeSkin skin;
     FakeBlockingWork blocking_work;
-    FakePanes panes{ files };
-    FakeWebPanes web_panes{ clipboard };
+    FakePanes panes;
+    FakeWebPanes web_panes;
     FakePrinter printer;
     FakeRecovery recovery;
     FakeWordProcessor word_processor;

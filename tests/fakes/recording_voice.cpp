@@ -8,31 +8,27 @@ namespace tessavox {
 
 namespace {
 
-class RecordingStream : public SpeechFileStream {
-public:
+struct RecordingStream : SpeechFileStream {
     RecordingStream(std::string name, std::shared_ptr<VoiceRecord> record)
-        : m_name(std::move(name))
-        , m_record(std::move(record))
+        : name(std::move(name))
+        , record(std::move(record))
     {
     }
-    const std::string& name() const { return m_name; }
-    int FormatType() const override { return m_type; }
-    void set_FormatType(int type) override
+    int FormatType() const override { return type; }
+    void set_FormatType(int wanted) override
     {
-        m_record->note(m_name + ".FormatType", std::to_string(type));
-        m_type = type;
+        record->note(name + ".FormatType", std::to_string(wanted));
+        type = wanted;
     }
     void Open(const std::string& path, SpeechStreamFileMode mode, bool events) override
     {
-        m_record->note(
-            m_name + ".Open", path + " " + std::to_string(mode) + (events ? " events" : ""));
+        record->note(name + ".Open", path + " " + std::to_string(mode) + (events ? " events" : ""));
     }
-    void Close() override { m_record->note(m_name + ".Close"); }
+    void Close() override { record->note(name + ".Close"); }
 
-private:
-    std::string m_name;
-    std::shared_ptr<VoiceRecord> m_record;
-    int m_type = 22;
+    std::string name;
+    std::shared_ptr<VoiceRecord> record;
+    int type = 22;
 };
 
 class RecordingVoice : public SpeechVoice {
@@ -108,7 +104,7 @@ public:
     void set_AudioOutputStream(std::shared_ptr<SpeechBaseStream> stream) override
     {
         const auto wanted = std::dynamic_pointer_cast<RecordingStream>(stream);
-        note("AudioOutputStream", wanted->name());
+        note("AudioOutputStream", wanted->name);
         m_stream = wanted;
     }
     void set_AllowAudioOutputFormatChangesOnNextSet(bool allow) override
@@ -116,10 +112,7 @@ public:
         note("AllowFormatChanges", allow ? "true" : "false");
     }
     std::int32_t EventInterests() const override { return SVEDefaultInterests; }
-    void set_EventInterests(std::int32_t bits) override
-    {
-        note("EventInterests", std::to_string(bits));
-    }
+    void set_EventInterests(std::int32_t) override { }
 
 private:
     RecordingSpeech& m_speech;

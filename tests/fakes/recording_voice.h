@@ -49,8 +49,7 @@ private:
 
 SpeechObjectToken token_named(const std::string& description);
 
-class RecordingSpeech : public SpeechService {
-public:
+struct RecordingSpeech : SpeechService {
     std::unique_ptr<SpeechVoice> create_voice(SpeechVoiceEvents& events) override;
     std::shared_ptr<SpeechFileStream> create_file_stream() override;
 
