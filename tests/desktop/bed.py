@@ -75,12 +75,13 @@ class Control:
     def __init__(self, node):
         self.node = node
 
-    def __getattr__(self, name):
-        try:
-            return {"role": self.node.get_role_name, "name": self.node.get_name,
-                    "description": self.node.get_description}[name]()
-        except KeyError:
-            raise AttributeError(name) from None
+    role = property(lambda self: self.node.get_role_name())
+    name = property(lambda self: self.node.get_name())
+    description = property(lambda self: self.node.get_description())
+    enabled = property(lambda self: self.has(Atspi.StateType.ENABLED))
+    showing = property(lambda self: self.has(Atspi.StateType.SHOWING, Atspi.StateType.VISIBLE))
+    checked = property(lambda self: self.has(Atspi.StateType.CHECKED))
+    value = property(lambda self: Atspi.Value.get_current_value(self.node))
 
     def children(self):
         nodes = (self.node.get_child_at_index(i) for i in range(self.node.get_child_count()))
@@ -95,18 +96,6 @@ class Control:
     def has(self, *states):
         found = self.node.get_state_set()
         return all(found.contains(state) for state in states)
-
-    @property
-    def enabled(self):
-        return self.has(Atspi.StateType.ENABLED)
-
-    @property
-    def showing(self):
-        return self.has(Atspi.StateType.SHOWING, Atspi.StateType.VISIBLE)
-
-    @property
-    def checked(self):
-        return self.has(Atspi.StateType.CHECKED)
 
     @property
     def box(self):
@@ -134,23 +123,6 @@ class Control:
             except AssertionError as failure:
                 missed = failure
         raise missed
-
-    @property
-    def value(self):
-        return Atspi.Value.get_current_value(self.node)
-
-    def drag_to_end(self, direction):
-        """Drags the thumb of a scroll bar to the left (-1) or right (1) end."""
-        left, top, width, height = self.box
-        lowest = Atspi.Value.get_minimum_value(self.node)
-        share = (self.value - lowest) / (Atspi.Value.get_maximum_value(self.node) - lowest)
-        ends = 25  # the arrow and half the thumb
-        x, y = int(left + ends + share * (width - 2 * ends)), top + height // 2
-        xdotool("mousemove", x, y, "mousedown", 1)
-        # A bar follows the pointer only after it has seen it move.
-        for step in (5, 10, width):
-            xdotool("mousemove", "--", max(0, x + direction * step), y)
-        xdotool("mouseup", 1)
 
     def choose(self, index):
         """Chooses an entry of a list by its position, with mouse and keys: -1 is the last one.
@@ -204,10 +176,6 @@ class TextPane(Control):
         Atspi.Text.add_selection(self.node, begin, end)
         wait_for(lambda: self.selection == (begin, end), f"a selection from {begin} to {end}")
 
-    def copy(self, begin, end):
-        """Puts that part of the text on the clipboard."""
-        Atspi.EditableText.copy_text(self.node, begin, end)
-
 
 class Program:
     """The running program. Use it in a `with` statement, which ends it.
@@ -249,22 +217,23 @@ class Program:
     def main_window(self):
         return next((top for top in self.application.children() if top.role == "frame"), None)
 
+    def shown(self, is_wanted):
+        """The first such window that is shown, if any."""
+        return next((top for top in self.application.children()
+                     if is_wanted(top) and top.showing), None)
+
     def message(self):
         """The message box that is shown, if any."""
-        return next((top for top in self.application.children()
-                     if top.role == "alert" and top.showing), None)
+        return self.shown(lambda top: top.role == "alert")
 
     def dialog(self, title):
         """The dialog of that title, once it is shown."""
-        return wait_for(lambda: next((top for top in self.application.children()
-                                      if top.name == title and top.showing), None),
-                        f"the dialog '{title}'")
+        return wait_for(lambda: self.shown(lambda top: top.name == title), f"the dialog '{title}'")
 
     def file_dialog(self):
         """The file dialog that is shown, whatever its title."""
-        return wait_for(lambda: next((top for top in self.application.children()
-                                      if top.role in ("dialog", "file chooser") and top.showing),
-                                     None), "a file dialog")
+        return wait_for(lambda: self.shown(lambda top: top.role in ("dialog", "file chooser")),
+                        "a file dialog")
 
     def choose_file(self, path):
         """Answers the file dialog that is shown, or about to be."""
@@ -302,16 +271,13 @@ class Program:
     def button(self, name):
         return self.find("push button", name)
 
-    def read(self):
-        self.button("Read").press()
+    def read(self, button="Read"):
+        self.button(button).press()
         stop = self.find_all("push button", "Stop")[0]
         wait_for(lambda: stop.enabled, "the reading begins")
 
     def text_pane(self):
         return TextPane(self.find("text").node)
-
-    def text_panes(self):
-        return [TextPane(control.node) for control in self.find_all("text")]
 
     def panel(self, start):
         """The text of the status bar panel that begins with `start`, "" if there is none."""
@@ -324,11 +290,9 @@ class Program:
 
     def follow_reading(self, button="Read"):
         """Presses the button and returns the selections that come by until the reading is over."""
-        start, read, stop, pane = (self.button(button), self.button("Read"),
-                                   self.find_all("push button", "Stop")[0], self.text_pane())
+        read, pane = self.button("Read"), self.text_pane()
         seen = [pane.selection]
-        start.press()
-        wait_for(lambda: stop.enabled, "the reading begins")
+        self.read(button)
 
         def over():
             idle = read.enabled

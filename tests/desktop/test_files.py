@@ -36,8 +36,7 @@ class Files(unittest.TestCase):
         wait_for(lambda: self.is_open(path), f"{path} is open")
         keys("ctrl+Home")
         type_text("x")
-        wait_for(lambda: any(pane.text.startswith("x") for pane in self.program.text_panes()),
-                 "the typed text")
+        wait_for(lambda: self.program.text_pane().text.startswith("x"), "the typed text")
 
     def close_document(self, answer):
         # By the mouse: two menus share a letter, so that their keys take turns.
@@ -73,7 +72,3 @@ class Files(unittest.TestCase):
         self.program.process.wait()
         self.assertEqual(len(kept()), 1)
         self.assertIn("Document 2", kept()[0])
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -74,7 +74,3 @@ class Printing(unittest.TestCase):
             self.assertEqual(len(self.program.follow_reading()), 7)
             self.assertLess(time.monotonic() - begin, 20)  # of which the server has two
             self.assertIsNone(self.program.message())
-
-
-if __name__ == "__main__":
-    unittest.main()

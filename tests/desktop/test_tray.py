@@ -57,7 +57,3 @@ class Tray(unittest.TestCase):
         self.start_tray()  # as a panel does that is started again
         xdotool("search", "--onlyvisible", "--name", "Tessavox -", "windowminimize")
         wait_for(lambda: not program.main_window().showing, "the window hides")
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -6,7 +6,7 @@ import tempfile
 import unittest
 
 import servers
-from bed import Program, Recorder, config_folder, forget_settings, program_path, wait_for
+from bed import Program, Recorder, forget_settings, program_path, wait_for
 
 TEXT = "One two three four five six seven eight nine ten eleven twelve."
 
@@ -60,21 +60,3 @@ class Troubles(unittest.TestCase):
         self.assertEqual(self.pane.text, "")
         self.begin_to_read(program)
         self.check_words_move_to_the_end(program)
-
-    def test_settings_files_that_are_none_are_told_once_each(self):
-        self.assertEqual(self.start().close(), 0)  # installs the shipped files
-        names = ("setting1.txt", "setting3.txt", "setting2.txt")  # in the order of the questions
-        for name in names:
-            path = os.path.join(config_folder, name)
-            os.unlink(path)
-            os.mkdir(path)
-        program = self.start()
-        for name, message in zip(names, program.messages, strict=True):
-            self.assertIn(f"/{name} have been moved", message)
-        program.find("combo box", description="Select one voice").choose(0)
-        self.begin_to_read(program)
-        self.check_words_move_to_the_end(program)
-
-
-if __name__ == "__main__":
-    unittest.main()

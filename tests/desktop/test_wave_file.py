@@ -87,7 +87,3 @@ class WaveFile(unittest.TestCase):
         self.program.answer(self.program.wait_for_message(), "No")  # to save the changed text
         self.assertEqual(self.program.process.wait(30), 0)
         self.check_whole(path)
-
-
-if __name__ == "__main__":
-    unittest.main()
