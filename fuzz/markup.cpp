@@ -1,5 +1,5 @@
 // Reads the input as a text given to Speak. Its first byte chooses the options.
-#include "tests/platform/voice/text/reading_properties.h"
+#include "fuzz/reading_properties.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -35,7 +35,7 @@ struct Handshakes : ProgramTest {
 
 TEST_F(Handshakes, ALookAtTheClipboardReadsMarksAndClearsAsTheFlagAndTheBoxSay)
 {
-    struct Case {
+    const struct {
         bool box;
         const char* flag; // line 2 of web.txt
         std::u16string copied; // empty: what was read last still lies there
@@ -43,8 +43,7 @@ TEST_F(Handshakes, ALookAtTheClipboardReadsMarksAndClearsAsTheFlagAndTheBoxSay)
         const char* spoken;
         std::u16string left;
         bool flags_cleared;
-    };
-    const Case cases[] = {
+    } cases[] = {
         { false, "0", u"abc", false, "", u"abc", false },
         { true, "0", u"abc", false, "abc", u"abc ", true },
         { true, "0", {}, false, "", u"old ", true },
@@ -57,7 +56,7 @@ TEST_F(Handshakes, ALookAtTheClipboardReadsMarksAndClearsAsTheFlagAndTheBoxSay)
         { false, "1", u"abc", true, "", u"", true },
     };
     start();
-    for (const Case& row : cases) {
+    for (const auto& row : cases) {
         SCOPED_TRACE(
             testing::Message() << row.box << row.flag << to_utf8(row.copied) << row.speaking);
         session().UpdateSpeechControls(false, false);
@@ -129,13 +128,12 @@ TEST_F(Handshakes, LooksRestUntilANoticeComesAlsoIfItComesDuringALook)
 
 TEST_F(Handshakes, CommandsAreTakenInTheirOrderAndDoWhatTheStateAllows)
 {
-    struct Case {
+    const struct {
         std::initializer_list<const char*> flags;
         bool speaking, paused;
         const char* call; // of the voice, "" for none
         bool speaking_after, paused_after;
-    };
-    const Case cases[] = {
+    } cases[] = {
         { { "0", "1", "1", "1" }, true, false, "Pause", true, true },
         { { "0", "1", "0", "0" }, true, true, "Resume", true, false },
         { { "0", "1", "0", "0" }, false, false, "", false, false },
@@ -147,7 +145,7 @@ TEST_F(Handshakes, CommandsAreTakenInTheirOrderAndDoWhatTheStateAllows)
         { { "1", "0", "0", "0" }, true, false, "", true, false }, // the other timer's
     };
     start();
-    for (const Case& row : cases) {
+    for (const auto& row : cases) {
         SCOPED_TRACE(testing::Message() << row.call << row.speaking << row.paused);
         session().UpdateSpeechControls(row.speaking, row.paused);
         dialogs.answers = { std::nullopt };

@@ -7,13 +7,12 @@ using MainWindow = StartedProgramTest;
 
 TEST_F(MainWindow, LeadsEveryCommandToTheActiveDocument)
 {
-    struct Case {
+    const struct {
         const char* controls;
         const char* asked; // of the voice of the document in front, at the end or before a wait
         bool speaking = false;
         bool paused = false;
-    };
-    const Case cases[] = { { "mnuCtlSpeak mnuPopSpeak SpeakBtn", "Speak \"front\" 11" },
+    } cases[] = { { "mnuCtlSpeak mnuPopSpeak SpeakBtn", "Speak \"front\" 11" },
         { "mnuCtlPause mnuPopPause mnuTrayPause PauseBtn bar.PauseBtn", "Pause", true },
         { "mnuCtlPause mnuPopPause mnuTrayPause ResumeBtn bar.PauseBtn", "Resume", true, true },
         { "mnuCtlStop mnuPopStop mnuTrayStop StopBtn bar.StopBtn", "Speak \"\" 2", true },
@@ -27,7 +26,7 @@ TEST_F(MainWindow, LeadsEveryCommandToTheActiveDocument)
         { "SkipBtn", "Skip Sentence 0" }, { "ResetBtn", "Rate 0" } };
     open_another().Command4.user_press();
     clipboard.text = u"copied";
-    for (const Case& row : cases) {
+    for (const auto& row : cases) {
         for (const std::string& name : words_of(row.controls)) {
             SCOPED_TRACE(name);
             document().speech.session.UpdateSpeechControls(row.speaking, row.paused);
@@ -63,15 +62,14 @@ TEST_F(MainWindow, HasTheClipboardCommandsInThreePlaces)
 
 TEST_F(MainWindow, CarriesOutTheFileCommands)
 {
-    struct Case {
+    const struct {
         const char* controls;
         const char* then; // after two times: open windows, file dialogs, caption in front
-    };
-    const Case cases[] = { { "mnuFileNew tbToolBar.1", "4 0 Document 3" },
+    } cases[] = { { "mnuFileNew tbToolBar.1", "4 0 Document 3" },
         { "mnuFileOpen tbToolBar.2", "4 1 /a.txt" }, { "mnuFileSave tbToolBar.3", "3 1 /a.txt" },
         { "mnuFileSaveAs", "3 2 /a.txt" }, { "mnuFileClose", "2 0 /app/first.txt" },
         { "mnuFileExit", "0 0 " } };
-    for (const Case& row : cases) {
+    for (const auto& row : cases) {
         for (const std::string& name : words_of(row.controls)) {
             StartedProgram other;
             other.open_another();

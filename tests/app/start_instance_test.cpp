@@ -30,14 +30,13 @@ struct Start : testing::Test, StartedProcess { };
 
 TEST_F(Start, DecidesByTheFlagFileAndTheCommandLine)
 {
-    struct Case {
+    const struct {
         const char* command_line;
         bool another_runs;
         // What becomes of it:
         const char* flags; // of web.txt; "" if untouched
         const char* window;
-    };
-    const Case cases[] = { { "", false, "", "shown" }, { "300", false, "1000", "in tray" },
+    } cases[] = { { "", false, "", "shown" }, { "300", false, "1000", "in tray" },
         { "400", false, "", "shown" }, { "500", false, "", "shown" },
         { "600", false, "0001", "in tray" }, { "a.txt", false, "", "shown" },
         { "300 a.txt", false, "", "shown" }, { "301", false, "", "shown" },
@@ -45,7 +44,7 @@ TEST_F(Start, DecidesByTheFlagFileAndTheCommandLine)
         { " 300.0 ", true, "1000", "none" }, { "400", true, "0100", "none" },
         { "500", true, "0010", "none" }, { "600", true, "0001", "none" },
         { "a.txt", true, "", "question" } };
-    for (const Case& row : cases) {
+    for (const auto& row : cases) {
         SCOPED_TRACE(std::string(row.command_line) + (row.another_runs ? ", running" : ""));
         StartedProcess process;
         process.start(row.command_line, row.another_runs);

@@ -8,8 +8,7 @@
 
 namespace tessavox {
 
-template <class Bed> class BlockingWorkContract : public testing::Test {
-protected:
+template <class Bed> struct BlockingWorkContract : testing::Test {
     Bed bed;
 };
 

@@ -10,8 +10,7 @@
 
 namespace tessavox {
 
-template <class Bed> class DialogsContract : public testing::Test {
-protected:
+template <class Bed> struct DialogsContract : testing::Test {
     MessageAnswer ask()
     {
         return bed.boxes().show(

@@ -11,8 +11,7 @@
 
 namespace tessavox {
 
-template <class Bed> class FormWindowsContract : public testing::Test {
-protected:
+template <class Bed> struct FormWindowsContract : testing::Test {
     struct Window : Form {
         Window(Forms& forms, std::string name, FormKind kind)
             : Form(forms, std::move(name), kind, 9000, 6000)

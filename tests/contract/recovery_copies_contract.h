@@ -11,8 +11,7 @@
 
 namespace tessavox {
 
-template <class Bed> class RecoveryCopiesContract : public testing::Test {
-protected:
+template <class Bed> struct RecoveryCopiesContract : testing::Test {
     Bed bed;
 };
 

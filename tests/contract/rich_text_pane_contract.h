@@ -15,8 +15,7 @@ namespace tessavox {
 
 using namespace std::string_literals;
 
-template <class Bed> class RichTextPaneContract : public testing::Test {
-protected:
+template <class Bed> struct RichTextPaneContract : testing::Test {
     RichTextPaneContract()
     {
         pane.Change = [this] {
@@ -41,10 +40,7 @@ TYPED_TEST_SUITE_P(RichTextPaneContract);
 
 TYPED_TEST_P(RichTextPaneContract, TextComesBackWithSingleLineEndsAndNothingUnholdable)
 {
-    const struct {
-        std::u16string in;
-        std::u16string out;
-    } rows[] = {
+    const std::pair<std::u16string, std::u16string> rows[] = {
         { u"", u"" },
         { u"one\r\ntwo\rthree\nfour\r\r\n", u"one\ntwo\nthree\nfour\n\n" },
         { u"hard\u00a0blank\tand tab\n", u"hard\u00a0blank\tand tab\n" },
@@ -53,9 +49,9 @@ TYPED_TEST_P(RichTextPaneContract, TextComesBackWithSingleLineEndsAndNothingUnho
         { u"\ufdd0\ufdd1\ufffc\ufffd", u"\ufffd\ufffd\ufffd\ufffd" },
         { u"<b>&amp;</b>", u"<b>&amp;</b>" },
     };
-    for (const auto& row : rows) {
-        this->pane.set_Text(row.in);
-        EXPECT_EQ(this->pane.Text().view(), row.out);
+    for (const auto& [in, out] : rows) {
+        this->pane.set_Text(in);
+        EXPECT_EQ(this->pane.Text().view(), out);
     }
 }
 
@@ -192,13 +188,7 @@ TYPED_TEST_P(RichTextPaneContract, EveryFormatIsReadAsSetAndAsNothingWhereItIsMi
 
 TYPED_TEST_P(RichTextPaneContract, ASearchSelectsWhatItFindsAndElseNothing)
 {
-    const struct {
-        const char16_t* text;
-        const char16_t* wanted;
-        std::int32_t start;
-        int options;
-        std::int32_t found;
-    } rows[] = {
+    const std::tuple<const char16_t*, const char16_t*, std::int32_t, int, std::int32_t> rows[] = {
         { u"foo Foo", u"FOO", 0, 0, 0 },
         { u"foo Foo", u"foo", 1, 0, 4 },
         { u"foo Foo", u"Foo", 0, find_match_case, 4 },
@@ -218,16 +208,16 @@ TYPED_TEST_P(RichTextPaneContract, ASearchSelectsWhatItFindsAndElseNothing)
         { u"12 Kelvin \u212a", u"k ", 0, 0, -1 },
         { u"12 \u212aelvin", u"kel", 0, 0, 3 },
     };
-    for (const auto& row : rows) {
-        this->pane.set_Text(row.text);
+    for (const auto& [text, wanted, start, options, found] : rows) {
+        this->pane.set_Text(text);
         this->bed.user_selects(1, 1);
         this->forget_events();
-        EXPECT_EQ(this->pane.Find(row.wanted, row.start, row.options), row.found)
-            << to_utf8(row.text) << " | " << to_utf8(row.wanted);
-        const auto length = static_cast<std::int32_t>(std::u16string(row.wanted).size());
-        EXPECT_EQ(this->pane.SelStart(), row.found < 0 ? 1 : row.found);
-        EXPECT_EQ(this->pane.SelLength(), row.found < 0 ? 1 : length);
-        EXPECT_EQ(this->selection_changes, row.found < 0 ? 0 : 1);
+        EXPECT_EQ(this->pane.Find(wanted, start, options), found)
+            << to_utf8(text) << " | " << to_utf8(wanted);
+        const auto length = static_cast<std::int32_t>(std::u16string(wanted).size());
+        EXPECT_EQ(this->pane.SelStart(), found < 0 ? 1 : found);
+        EXPECT_EQ(this->pane.SelLength(), found < 0 ? 1 : length);
+        EXPECT_EQ(this->selection_changes, found < 0 ? 0 : 1);
     }
     EXPECT_THROW(this->pane.Find(u"x", -1, 0), Failure);
 }

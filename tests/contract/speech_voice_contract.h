@@ -8,8 +8,7 @@
 
 namespace tessavox {
 
-template <class Bed> class SpeechVoiceContract : public testing::Test {
-protected:
+template <class Bed> struct SpeechVoiceContract : testing::Test {
     Bed bed;
     std::unique_ptr<SpeechVoice> voice = bed.service().create_voice(bed.events());
 };

@@ -23,15 +23,14 @@ TEST_F(Closing, AnUnchangedDocumentAsksNothingAndStopsItsVoice)
 
 TEST_F(Closing, AChangedDocumentAsks)
 {
-    struct Case {
+    const struct {
         MessageAnswer answer;
         bool goes;
         bool slot_stays_taken;
         const char* file;
-    };
-    const Case cases[] = { { cancel, false, true, "Hello world." },
-        { no, true, false, "Hello world." }, { yes, true, true, "xHello world." } };
-    for (const Case& row : cases) {
+    } cases[] = { { cancel, false, true, "Hello world." }, { no, true, false, "Hello world." },
+        { yes, true, true, "xHello world." } };
+    for (const auto& row : cases) {
         StartedProgram other;
         DocumentTables& tables_then = other.process.tables;
         other.type(u"x");

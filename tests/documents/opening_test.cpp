@@ -115,23 +115,20 @@ TEST_F(Opening, PagesGoToThePaneForThem)
 
 TEST_F(Opening, AFileIsSavedAsItsNameSays)
 {
-    const struct {
-        const char* path;
-        bool rich_by_save_as;
-        bool rich_by_save;
-    } rows[] = { { "/d/n.txt", false, false }, { "/d/n.Rtf", true, true },
-        { "/d/n.doc", false, true }, { "/d/nrtf", true, true }, { "/d/n.docx", false, false } };
+    const std::tuple<const char*, bool, bool> rows[]
+        = { { "/d/n.txt", false, false }, { "/d/n.Rtf", true, true }, { "/d/n.doc", false, true },
+              { "/d/nrtf", true, true }, { "/d/n.docx", false, false } };
     const auto is_rich = [&](const char* path) { return files.files[path].starts_with("{\\rtf"); };
-    for (const auto& row : rows) {
+    for (const auto& [path, rich_by_save_as, rich_by_save] : rows) {
         open_another();
         type(u"x");
-        save_as(row.path);
-        EXPECT_EQ(is_rich(row.path), row.rich_by_save_as) << row.path;
+        save_as(path);
+        EXPECT_EQ(is_rich(path), rich_by_save_as) << path;
         EXPECT_EQ(
-            tables.documentFileTitles[main.file_commands.ActiveDocumentIndex() - 1], row.path + 3);
+            tables.documentFileTitles[main.file_commands.ActiveDocumentIndex() - 1], path + 3);
         type(u"y");
         main.mnuFileSave.run();
-        EXPECT_EQ(is_rich(row.path), row.rich_by_save) << row.path;
+        EXPECT_EQ(is_rich(path), rich_by_save) << path;
         EXPECT_FALSE(changed());
     }
     open("/d/a.txt");

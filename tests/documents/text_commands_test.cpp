@@ -88,13 +88,12 @@ TEST_F(Finding, ReplacesASelectionThatIsTheSearchedText)
 
 TEST_F(Finding, ReplacesAllByPlacesBeforeTheReplacement)
 {
-    struct Case {
+    const struct {
         const char16_t* text;
         const char* wanted;
         const char* replacement;
         const char* then;
-    };
-    const Case cases[] = {
+    } cases[] = {
         { u"a cat, a hat", "at", "og",
             "a cog, a hog|@12 &Find [The Specified Region Has Been Searched.\r\n"
             "2 replacements have been made.]" },
@@ -104,7 +103,7 @@ TEST_F(Finding, ReplacesAllByPlacesBeforeTheReplacement)
         { u"abc", "x", "y", "abc|@0 &Find" },
         { u"abc", "", "y", "abc|@0 &Find" },
     };
-    for (const Case& row : cases) {
+    for (const auto& row : cases) {
         show(row.text);
         look_for(row.wanted, row.replacement);
         const std::string then = click(find->cmdReplaceAll);

@@ -92,15 +92,7 @@ TEST_F(Reading, GoesByItsOwnRuleOverAVoiceThatFails)
 
 TEST_F(Reading, TakesTheSelectionOrElseTheRestOrElseTheWhole)
 {
-    struct Case {
-        const char* what;
-        const char16_t* text;
-        int start;
-        int length;
-        const char* spoken;
-        int position;
-    };
-    const Case cases[]
+    const std::tuple<const char*, const char16_t*, int, int, const char*, int> cases[]
         = { { "caret at 1", u"abc", 1, 0, "bc", 1 }, { "caret at the top", u"abc", 0, 0, "abc", 0 },
               { "caret at the end", u"abc", 3, 0, "abc", 0 },
               { "before a last blank", u"ab ", 2, 0, "ab ", 0 },
@@ -109,15 +101,15 @@ TEST_F(Reading, TakesTheSelectionOrElseTheRestOrElseTheWhole)
               { "a selection", u"one two three", 4, 3, "two", 4 },
               { "a selected blank", u"one two", 3, 1, " ", 3 },
               { "a tag is text", u"<silence msec=\"5\"/>a", 0, 0, "<silence msec=\"5\"/>a", 0 } };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.what);
-        pane().set_Text(row.text);
-        pane().user_selects(row.start, row.length);
+    for (const auto& [what, text, start, length, spoken, position] : cases) {
+        SCOPED_TRACE(what);
+        pane().set_Text(text);
+        pane().user_selects(start, length);
         document().SpeakBtn.user_press();
-        EXPECT_EQ(voice().last_text, row.spoken);
+        EXPECT_EQ(voice().last_text, spoken);
         EXPECT_EQ(voice().last_slice.view().data(), pane().SelText().view().data()) << "a copy";
-        EXPECT_EQ(document().speech.place.position, row.position);
-        EXPECT_EQ(selected(), row.spoken);
+        EXPECT_EQ(document().speech.place.position, position);
+        EXPECT_EQ(selected(), spoken);
         EXPECT_EQ(state(), "speaking");
         document().StopBtn.user_press();
     }
@@ -132,6 +124,94 @@ TEST_F(Reading, OfAnEmptyDocumentIsRefusedAndTouchesNothing)
     EXPECT_EQ(asked(), "Voice Anna; Rate 0; Volume 100");
     EXPECT_EQ(document().chkSpFlagIsFilename.Value, 1);
     EXPECT_EQ(state(), "idle paused");
+}
+
+struct Words : StartedProgramTest {
+    Words()
+    {
+        pane().set_Text(u"one two\nthree");
+        document().SpeakBtn.user_press();
+    }
+};
+
+TEST_F(Words, AreSelectedAsTheyAreSpoken)
+{
+    voice().start_stream();
+    document().Play.Enabled = true;
+    voice().word(4, 3);
+    EXPECT_EQ(selected() + ", " + panel(1), "two, Line Number: 1");
+    EXPECT_TRUE(document().Play.Enabled); // a word costs no round of all controls
+    voice().word(8, 5);
+    EXPECT_EQ(selected() + ", " + panel(1), "three, Line Number: 2");
+    voice().end_stream();
+    EXPECT_EQ(selected(), "three");
+    EXPECT_TRUE(document().SpeakBtn.Enabled);
+
+    document().SpeakBtn.user_press();
+    EXPECT_EQ(voice().last_text, "three");
+    voice().word(1, 4);
+    EXPECT_EQ(selected(), "hree"); // counted from where the spoken text begins
+}
+
+TEST_F(Words, ThatLieOutsideTheTextAreSkipped)
+{
+    const struct {
+        int place; // where the spoken text begins
+        int position, length; // the word
+        const char* selected;
+    } cases[] = { { 0, 4, 3, "two" }, { 0, -1, 3, "two" }, { 2147483647, 1, 3, "two" },
+        { -2147483647, -2, 3, "two" }, { 0, 12, 50, "e" }, { 0, 4, -1, "" }, { 0, 0, 3, "one" },
+        { 2147483640, 7, 1, "" } };
+    for (const auto& row : cases) {
+        document().speech.place.position = row.place;
+        voice().word(row.position, row.length);
+        EXPECT_EQ(selected(), row.selected) << row.position;
+    }
+}
+
+TEST_F(Words, OfAFileOrTheClipboardAreNotSelected)
+{
+    voice().word(0, 3);
+    document().chkSpFlagIsFilename.Value = 1;
+    voice().word(4, 3);
+    EXPECT_EQ(selected(), "one");
+    document().chkSpFlagIsFilename.Value = 0;
+    document().StopBtn.user_press();
+
+    document().ReadClipbdBtn.user_press();
+    voice().word(4, 3);
+    EXPECT_EQ(selected(), "one");
+    // Coming back to the document makes them count again, at a meaningless place.
+    frmDocument& first = document();
+    open_another();
+    first.user_activated();
+    voice().word(4, 3);
+    EXPECT_EQ(selected(), "two");
+}
+
+TEST_F(Words, AVoiceInTheTextMovesTheVoiceBox)
+{
+    asked();
+    for (const char* stranger : { "bob", "Carl", "" })
+        voice().events().Voice_VoiceChange(1, 0, token_named(stranger));
+    EXPECT_EQ(document().VoiceCB.ListIndex, 0);
+    EXPECT_EQ(asked(), "");
+
+    voice().events().Voice_VoiceChange(1, 0, token_named("Bob"));
+    EXPECT_EQ(document().VoiceCB.ListIndex, 1);
+    EXPECT_EQ(asked(), "Voice Bob");
+    EXPECT_EQ(panel(2), "Speaker:  Bob");
+    voice().events().Voice_VoiceChange(1, 0, token_named("Anna"));
+    EXPECT_EQ(document().VoiceCB.ListIndex, 0);
+}
+
+TEST_F(Words, ThatNobodyHearsAreToldInTheStatusBar)
+{
+    voice().events().Voice_AudioOutput(false);
+    EXPECT_EQ(
+        panel(2) + ", " + panel(3), "No sound: the output does not answer, Speaking Speed: 0");
+    voice().events().Voice_AudioOutput(true);
+    EXPECT_EQ(panel(2), "Speaker:  Anna");
 }
 
 } // namespace

@@ -44,20 +44,19 @@ TEST_F(Panel, AFailureOfTheVoiceSkipsOneStepOrAllThatFollow)
 {
     start();
     using D = DocumentControls;
-    struct Case {
+    const struct {
         const char* failing;
         ComboBox D::*list;
         int chosen;
         const char* asked;
-    };
-    const Case cases[] = { { "AllowFormatChanges", &D::FormatCB, 14,
-                               "device.FormatType 18; AudioOutputStream device" },
+    } cases[] = { { "AllowFormatChanges", &D::FormatCB, 14,
+                      "device.FormatType 18; AudioOutputStream device" },
         { "device.FormatType", &D::FormatCB, 14,
             "AllowFormatChanges false; AudioOutputStream device" },
         { "AudioOutputStream", &D::FormatCB, 14, "AllowFormatChanges false; device.FormatType 18" },
         { "AudioOutput", &D::AudioOutputCB, 0, "" }, // no format either
         { "Voice", &D::VoiceCB, 1, "" } };
-    for (const Case& row : cases) {
+    for (const auto& row : cases) {
         voice().mend();
         voice().fail(row.failing);
         (document().*row.list).user_choose(row.chosen);

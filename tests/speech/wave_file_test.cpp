@@ -56,18 +56,17 @@ TEST_F(Waves, OfAPageOrByTheClipboardCommandHoldWhatTheClipboardDoes)
 
 TEST_F(Waves, ThatFailAreSilentTouchNoControlAndLeaveTheVoiceInItsFile)
 {
-    struct Case {
+    const struct {
         const char* failing;
         const char* last_call; // that went through
         bool hourglass = true;
-    };
-    const Case cases[] = { { "the user", "Rate 0", false }, { "Voice", "", false },
+    } cases[] = { { "the user", "Rate 0", false }, { "Voice", "", false },
         { "Rate", "Voice Anna", false }, { "file.FormatType", "Rate 0" },
         { "file.Open", "file.FormatType 16" }, { "AllowFormatChanges", "file.Open /out.wav 3" },
         { "AudioOutputStream", "AllowFormatChanges false" }, { "Speak", "AudioOutputStream file" },
         { "WaitUntilDone", "Speak \"Hello world.\" 11" },
         { "file.Close", "AudioOutputStream device" } };
-    for (const Case& row : cases) {
+    for (const auto& row : cases) {
         SCOPED_TRACE(row.failing);
         const bool cancelled = row.failing == std::string("the user");
         voice().mend();

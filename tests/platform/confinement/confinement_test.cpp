@@ -19,8 +19,7 @@ namespace {
 
 enum Outcome { refused, went_through, walls_missing };
 
-class Confined : public testing::Test {
-protected:
+struct Confined : testing::Test {
     Confined()
     {
         for (const char* file : { "mine/file", "own/file", "own/deep/file", "data/file" })

@@ -14,55 +14,7 @@
 namespace tessavox {
 namespace {
 
-void put(std::string& bytes, std::size_t at, std::uint64_t value, int size)
-{
-    for (int i = 0; i < size; ++i)
-        bytes[at + static_cast<std::size_t>(i)] = static_cast<char>(value >> 8 * i);
-}
-
-/// A file with one stream as word processors of the nineties wrote it, with just as much of a
-/// header as the most forgiving of their readers needs.
-std::string old_document(const std::string& text)
-{
-    constexpr std::size_t sector = 512, stream_at = 3 * sector, stream_size = 4096;
-    std::string file(stream_at + stream_size, '\0');
-    const std::uint64_t header[][3] = { { 0, 0xE11AB1A1E011CFD0, 8 }, { 24, 0x0003003E, 4 },
-        { 28, 0xFFFE, 2 }, { 30, 9, 2 }, { 32, 6, 2 }, { 44, 1, 4 }, { 48, 1, 4 }, { 56, 4096, 4 },
-        { 60, 0xFFFFFFFE, 4 }, { 68, 0xFFFFFFFE, 4 }, { 76, 0, 4 } };
-    for (const auto& [at, value, size] : header)
-        put(file, at, value, static_cast<int>(size));
-    for (std::size_t i = 1; i < 109; ++i)
-        put(file, 76 + 4 * i, 0xFFFFFFFF, 4);
-    for (std::size_t i = 0; i < sector / 4; ++i) // which sector follows which
-        put(file, sector + 4 * i,
-            i == 0                 ? 0xFFFFFFFD
-                : i == 1 || i == 9 ? 0xFFFFFFFE
-                : i < 9            ? i + 1
-                                   : 0xFFFFFFFF,
-            4);
-    const auto entry = [&](std::size_t number, const std::string& name, int type,
-                           std::uint64_t child, std::uint64_t start, std::uint64_t size) {
-        const std::size_t at = 2 * sector + 128 * number;
-        for (std::size_t i = 0; i < name.size(); ++i)
-            file[at + 2 * i] = name[i];
-        put(file, at + 64, 2 * name.size() + 2, 2);
-        put(file, at + 66, static_cast<std::uint64_t>(type) | 0x100, 2);
-        put(file, at + 68, 0xFFFFFFFFFFFFFFFF, 8);
-        put(file, at + 76, child, 4);
-        put(file, at + 116, start, 4);
-        put(file, at + 120, size, 4);
-    };
-    entry(0, "Root Entry", 5, 1, 0xFFFFFFFE, 0);
-    entry(1, "WordDocument", 2, 0xFFFFFFFF, 2, stream_size);
-    put(file, stream_at, 0x00C1A5EC, 4);
-    put(file, stream_at + 24, 1536, 4);
-    put(file, stream_at + 28, 1536 + text.size(), 4);
-    file.replace(stream_at + 1536, text.size(), text);
-    return file;
-}
-
-class WordProcessorTest : public testing::Test {
-protected:
+struct WordProcessorTest : testing::Test {
     struct Work : BlockingWork {
         bool wait(const std::string&, const std::function<bool()>& is_done,
             const std::function<double()>& share) override
@@ -89,6 +41,9 @@ protected:
 
     TestFolder folder;
     DiskFileStore files;
+    /// As word processors of the nineties wrote it: one stream, and just as much of a header as the
+    /// most forgiving of their readers needs.
+    const std::string old_document = files.read(OLD_DOCUMENT);
     Work work;
     StringTable texts;
     WordProcessorFiles converter{ files, work, texts, TESSAVOX_DOCUMENT_HELPER };
@@ -102,17 +57,15 @@ TEST_F(WordProcessorTest, ReadsWhatTheBytesSayWhateverTheNameSays)
     EXPECT_THROW(converter.text_of(folder / "none.doc"), Failure);
     if (!has("/usr/bin/catdoc"))
         GTEST_SKIP() << "nothing is installed that reads old documents";
-    EXPECT_NE(
-        text_of(old_document("Dear Sir,\ra letter.\r")).find(u"a letter."), std::u16string::npos);
+    EXPECT_NE(text_of(old_document).find(u"a letter."), std::u16string::npos);
 }
 
 TEST_F(WordProcessorTest, GivesUpOnABrokenDocumentAndWhenTheUserDoes)
 {
-    const std::string whole = old_document("text");
     for (const std::size_t size : { 8U, 508U, 1008U })
-        EXPECT_THROW(text_of(whole.substr(0, size)), Failure) << size;
+        EXPECT_THROW(text_of(old_document.substr(0, size)), Failure) << size;
     work.escape_after = std::chrono::milliseconds(300);
-    EXPECT_THROW(text_of(whole.substr(0, 2008)), Failure) << "makes a converter hang";
+    EXPECT_THROW(text_of(old_document.substr(0, 2008)), Failure) << "makes a converter hang";
 }
 
 TEST_F(WordProcessorTest, AConverterFindsItsFolderAndNothingElse)

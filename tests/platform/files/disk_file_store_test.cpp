@@ -1,11 +1,11 @@
 #include "platform/files/disk_file_store.h"
-
+#include "platform/files/program_folders.h"
 #include "platform/text_limits.h"
 #include "tests/contract/file_store_contract.h"
 #include "tests/platform/files/test_folder.h"
 
-#include <csignal>
-#include <sys/resource.h>
+#include <gtest/gtest.h>
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,11 +16,6 @@ class DiskBed {
 public:
     FileStore& store() { return m_store; }
     std::string path(const std::string& name) const { return m_folder / name; }
-    std::string fixed_path() const
-    {
-        fs::create_directory(m_folder / "folder");
-        return m_folder / "folder";
-    }
 
 private:
     TestFolder m_folder;
@@ -29,32 +24,9 @@ private:
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Disk, FileStoreContract, DiskBed);
 
-class DiskFiles : public testing::Test {
-protected:
+struct DiskFiles : testing::Test {
     TestFolder folder;
     DiskFileStore store;
-};
-
-/// Lets no file grow beyond so many bytes, as a full disk would.
-class SizeLimit {
-public:
-    explicit SizeLimit(rlim_t bytes)
-    {
-        m_handler = std::signal(SIGXFSZ, SIG_IGN);
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        rlimit now = m_before;
-        now.rlim_cur = bytes;
-        ::setrlimit(RLIMIT_FSIZE, &now);
-    }
-    ~SizeLimit()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-
-private:
-    rlimit m_before{};
-    void (*m_handler)(int);
 };
 
 TEST_F(DiskFiles, WhatIsNoRegularFileIsRefusedAtOnceAndStaysWhatItIs)
@@ -180,6 +152,24 @@ TEST_F(DiskFiles, WhatCannotBeWrittenIsKnownBefore)
     }
     EXPECT_EQ(folder.content("fixed"), "text");
     fs::permissions(folder / "closed", fs::perms(0755));
+}
+
+TEST(Folders, TheDefaultsAreInstalledOnceAndNeverCompleted)
+{
+    const TestFolder folder;
+    folder.write("shipped/web.txt", "zero");
+    folder.write("shipped/setting1.txt", "one");
+    fs::permissions(folder / "shipped/web.txt", fs::perms::owner_read);
+
+    const std::string conf = prepare_config_folder(folder / "home/.config", folder / "shipped");
+    EXPECT_EQ(conf, folder / "home/.config/tessavox/conf");
+    EXPECT_TRUE(fs::exists(fs::path(conf) / "setting1.txt"));
+    const fs::perms kept = fs::status(fs::path(conf) / "web.txt").permissions();
+    EXPECT_NE(kept & fs::perms::owner_write, fs::perms::none);
+
+    fs::remove(fs::path(conf) / "setting1.txt");
+    EXPECT_EQ(prepare_config_folder(folder / "home/.config", folder / "shipped"), conf);
+    EXPECT_FALSE(fs::exists(fs::path(conf) / "setting1.txt"));
 }
 
 } // namespace

@@ -12,8 +12,7 @@
 namespace tessavox {
 namespace {
 
-class RecoveryBed {
-public:
+struct RecoveryBed {
     RecoveryCopies& copies() { return *folder; }
     /// What lies there once everything is written: title and content.
     std::map<std::string, std::string> files()

@@ -48,8 +48,7 @@ private:
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Qt, BlockingWorkContract, QtBlockingWorkBed);
 
-class Blocking : public testing::Test {
-protected:
+struct Blocking : testing::Test {
     static QWidget* window()
     {
         QWidget* front = QApplication::activeModalWidget();

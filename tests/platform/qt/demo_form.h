@@ -56,19 +56,18 @@ struct DemoChild : Form {
     {
         Caption = "/home/[*] a file.txt";
         column.Move(0, 0, 2775, 5000);
+        double top = 0;
         for (Control* control : std::initializer_list<Control*>{
-                 &button, &stop, &check, &label, &combo, &slider, &line })
+                 &button, &stop, &check, &label, &combo, &slider, &line }) {
             control->set_container(&column);
-        button.Move(0, 0, 2775, 780);
+            control->Move(0, top, 2775, 600);
+            top += 600;
+        }
+        label.Move(0, combo.Top(), 720, 255);
+        combo.Move(720, combo.Top(), 2055, 315);
         button.Caption = "&Read";
-        stop.Move(0, 2400, 2775, 780);
-        check.Move(120, 900, 2775, 255);
         check.Caption = "Read Clipboard Automatically";
-        label.Move(0, 1200, 720, 255);
         label.Caption = "Speaker";
-        combo.Move(720, 1200, 2055, 315);
-        slider.Move(720, 1700, 2055, 255);
-        line.Move(0, 2000, 2000, 315);
         tabs.Move(2900, 500, 6000, 5500);
         pane_box.Move(2900, 500, 6000, 5200);
         text.set_container(&pane_box);
@@ -105,8 +104,7 @@ struct DemoChild : Form {
 };
 
 /// A main window and what it takes to run it.
-class DemoDesktop {
-public:
+struct DemoDesktop {
     DemoDesktop() { main->Show(); }
     ~DemoDesktop()
     {

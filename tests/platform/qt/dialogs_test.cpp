@@ -177,11 +177,7 @@ TEST(OpenDialog, WhatAFileHoldsSaysWhetherItIsADocument)
     for (std::size_t i = 0; i <= most_text_paragraphs; ++i)
         paragraphs += "\\par ";
     const std::string utf16 = "\xFF\xFE" + std::string(most_text_paragraphs, '\n'); // U+0A0A
-    const struct {
-        const char* name;
-        std::string content;
-        ReadObstacle obstacle;
-    } rows[] = {
+    const std::tuple<const char*, std::string, ReadObstacle> rows[] = {
         { "a.txt", "a", ReadObstacle::none },
         { "lines", lines, ReadObstacle::too_long },
         { "lines.doc", lines, ReadObstacle::none },
@@ -195,9 +191,9 @@ TEST(OpenDialog, WhatAFileHoldsSaysWhetherItIsADocument)
     };
     TestFolder folder;
     DiskFileStore files;
-    for (const auto& row : rows) {
-        folder.write(row.name, row.content);
-        EXPECT_EQ(obstacle_to_document(files, folder / row.name), row.obstacle) << row.name;
+    for (const auto& [name, content, obstacle] : rows) {
+        folder.write(name, content);
+        EXPECT_EQ(obstacle_to_document(files, folder / name), obstacle) << name;
     }
     EXPECT_EQ(obstacle_to_document(files, folder / "none"), ReadObstacle::not_readable);
 }

@@ -29,8 +29,7 @@ private:
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Qt, FormWindowsContract, QtWindowsBed);
 
-class Windows : public testing::Test {
-protected:
+struct Windows : testing::Test {
     QMdiArea& area() { return desktop.find<QMdiArea>("documents"); }
     QMdiSubWindow& window(const std::string& name)
     {
@@ -128,20 +127,6 @@ TEST_F(Windows, TheUserActivatesAndMinimisesDocuments)
     EXPECT_EQ(first->window_state.get(), WindowState::minimised);
     first->window_state = WindowState::normal;
     EXPECT_FALSE(window("first").isMinimized());
-}
-
-TEST_F(Windows, ADocumentShowsForAssistanceWhileAnyOfItIsInSight)
-{
-    const auto first = desktop.open("first");
-    const auto second = desktop.open("second");
-    const auto& below = *window("first").findChild<QWidget*>("SpeakBtn");
-    window("second").showNormal();
-    for (const int shift : { 0, 100, 0 }) {
-        window("first").setGeometry(shift, 0, 400, 300);
-        window("second").setGeometry(0, 0, 450, 350);
-        desktop.settle();
-        EXPECT_EQ(below.isVisible(), shift > 0);
-    }
 }
 
 TEST_F(Windows, DocumentsAreArrangedWithinTheAreaAndMinimisedOnesLinedUpBelow)

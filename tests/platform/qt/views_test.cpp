@@ -21,8 +21,7 @@
 namespace tessavox {
 namespace {
 
-class Views : public testing::Test {
-protected:
+struct Views : testing::Test {
     Handler count()
     {
         return [this] { ++handled; };
@@ -100,22 +99,19 @@ TEST_F(Views, OnlyDraggingTheThumbScrolls)
     form->slider.Scroll = count();
     auto& bar = desktop.find<QScrollBar>("slider");
     EXPECT_EQ(bar.minimum(), -10);
-    const struct {
-        Qt::Key key;
-        int value;
-        int value_from_right_to_left;
-    } rows[] = { { Qt::Key_Right, 1, -1 }, { Qt::Key_Left, -1, 1 }, { Qt::Key_Down, 1, 1 },
-        { Qt::Key_Up, -1, -1 }, { Qt::Key_PageDown, 6, 6 }, { Qt::Key_PageUp, -6, -6 },
-        { Qt::Key_Home, -10, -10 }, { Qt::Key_End, 10, 10 } };
+    const std::tuple<Qt::Key, int, int> rows[]
+        = { { Qt::Key_Right, 1, -1 }, { Qt::Key_Left, -1, 1 }, { Qt::Key_Down, 1, 1 },
+              { Qt::Key_Up, -1, -1 }, { Qt::Key_PageDown, 6, 6 }, { Qt::Key_PageUp, -6, -6 },
+              { Qt::Key_Home, -10, -10 }, { Qt::Key_End, 10, 10 } };
     for (const auto direction : { Qt::LeftToRight, Qt::RightToLeft }) {
         bar.setLayoutDirection(direction);
-        for (const auto& row : rows) {
+        for (const auto& [key, value, value_from_right_to_left] : rows) {
             form->slider.Value = 0;
             EXPECT_EQ(bar.value(), 0);
-            QTest::keyClick(&bar, row.key);
-            EXPECT_EQ(form->slider.Value,
-                direction == Qt::LeftToRight ? row.value : row.value_from_right_to_left)
-                << row.key;
+            QTest::keyClick(&bar, key);
+            EXPECT_EQ(
+                form->slider.Value, direction == Qt::LeftToRight ? value : value_from_right_to_left)
+                << key;
         }
         form->slider.Value = 0;
         QWheelEvent wheel({ 5, 5 }, bar.mapToGlobal(QPointF(5, 5)), {}, { 0, -120 }, {}, {},
@@ -169,19 +165,15 @@ TEST_F(Views, EveryControlHasANameForScreenReaders)
     form->text.Caption = "Words";
     form->text.ToolTipText = "Leave me by F6";
     form->check.ToolTipText = "Ticked by you";
-    const struct {
-        const char* widget;
-        const char* name;
-        const char* description;
-    } rows[] = { { "SpeakBtn", "Read", "" },
+    const std::tuple<const char*, const char*, const char*> rows[] = { { "SpeakBtn", "Read", "" },
         { "check", "Read Clipboard Automatically", "Ticked by you" }, { "combo", "Alice", "Alice" },
         { "slider", "How fast", "How fast" }, { "tabsHeads", "Text", "" },
         { "text", "Words", "Leave me by F6" } };
-    for (const auto& row : rows) {
+    for (const auto& [widget, name, description] : rows) {
         const QAccessibleInterface* shown
-            = QAccessible::queryAccessibleInterface(&desktop.find<QWidget>(row.widget));
-        EXPECT_EQ(shown->text(QAccessible::Name), row.name);
-        EXPECT_EQ(shown->text(QAccessible::Description), row.description) << row.widget;
+            = QAccessible::queryAccessibleInterface(&desktop.find<QWidget>(widget));
+        EXPECT_EQ(shown->text(QAccessible::Name), name);
+        EXPECT_EQ(shown->text(QAccessible::Description), description) << widget;
     }
     EXPECT_EQ(desktop.find<QComboBox>("combo").accessibleName(), "Speaker");
     EXPECT_EQ(desktop.find<QLabel>("label").buddy(), &desktop.find<QComboBox>("combo"));

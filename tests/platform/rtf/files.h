@@ -1,7 +1,9 @@
-// The rich texts of several programs that lie beside the tests.
+// The rich texts of several programs, which the fuzzer begins with too, and what each reads as:
+// LibreOffice Writer 7.4, AbiWord 3.0.5 (from the same page), pandoc 2.17, latex2rtf 2.3.18,
+// highlight 3.41, Pygments 2.20, GNU enscript 1.6.5; by hand in the manner of a small and a large
+// one.
 #pragma once
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -10,21 +12,26 @@
 
 namespace tessavox::rtf {
 
-inline std::string contents_of(const std::filesystem::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return { std::istreambuf_iterator<char>(file), {} };
-}
+struct RichTextFile {
+    std::string name;
+    std::string bytes;
+    std::string described;
+};
 
-inline std::vector<std::filesystem::path> rich_text_files()
+inline std::vector<RichTextFile> rich_text_files()
 {
-    std::vector<std::filesystem::path> paths;
-    for (const auto& entry : std::filesystem::directory_iterator(TESSAVOX_RTF_FILES)) {
-        if (entry.path().extension() == ".rtf")
-            paths.push_back(entry.path());
+    const auto contents_of = [](const std::filesystem::path& path) {
+        std::ifstream file(path, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    std::vector<RichTextFile> files;
+    for (const auto& entry : std::filesystem::directory_iterator(TESSAVOX_RTF_DESCRIPTIONS)) {
+        const std::string name = entry.path().stem();
+        const std::string start = "{\\rtf"; // which the fuzzer puts there itself
+        files.push_back(
+            { name, start + contents_of(TESSAVOX_RTF_CORPUS + name), contents_of(entry.path()) });
     }
-    std::sort(paths.begin(), paths.end());
-    return paths;
+    return files;
 }
 
 } // namespace tessavox::rtf

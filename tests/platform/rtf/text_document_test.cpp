@@ -17,8 +17,7 @@ namespace tessavox::rtf {
 namespace {
 
 /// The toolkit asks for one before it makes a font.
-class RichTextDocument : public testing::Test {
-protected:
+struct RichTextDocument : testing::Test {
     static void SetUpTestSuite()
     {
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -36,8 +35,8 @@ Document read(const std::string& body, LastParagraph last = LastParagraph::open)
 
 TEST_F(RichTextDocument, KeepsAllThatFilesSay)
 {
-    for (const auto& path : rich_text_files()) {
-        Document document = read_rich_text(contents_of(path));
+    for (const RichTextFile& file : rich_text_files()) {
+        Document document = read_rich_text(file.bytes);
         const auto toolkit = to_text_document(document);
         toolkit->setDefaultFont(QFont("Some Family", 12));
         // Text without a font of its own has got the one that it is shown with.
@@ -47,7 +46,7 @@ TEST_F(RichTextDocument, KeepsAllThatFilesSay)
         }
         document.fonts.push_back("Some Family");
         const Document back = from_text_document(*toolkit);
-        EXPECT_EQ(described(back), described(document)) << path;
+        EXPECT_EQ(described(back), described(document)) << file.name;
         EXPECT_EQ(flaw_of(back), "");
         EXPECT_FALSE(toolkit->isUndoAvailable());
         EXPECT_EQ(back.text, document.text); // the offsets are alike

@@ -31,12 +31,11 @@ constexpr const char* korean
 
 TEST(PlainText, KeepsItsEncodingOnTheWayInAndOut)
 {
-    struct Row {
+    const struct {
         const char* text;
         TextFileForm written;
         std::string found; // the encoding; empty: the one that was written
-    };
-    const Row rows[] = {
+    } rows[] = {
         { "", {}, "" },
         { english, {}, "" },
         { english, { "windows-1252" }, "UTF-8" },
@@ -72,7 +71,7 @@ TEST(PlainText, KeepsItsEncodingOnTheWayInAndOut)
         { chinese, { "GB18030" }, "" },
         { korean, { "windows-949" }, "" },
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         const EncodedText file = encode_plain_text(to_utf16(row.text), row.written);
         EXPECT_EQ(file.form, row.written) << row.text;
         const PlainText read = decode_plain_text(file.bytes);
@@ -86,12 +85,7 @@ TEST(PlainText, KeepsItsEncodingOnTheWayInAndOut)
 
 TEST(PlainText, IsReadWhateverItsBytesAre)
 {
-    struct Row {
-        std::string bytes;
-        std::u16string text;
-        TextFileForm form;
-    };
-    const Row rows[] = {
+    const std::tuple<std::string, std::u16string, TextFileForm> rows[] = {
         { "a\r\nb\nc\r\n", u"a\nb\nc\n", { "UTF-8", false, LineEnd::crlf } },
         { "a\rb\r\r\nc\r", u"a\nb\n\nc\n", { "UTF-8", false, LineEnd::cr } },
         { "\xEF\xBB\xBF\xFF\xE9", u"\uFFFD\uFFFD", { "UTF-8", true } },
@@ -106,10 +100,10 @@ TEST(PlainText, IsReadWhateverItsBytesAre)
           "a\0"s,
             u"\uFFFDa", { "UTF-16LE", true } },
     };
-    for (const Row& row : rows) {
-        const PlainText read = decode_plain_text(row.bytes);
-        EXPECT_EQ(read.text, row.text) << row.bytes;
-        EXPECT_EQ(read.form, row.form) << row.bytes << " as " << read.form.encoding;
+    for (const auto& [bytes, text, form] : rows) {
+        const PlainText read = decode_plain_text(bytes);
+        EXPECT_EQ(read.text, text) << bytes;
+        EXPECT_EQ(read.form, form) << bytes << " as " << read.form.encoding;
     }
 }
 

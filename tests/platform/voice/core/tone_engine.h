@@ -16,8 +16,7 @@ namespace tessavox::voice::test {
 
 /// Two voices, Anna and Bert, who sing each word as a tone of 441 Hz (882 Hz for Bert) that begins
 /// and ends at rest; a word lasts 100 ms at rate 0. A sentence ends in 50 ms of silence.
-class ToneEngine : public Engine {
-public:
+struct ToneEngine : Engine {
     static constexpr int sample_rate = 22050;
     static constexpr int amplitude = 8000;
     static constexpr int pause_samples = sample_rate / 20;
@@ -83,7 +82,6 @@ public:
     std::unique_ptr<RenderQueue> file_queue(std::size_t) override { return live_queue(); }
 
     ToneEngine* engine = nullptr;
-    std::atomic<int> orders{ 0 }; // submitted so far
 
 private:
     class Queue : public RenderQueue {
@@ -99,7 +97,6 @@ private:
         void submit(int voice, int rate, Utterance utterance) override
         {
             m_orders.push_back({ voice, rate, std::move(utterance) });
-            ++m_engines.orders;
         }
         std::optional<Result> take(const std::function<bool()>& interrupted) override
         {

@@ -1,4 +1,7 @@
 // The voice with a tone for an engine and a device whose clock the test moves.
+#include "platform/voice/sound/wave_file.h"
+#include "tests/contract/speech_voice_contract.h"
+#include "tests/platform/files/test_folder.h"
 #include "tests/platform/voice/core/voice_bed.h"
 
 #include <gmock/gmock.h>
@@ -27,8 +30,16 @@ int steepest(const std::vector<std::int16_t>& samples)
     return steepest;
 }
 
-class VoiceTest : public testing::Test {
-protected:
+/// For the contract.
+struct SystemBed {
+    SpeechService& service() { return *bed.service; }
+    SpeechVoiceEvents& events() { return bed.listener; }
+    std::string path(const std::string& name) const { return folder / name; }
+    TestFolder folder;
+    VoiceBed bed;
+};
+
+struct VoiceTest : testing::Test {
     VoiceBed bed;
     ManualDevice& device = *bed.device;
     SpeechVoice& voice = *bed.voice;
@@ -275,5 +286,167 @@ TEST_F(VoiceTest, OutputsAndFormatsFollowTheirRules)
     EXPECT_EQ(voice.AudioOutputStream()->FormatType(), 39);
 }
 
+TEST(Skip, MovesBySentencesFromTheOneThatIsHeard)
+{
+    const std::vector<std::string> all{ "Sentence 0+8", "Sentence 9+4", "Sentence 14+4",
+        "Sentence 19+4" };
+    const std::pair<int, int> rows[] // how many, and the first sentence that is told after it
+        = { { 0, 1 }, { -1, 0 }, { -9, 0 }, { 1, 2 }, { 2, 3 }, { 3, 4 }, { 99, 4 } };
+    for (const bool paused : { false, true }) {
+        for (const auto& [count, first] : rows) {
+            VoiceBed own;
+            own.voice->Speak(u"A b c d. E f. G h. I j.", SVSFlagsAsync);
+            // At the first word of the second sentence, far from the next one: the device may run
+            // on by its buffer before the event is here.
+            ASSERT_TRUE(own.has_heard("Word", 5));
+            if (paused)
+                own.voice->Pause();
+            EXPECT_EQ(own.voice->Skip("Sentence", count), count);
+            own.listener.heard.clear();
+            if (paused) {
+                own.wait_until([&] { return own.device->last()->paused; });
+                EXPECT_THAT(own.listener.told("Sentence Word"), testing::IsEmpty());
+                own.voice->Resume();
+            }
+            ASSERT_TRUE(own.has_heard("EndStream"));
+            EXPECT_EQ(own.listener.told("Sentence"),
+                std::vector<std::string>(all.begin() + first, all.end()))
+                << count;
+        }
+    }
+}
+
+TEST(Skip, CountsFromWhereTheLastOneWent)
+{
+    const std::pair<std::vector<int>, int> rows[] // the counts, and the first sentence that is told
+        = { { { 2, 1 }, 3 }, { { 2, -1 }, 1 }, { { 4, -2, 1, 1 }, 4 }, { { 99, -1 }, 5 },
+              { { 99, 1 }, 6 } };
+    for (const int held_at : { -1, 0, 1 }) {
+        for (const auto& [counts, first] : rows) {
+            VoiceBed own;
+            own.voice->set_Rate(10);
+            own.voice->Pause();
+            own.engine->held_at = held_at; // from there on nothing is made before the last skip
+            own.voice->Speak(u"Aa. Bb. Cc. Dd. Ee. Ff.", SVSFlagsAsync);
+            for (const int count : counts) {
+                EXPECT_EQ(own.voice->Skip("Sentence", count), count);
+                own.loop.run_posted(milliseconds(2));
+            }
+            own.engine->held_at = -1;
+            own.voice->Resume();
+            ASSERT_TRUE(own.has_heard("EndStream"));
+            const std::vector<Heard> told = own.listener.of("Sentence");
+            EXPECT_EQ(told.size(), 6U - static_cast<std::size_t>(first));
+            EXPECT_TRUE(told.empty() || told[0].first == 4 * first)
+                << counts[0] << ' ' << counts[1] << ", held at " << held_at;
+        }
+    }
+}
+
+// Speaking into wave files, and playing them.
+struct FileTest : testing::Test {
+    /// A stream into "out.wav", which the voice speaks into.
+    std::shared_ptr<SpeechFileStream> take_stream(int type = mono_22)
+    {
+        auto stream = bed.service->create_file_stream();
+        stream->set_FormatType(type);
+        stream->Open(path("out.wav"), SSFMCreateForWrite, false);
+        voice.set_AudioOutputStream(stream);
+        return stream;
+    }
+    std::string path(const std::string& name) const { return folder / name; }
+    std::vector<std::int16_t> samples() const
+    {
+        const auto reader = open_wave_file(path("out.wav"));
+        std::vector<std::int16_t> all(
+            reader->frames() * static_cast<std::size_t>(reader->channels()));
+        reader->read(all);
+        return all;
+    }
+    /// A wave file of that many frames, all alike. Its path, to be spoken.
+    TextSlice wave_of(std::vector<std::int16_t> frames) const
+    {
+        const auto writer = create_wave_file(path("wave.wav"), { 22050, 16, 1 });
+        writer->write(std::as_bytes(std::span(frames)));
+        writer->close();
+        return TextSlice(to_utf16(path("wave.wav")));
+    }
+
+    const TestFolder folder;
+    VoiceBed bed;
+    SpeechVoice& voice = *bed.voice;
+    Listener& listener = bed.listener;
+};
+
+// Nobody sees them all: of words and sentences the first and the latest wait until they are
+// fetched.
+TEST_F(FileTest, AFileIsWrittenWithoutADeviceAndItsEventsComeAfterwards)
+{
+    auto stream = take_stream();
+    voice.Speak(u"One two three four. Five.", SVSFlagsAsync);
+    ASSERT_TRUE(voice.WaitUntilDone(-1));
+    EXPECT_TRUE(listener.heard.empty());
+    bed.loop.run_posted();
+    EXPECT_THAT(listener.told(""),
+        ElementsAre(
+            "StartStream", "Sentence 0+19", "Word 0+3", "Sentence 20+5", "Word 20+4", "EndStream"));
+    stream->Close();
+    EXPECT_EQ(samples().size(), 5U * 2250 + 2 * ToneEngine::pause_samples);
+    EXPECT_EQ(listener.heard.back().position, static_cast<std::int64_t>(samples().size() * 2));
+    EXPECT_EQ(bed.device->opened(), 0);
+
+    listener.heard.clear();
+    stream = take_stream(39); // 48 kHz, 16 bit, stereo: the times stay
+    voice.Speak(u"One two", SVSFDefault);
+    stream->Close();
+    EXPECT_EQ(listener.of("Word").back().position, (2250 * 48000 + 11025) / 22050 * 4);
+    EXPECT_EQ(listener.heard.back().position, static_cast<std::int64_t>(samples().size() * 2));
+}
+
+TEST_F(FileTest, AWritingTellsHowFarItHasComeAndCanBeEndedInBetween)
+{
+    auto stream = take_stream();
+    bed.engine->held_at = 2;
+    voice.Speak(u"One. Two three. Four. Five.", SVSFlagsAsync);
+    ASSERT_TRUE(bed.wait_until([&] { return voice.spoken_units() == 14; }));
+    EXPECT_FALSE(voice.WaitUntilDone(0));
+    voice.Speak({}, SVSFPurgeBeforeSpeak);
+    EXPECT_TRUE(voice.WaitUntilDone(0));
+    stream->Close();
+    EXPECT_EQ(samples().size(), 3U * 2250 + 2 * ToneEngine::pause_samples);
+}
+
+TEST_F(FileTest, AFileIsAsLoudAsTheVolumeAndTheTagsSay)
+{
+    for (const auto& [volume, loudest] : { std::pair(100, 4000), { 50, 2000 }, { 0, 0 } }) {
+        auto stream = take_stream();
+        voice.set_Volume(volume);
+        voice.Speak(u"<volume level='50'>One</volume>", SVSFDefault);
+        stream->Close();
+        EXPECT_NEAR(std::ranges::max(samples()), loudest, 20) << volume;
+    }
+}
+
+TEST_F(FileTest, AWaveFileIsPlayedAtItsOwnLevelWhateverTheVolume)
+{
+    const std::vector<std::int16_t> wave(22050, 5000);
+    voice.set_Volume(10);
+    voice.set_EventInterests(SVEDefaultInterests | SVEAudioLevel);
+    voice.Speak(wave_of(wave), SVSFlagsAsync | SVSFIsFilename);
+    EXPECT_EQ(voice.Skip("Sentence", 1), 0);
+    voice.set_Rate(5);
+    ASSERT_TRUE(bed.has_heard("EndStream"));
+    EXPECT_EQ(bed.device->sound(), wave);
+    EXPECT_EQ(listener.heard.back().position, 44100);
+    EXPECT_NEAR(listener.count("AudioLevel"), 20, 1);
+    EXPECT_EQ(listener.of("AudioLevel")[0].first, 15);
+}
+
 } // namespace
 } // namespace tessavox::voice::test
+
+namespace tessavox {
+
+INSTANTIATE_TYPED_TEST_SUITE_P(System, SpeechVoiceContract, voice::test::SystemBed);
+
+} // namespace tessavox

@@ -47,12 +47,11 @@ std::vector<std::uint64_t> frames_of(const std::vector<WordMark>& marks)
 
 TEST(SpokenText, IsWhatTheLibraryReadsAsItIsMeant)
 {
-    struct Row {
+    const struct {
         std::u16string text;
         const char* english;
         const char* german = english;
-    };
-    const Row rows[] = {
+    } rows[] = {
         // What it could take for a command, and what it can't bear.
         { u"plain [[text]] <b>", "[plain [[text]] <b>]" },
         { std::u16string(u"a\u0001b\0c\x7F"
@@ -81,7 +80,7 @@ TEST(SpokenText, IsWhatTheLibraryReadsAsItIsMeant)
         { u"☐️ ☐☐", "[ ballot box   ballot box ]", " -0 -1" },
         { u"½ x", "[ vulgar fraction one half  x]", "[  x] -0" },
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         EXPECT_EQ(described(text_of(parted(row.text), true)), row.english);
         EXPECT_EQ(described(text_of(parted(row.text), false)), row.german);
     }
@@ -169,13 +168,12 @@ TEST(WordTiming, SharesOutWhatTheEngineDoesNotTell)
 
 TEST(EspeakMarks, AreTakenFromReportsThatDriftAndMerge)
 {
-    struct Case {
+    const struct {
         const char16_t* text;
         std::vector<EspeakSound::Word> words; // position, frame, next phone
         std::vector<std::uint64_t> phones; // frames; all of them sound
         std::vector<std::uint64_t> marks;
-    };
-    const Case cases[] = {
+    } cases[] = {
         { u"a b", { { 0, 0, 0 }, { 2, 100, 1 } }, { 5, 110 }, { 0, 100 } },
         // Told together with the phone before: begins with its own.
         { u"a b", { { 0, 0, 0 }, { 2, 100, 2 } }, { 5, 100, 130 }, { 0, 130 } },
@@ -190,7 +188,7 @@ TEST(EspeakMarks, AreTakenFromReportsThatDriftAndMerge)
             { 0, 300, 500, 700 } },
         { u"of the", { { 0, 0, 0 } }, { 0, 100 }, { 0, 100 } },
     };
-    for (const Case& each : cases) {
+    for (const auto& each : cases) {
         const Utterance utterance = utterance_of(each.text);
         SpokenText words;
         std::uint32_t token = 0;

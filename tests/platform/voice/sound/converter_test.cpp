@@ -146,24 +146,5 @@ TEST(Gain, TheFirstOneTakesEffectAtOnceRoundTheMiddleOfTheFormat)
     }
 }
 
-TEST(Gain, GlidesWithoutAStepAndArrivesHoweverTheFramesCome)
-{
-    Gain gain({ .rate = 48000, .bits = 16, .channels = 2 });
-    gain.set(1);
-    std::int16_t last = applied(gain, { 30000, 30000 }).back();
-    Gain of_blocks = gain;
-    gain.set(0.2F);
-    of_blocks.set(0.2F);
-    const Samples block = applied(of_blocks, Samples(2 * 480, 30000)); // 10 ms
-    for (std::size_t frame = 0; frame < 480; ++frame) {
-        const Samples now = applied(gain, { 30000, 30000 });
-        ASSERT_EQ(now, Samples(2, block[2 * frame]));
-        ASSERT_LE(now[0], last);
-        ASSERT_LE(last - now[0], 150) << frame; // 1/240 of the scale, and rounding
-        last = now[0];
-    }
-    EXPECT_EQ(last, 6000);
-}
-
 } // namespace
 } // namespace tessavox::voice

@@ -9,15 +9,12 @@
 #include <limits>
 #include <optional>
 
-#include <sys/resource.h>
-
 namespace tessavox::voice {
 namespace {
 
 using Bytes = std::string;
 
-class WaveFile : public testing::Test {
-protected:
+struct WaveFile : testing::Test {
     Bytes content() const { return folder.content("sound.wav"); }
 
     const TestFolder folder;
@@ -32,15 +29,8 @@ template <class Number> Bytes little(Number number)
     return bytes;
 }
 
-Bytes u32(std::uint32_t number)
-{
-    return little(number);
-}
-
-Bytes u16(std::uint16_t number)
-{
-    return little(number);
-}
+constexpr auto u32 = little<std::uint32_t>;
+constexpr auto u16 = little<std::uint16_t>;
 
 struct Shape {
     std::uint16_t tag = 1;
@@ -163,24 +153,17 @@ TEST_F(WaveFile, PastTheLimitItGoesOnAsRf64)
     }
 }
 
-void limit_files_to(rlim_t bytes)
-{
-    rlimit limit{};
-    ::getrlimit(RLIMIT_FSIZE, &limit);
-    limit.rlim_cur = std::min(bytes, limit.rlim_max);
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-}
-
 TEST_F(WaveFile, AFullDiskIsAFailureAndWhatIsWrittenStays)
 {
     const PcmFormat format{ .rate = 8000, .bits = 16, .channels = 1 };
     const Bytes data = noise(1'000'000);
-    limit_files_to(600'001); // within a sample
     const auto writer = create_wave_file(path, format);
-    writer->write(as_frames(data).first(300'000));
-    EXPECT_THROW(writer->write(as_frames(data).subspan(300'000)), Failure);
-    EXPECT_THROW(writer->write(as_frames(data).first(400'000)), Failure);
-    limit_files_to(RLIM_INFINITY);
+    {
+        const SizeLimit full(600'001); // within a sample
+        writer->write(as_frames(data).first(300'000));
+        EXPECT_THROW(writer->write(as_frames(data).subspan(300'000)), Failure);
+        EXPECT_THROW(writer->write(as_frames(data).first(400'000)), Failure);
+    }
     EXPECT_EQ(writer->frames(), 299'978U);
     writer->close();
     EXPECT_EQ(fs::file_size(path), 600'000U);
@@ -191,12 +174,7 @@ TEST_F(WaveFile, UsualKindsOfPcmAreReadAs16BitAlsoWhereTheHeaderLies)
 {
     const float infinite = std::numeric_limits<float>::infinity();
     const float nan = std::numeric_limits<float>::quiet_NaN();
-    const struct {
-        const char* kind;
-        Bytes bytes;
-        int channels;
-        std::vector<std::int16_t> samples;
-    } rows[] = {
+    const std::tuple<const char*, Bytes, int, std::vector<std::int16_t>> rows[] = {
         { "more told than there is", wave({}, raw<std::int16_t>({ 1, 2, 3 }), 1000), 1,
             { 1, 2, 3 } },
         { "float",
@@ -204,13 +182,13 @@ TEST_F(WaveFile, UsualKindsOfPcmAreReadAs16BitAlsoWhereTheHeaderLies)
             1, { 16384, -8192, 32767, -32768, 32767, -32768, 0 } },
         { "three channels", wave({ 1, 3 }, raw<std::int16_t>({ 100, 200, 300 })), 2, { 200, 250 } },
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.kind);
-        folder.write("sound.wav", row.bytes);
+    for (const auto& [kind, bytes, channels, samples] : rows) {
+        SCOPED_TRACE(kind);
+        folder.write("sound.wav", bytes);
         const auto reader = open_wave_file(path);
-        EXPECT_EQ(reader->channels(), row.channels);
-        EXPECT_EQ(reader->frames(), row.samples.size() / static_cast<std::size_t>(row.channels));
-        EXPECT_EQ(read_all(*reader), row.samples);
+        EXPECT_EQ(reader->channels(), channels);
+        EXPECT_EQ(reader->frames(), samples.size() / static_cast<std::size_t>(channels));
+        EXPECT_EQ(read_all(*reader), samples);
     }
 }
 

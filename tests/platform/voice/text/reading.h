@@ -12,8 +12,7 @@
 namespace tessavox::voice {
 
 /// Has the voices "Anna" (1) and "Bert" (2); language 407 is Bert's.
-class TwoVoices : public VoiceChooser {
-public:
+struct TwoVoices : VoiceChooser {
     std::optional<int> choose(
         std::string_view required, std::string_view optional, int current) const override
     {

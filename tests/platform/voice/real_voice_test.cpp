@@ -23,8 +23,7 @@ struct EnglishBed : VoiceBed {
     }
 };
 
-class RealVoice : public testing::Test {
-protected:
+struct RealVoice : testing::Test {
     /// Speaks to the device; the sound of this text alone.
     std::vector<std::int16_t> speak(const std::u16string& text)
     {

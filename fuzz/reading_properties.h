@@ -1,4 +1,4 @@
-// What holds for the reading of any text whatsoever. The fuzz target checks the same.
+// What holds for the reading of any text whatsoever. A test asks it of the corpus, too.
 #pragma once
 
 #include "platform/voice/text/markup_scanner.h"
@@ -49,14 +49,14 @@ public:
                 m_bookmarks.push_back(bookmark->name);
             m_items.push_back(std::move(*item));
         }
-        complain_if(!m_ended, "the last sentence does not end");
+        deny(!m_ended, "the last sentence does not end");
         check_coverage();
         check_places();
         return m_broken;
     }
 
 private:
-    void complain_if(bool broken, const std::string& what)
+    void deny(bool broken, const std::string& what)
     {
         if (broken && m_broken.empty())
             m_broken = what + " in: " + to_utf8(m_text.substr(0, 400));
@@ -64,20 +64,17 @@ private:
 
     void check(const Utterance& utterance)
     {
-        complain_if(utterance.text.size() > 800, "an utterance is too long");
-        complain_if(
-            utterance.text.empty() && utterance.pronunciation.empty(), "an utterance is empty");
-        complain_if(
-            to_utf16(to_utf8(utterance.text)) != utterance.text, "an engine sees a lone surrogate");
+        deny(utterance.text.size() > 800, "an utterance is too long");
+        deny(utterance.text.empty() && utterance.pronunciation.empty(), "an utterance is empty");
+        deny(to_utf16(to_utf8(utterance.text)) != utterance.text, "a lone surrogate");
         for (const char16_t c : utterance.text)
-            complain_if(c < 0x20 || (c >= 0x7F && c < 0xA0), "an engine sees a control character");
-        complain_if(
-            utterance.sentence.has_value() != m_ended, "sentences do not begin where they should");
+            deny(c < 0x20 || (c >= 0x7F && c < 0xA0), "a control character");
+        deny(utterance.sentence.has_value() != m_ended, "a sentence begins elsewhere");
         if (utterance.sentence) {
             const SentenceExtent& extent = *utterance.sentence;
-            complain_if(extent.source_begin < m_sentence_end || extent.source_length == 0
+            deny(extent.source_begin < m_sentence_end || extent.source_length == 0
                     || extent.source_begin + extent.source_length > m_text.size(),
-                "a sentence's extent is wrong");
+                "a sentence lies wrong");
             m_sentence_end = extent.source_begin + extent.source_length;
             m_source_end = std::max(m_source_end, extent.source_begin);
         }
@@ -95,35 +92,33 @@ private:
         const std::size_t tokens = utterance.tokens.size();
         std::uint32_t before = 0;
         for (const BookmarkPlace& bookmark : utterance.bookmarks) {
-            complain_if(
-                bookmark.token < before || bookmark.token > tokens, "a bookmark is out of place");
+            deny(bookmark.token < before || bookmark.token > tokens, "a bookmark lies wrong");
             before = bookmark.token;
             m_bookmarks.push_back(bookmark.name);
         }
         std::int64_t level_before = -1;
         for (const LevelChange& change : utterance.levels) {
-            complain_if(
-                change.token <= level_before || change.token >= std::max<std::size_t>(tokens, 1),
-                "a level is out of place");
+            deny(change.token <= level_before || change.token >= std::max<std::size_t>(tokens, 1),
+                "a level lies wrong");
             level_before = change.token;
         }
         std::size_t end = 0;
         for (const ContextHint& hint : utterance.contexts) {
-            complain_if(hint.begin < end || hint.length == 0, "contexts overlap or are empty");
+            deny(hint.begin < end || hint.length == 0, "contexts overlap or are empty");
             end = std::size_t{ hint.begin } + hint.length;
         }
-        complain_if(end > utterance.text.size(), "a context lies outside its text");
+        deny(end > utterance.text.size(), "a context lies outside its text");
     }
 
     void check(const Utterance& utterance, const Token& token, std::uint32_t text_end)
     {
         const std::uint32_t source_end = token.source_begin + token.source_length;
-        complain_if(token.begin < text_end || token.begin + token.length > utterance.text.size(),
-            "a word lies outside its utterance or overlaps another");
-        complain_if(token.length > 100, "a word is too long");
-        complain_if(token.source_begin < m_source_end || token.source_length == 0
+        deny(token.begin < text_end || token.begin + token.length > utterance.text.size(),
+            "a word lies wrong");
+        deny(token.length > 100, "a word is too long");
+        deny(token.source_begin < m_source_end || token.source_length == 0
                 || source_end > m_sentence_end,
-            "a word lies outside its sentence or overlaps another");
+            "a word lies outside its sentence");
         m_source_end = source_end;
         m_extents.push_back(token);
         if (token.length == 0)
@@ -131,8 +126,7 @@ private:
         const auto source = m_text.substr(token.source_begin, token.source_length);
         const auto spoken = std::u16string_view(utterance.text).substr(token.begin, token.length);
         const bool decoded = m_options.markup && source.find(u'&') != source.npos;
-        complain_if(
-            !decoded && to_utf8(source) != to_utf8(spoken), "a word is not what its source says");
+        deny(!decoded && to_utf8(source) != to_utf8(spoken), "a word says something else");
     }
 
     /// Every letter and digit that is no part of markup lies in a word, and no bookmark is lost,
@@ -161,9 +155,9 @@ private:
             const bool word = (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'z')
                 || (c >= u'A' && c <= u'Z') || (c >= 0xC0 && c < 0x180 && c != 0xD7 && c != 0xF7)
                 || (c >= 0x4E00 && c < 0x9FFF);
-            complain_if(word && !in_word, "the word at " + std::to_string(at) + " was skipped");
+            deny(word && !in_word, "the word at " + std::to_string(at) + " was skipped");
         }
-        complain_if(m_bookmarks != written, "bookmarks are lost or out of order");
+        deny(m_bookmarks != written, "bookmarks are lost");
     }
 
     static void add_name(
@@ -183,11 +177,11 @@ private:
             for (std::size_t at = from; at < end; ++at) {
                 const ReadingPlace place = reader.place();
                 const auto item = reader.next();
-                complain_if(!item || dump(*item) != dump(m_items[at]),
-                    "item " + std::to_string(at) + " differs when read from another place");
-                complain_if(place.offset > m_text.size(), "a place lies outside the text");
+                deny(!item || dump(*item) != dump(m_items[at]),
+                    "item " + std::to_string(at) + " differs from there");
+                deny(place.offset > m_text.size(), "a place lies outside the text");
             }
-            complain_if(end == m_items.size() && reader.next().has_value(), "more items come");
+            deny(end == m_items.size() && reader.next().has_value(), "more items come");
         }
     }
 
