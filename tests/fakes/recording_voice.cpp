@@ -2,8 +2,6 @@
 
 #include "platform/failure.h"
 
-#include <algorithm>
-
 namespace tessavox {
 
 namespace {
