@@ -272,8 +272,9 @@ class Program:
         return self.find("push button", name)
 
     def read(self, button="Read"):
-        self.button(button).press()
-        stop = self.find_all("push button", "Stop")[0]
+        # Looked for before, or the first words would pass meanwhile.
+        start, stop = self.button(button), self.find_all("push button", "Stop")[0]
+        start.press()
         wait_for(lambda: stop.enabled, "the reading begins")
 
     def text_pane(self):
