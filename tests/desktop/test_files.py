@@ -3,6 +3,7 @@
 import glob
 import os
 import signal
+import subprocess
 import tempfile
 import unittest
 
@@ -12,6 +13,12 @@ from bed import SAVE_QUESTION, Program, forget_settings, keys, type_text, wait_f
 def content(path):
     with open(path, "rb") as file:
         return file.read()
+
+
+def ps(*arguments):
+    """The lines that it tells of processes."""
+    told = subprocess.run(["ps", *arguments], capture_output=True, text=True).stdout
+    return [line.strip() for line in told.splitlines()]
 
 
 class Files(unittest.TestCase):
@@ -60,7 +67,7 @@ class Files(unittest.TestCase):
             self.assertEqual(content(path), after, answer)
         wait_for(lambda: not self.copies(), "nothing that was saved or given up is kept")
 
-    def test_a_crash_leaves_the_text_that_wasnt_saved(self):
+    def test_a_crash_leaves_the_text_that_wasnt_saved_and_no_helper(self):
         keys("ctrl+n")
         wait_for(lambda: self.is_open("Document 2"), "a second document")
         type_text("Words to keep.")
@@ -68,7 +75,11 @@ class Files(unittest.TestCase):
         def kept():
             return [path for path in self.copies() if content(path) == b"Words to keep."]
         wait_for(kept, "a copy of the text")
+        helpers = ps("-o", "pid=", "--ppid", str(self.program.process.pid))
+        self.assertNotEqual(helpers, [])
         self.program.process.send_signal(signal.SIGKILL)
         self.program.process.wait()
         self.assertEqual(len(kept()), 1)
         self.assertIn("Document 2", kept()[0])
+        wait_for(lambda: all("<defunct>" in line for line in ps("-o", "cmd=", "-p", ",".join(helpers))),
+                 "the helpers end too")

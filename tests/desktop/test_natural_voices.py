@@ -40,16 +40,11 @@ class NaturalVoices(unittest.TestCase):
         return [entries.get_child_at_index(index).get_name()
                 for index in range(entries.get_child_count())]
 
-    def test_they_stand_at_the_end_of_the_list_at_every_start(self):
+    def test_they_stand_at_the_end_of_the_list(self):
         ends = ["English (United States), male, Kal (Festival)",
                 "English (United States), female, Slt (Festival)",
                 "English (United States), Standin medium (Piper)"]
-        voices = self.voices()
-        self.assertEqual(voices[-3:], ends)
-        self.program.close()
-        with Program() as program:
-            self.list = program.find("combo box", description="Select one voice")
-            self.assertEqual(self.voices(), voices)
+        self.assertEqual(self.voices()[-3:], ends)
 
     def test_a_festival_voice_selects_each_word_while_it_sounds(self):
         self.assertIn("Slt", self.list.choose(-2))
