@@ -1,6 +1,5 @@
 #include "platform/failure.h"
 #include "platform/voice/natural/natural_voices.h"
-#include "platform/voice/natural/piper_config.h"
 #include "platform/voice/natural/voice_description.h"
 #include "tests/platform/files/test_folder.h"
 
@@ -153,28 +152,6 @@ TEST(VoiceDescription, ThatIsWrongSaysWhatIsAndWhere)
             failure_of("Name = A\nLanguage = en\nMode = " + std::string(mode) + "\n" + rest),
             testing::HasSubstr(message));
     EXPECT_EQ(failure_of(""), "Name is missing");
-}
-
-TEST(PiperConfig, ListsItsFirstSpeakersByNumber)
-{
-    const std::pair<std::string, const char*> rows[] = {
-        { R"("num_speakers":1,"speaker_id_map":{"a":0})", "0 " },
-        { R"("num_speakers":3,"speaker_id_map":{"a":2,"b":0,"c":1})", "0b 1c 2a " },
-        { R"("num_speakers":2,"speaker_id_map":{"a":7,"b":-1,"c":"0","d e":1})", "01 12 " },
-        { R"("num_speakers":2,"speaker_id_map":{"a":1,"b":1})", "1a " },
-        { R"("num_speakers":90000)", "01 12 23 34 45 56 67 78 " },
-        { R"("num_speakers":"many","espeak":[])", "0 " },
-    };
-    for (const auto& [members, speakers] : rows) {
-        std::string told;
-        const auto config
-            = parse_piper_config(R"({"audio":{"sample_rate":22050},)" + members + "}");
-        for (const PiperSpeaker& speaker : config.speakers)
-            told += std::to_string(speaker.number) + speaker.name + " ";
-        EXPECT_EQ(told, speakers);
-    }
-    for (const std::string none : { "", "[]", "{}", R"({"audio":{"sample_rate":1}})" })
-        EXPECT_THROW(parse_piper_config(none), Failure) << none;
 }
 
 } // namespace
