@@ -124,6 +124,19 @@ class Control:
                 missed = failure
         raise missed
 
+    def drag_to_end(self, direction):
+        """Drags the thumb of a scroll bar to the left (-1) or right (1) end."""
+        left, top, width, height = self.box
+        lowest = Atspi.Value.get_minimum_value(self.node)
+        share = (self.value - lowest) / (Atspi.Value.get_maximum_value(self.node) - lowest)
+        ends = 25  # the arrow and half the thumb
+        x, y = int(left + ends + share * (width - 2 * ends)), top + height // 2
+        xdotool("mousemove", x, y, "mousedown", 1)
+        # A bar follows the pointer only after it has seen it move.
+        for step in (5, 10, width):
+            xdotool("mousemove", "--", max(0, x + direction * step), y)
+        xdotool("mouseup", 1)
+
     def choose(self, index):
         """Chooses an entry of a list by its position, with mouse and keys: -1 is the last one.
         Returns its text."""

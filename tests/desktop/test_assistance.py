@@ -1,8 +1,9 @@
-"""What screen readers find."""
+"""What screen readers find, and what can be done by them."""
 
+import os
 import unittest
 
-from bed import Atspi, Program, forget_settings, wait_for
+from bed import Atspi, Program, forget_settings, keys, wait_for
 
 
 class Assistance(unittest.TestCase):
@@ -52,3 +53,20 @@ class Assistance(unittest.TestCase):
         self.assertEqual([name for _, name in self.controls(self.program.dialog("Tessavox"))],
                          ["Read Clipboard", "Stop", "Pause", "Read to File", "Play File",
                           "Show Software"])
+
+    def test_a_text_is_read_paused_stopped_and_saved_without_a_screen(self):
+        pane = self.program.text_pane()
+        pane.text = "One two three four five six seven eight nine ten."
+        pane.caret = 0
+        self.do("push button", "Read")
+        wait_for(lambda: pane.selected.strip() == "two", "it is read")
+        self.do("push button", "Pause")
+        self.program.find("push button", "Resume")
+        self.do("push button", "Resume")
+        wait_for(lambda: pane.selected.strip() == "four", "it goes on")
+        self.do("push button", "Stop")
+        self.program.wait_until_idle()
+        path = os.path.join(os.environ["HOME"], "kept.txt")
+        keys("alt+f", "a")
+        self.program.choose_file(path)
+        wait_for(lambda: os.path.exists(path), "the file")

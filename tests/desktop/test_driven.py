@@ -38,6 +38,13 @@ def send(command):
     wait_for(lambda: note("web.txt") == ZEROS, f"the command {command} is taken")
 
 
+class Second(Program):
+    """One that asks first, because a copy counts as running."""
+
+    def _started(self):
+        return self.find_all("push button", "Close")
+
+
 class Hidden(Program):
     """One that starts out of sight."""
 
@@ -124,3 +131,19 @@ class Driven(unittest.TestCase):
         copied("A text that is saved")
         with Hidden("600") as program:
             self.save_copied_text(program)
+
+    def test_a_copy_beside_the_first_is_asked_about_and_leaves_the_flag_at_zero(self):
+        self.start()
+        with Second() as second:
+            second.button("Close").press()
+            self.assertEqual(second.process.wait(bed.PATIENCE_SECONDS), 0)
+        with Second() as second:
+            second.button("Open a new window >>>").press()
+            wait_for(second.main_window, "the second window")
+            self.assertEqual(second.close(), 0)
+        self.assertEqual(note("opened.txt"), ["0"])
+        with Program() as third:  # nobody repairs the flag
+            third.process.kill()
+        with Second() as after_a_crash:
+            after_a_crash.button("Open a new window >>>").press()
+            wait_for(after_a_crash.main_window, "a way out")

@@ -3,7 +3,7 @@
 import re
 import unittest
 
-from bed import SILENCE_PEAK, Program, Recorder, forget_settings, wait_for
+from bed import SILENCE_PEAK, Program, Recorder, forget_settings, keys, wait_for
 
 TEXT = ("The quick brown fox jumps over the lazy dog. After that it sleeps in the warm sun, "
         "and nobody wakes it before supper.")
@@ -73,3 +73,15 @@ class Reading(unittest.TestCase):
         self.program.button("Stop").press()
         wait_for(lambda: self.program.button("Read").enabled, "idle controls")
         self.check_words([self.check_it_holds_still()])
+
+    def test_the_keyboard_alone_reads_pauses_and_stops(self):
+        self.pane.caret = 0
+        keys("ctrl+F5")
+        wait_for(lambda: self.pane.selected == "brown", "a word")
+        keys("ctrl+F6")
+        self.recorder.wait_for_silence()
+        keys("ctrl+F6")
+        wait_for(lambda: self.pane.selected == "jumps", "a later word")
+        keys("ctrl+F7")
+        self.recorder.wait_for_silence()
+        self.assertTrue(self.program.button("Read").enabled)
