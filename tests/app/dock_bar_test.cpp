@@ -33,9 +33,14 @@ TEST(Docking, HoldsAWindowAtAnEdgeUntilThePointerIsOutOfReach)
         { at(-100, 5000), { -20, 0 }, "", { 0, 5000 }, "l" }, // beyond the edge counts, too
         { at(-100, 5000), { -60, 0 }, "", { -160, 5000 }, "" },
         { at(5000, 180), { 0, -60 }, "", { 5000, 0 }, "t" },
+        { at(5000, 0), { 0, 150 }, "t", { 5000, 0 }, "t" },
+        { at(5000, 0), { 0, 151 }, "t", { 5000, 151 }, "" },
         { at(16000, 5000), { 100, 0 }, "", { 16200, 5000 }, "r" },
+        { at(16200, 5000), { -150, 0 }, "r", { 16200, 5000 }, "r" },
+        { at(16200, 5000), { 151, 0 }, "r", { 16351, 5000 }, "" },
         { at(5000, 14200), { 0, 100 }, "", { 5000, 14300 }, "b" }, // a step short of 14400
         { at(5000, 14300), { 0, 90 }, "b", { 5000, 14300 }, "b" },
+        { at(5000, 14300), { 0, -51 }, "b", { 5000, 14249 }, "" },
         { at(200, 200), { -100, -100 }, "", { 0, 0 }, "lt" }, // a corner
         { { 100, 0, 19150, 15000 }, { -20, 10 }, "", { 0, 0 }, "rltb" }, // left and top win
         { at(7, 5000.5F), { 200, 0 }, "lr", { 207, 5000 }, "" }, // halves go to the even one
@@ -52,6 +57,24 @@ TEST(Docking, HoldsAWindowAtAnEdgeUntilThePointerIsOutOfReach)
     EXPECT_EQ(dragged(area, at(10, 5000), 0, { -10, 0 }, edges).Left, 0);
     EXPECT_EQ(edges, edges_of("l"));
     EXPECT_THROW(dragged(area, at(3e9F, 0), 0, { 0, 0 }, edges), Failure);
+}
+
+TEST(Docking, StacksTheWindowAsSoonAsItHasOne)
+{
+    StartedProgram program;
+    clsDockingHandler handler(program.screen);
+    EXPECT_EQ(handler.SnapDistance(), 150);
+    EXPECT_FALSE(handler.AlwaysOnTop());
+    handler.set_AlwaysOnTop(true);
+    handler.UpdateDockDrag(100, 100);
+    EXPECT_EQ(program.windows.placed, PixelBox());
+    handler.set_ParentForm(&program.main);
+    program.main.placed(3000, 1500, 6000, 750);
+    handler.UpdateDockDrag(30, 0); // also without a press
+    EXPECT_EQ(program.windows.placed, (PixelBox{ 202, 100, 400, 50 }));
+    EXPECT_TRUE(program.windows.stacking == Stacking::topmost);
+    handler.set_AlwaysOnTop(false);
+    EXPECT_TRUE(program.windows.stacking == Stacking::not_topmost);
 }
 
 struct DockBar : StartedProgramTest {
@@ -72,6 +95,7 @@ TEST_F(DockBar, IsDraggedByTheLeftButtonAlone)
     EXPECT_EQ(windows.placed, PixelBox());
     bar->user_moved_mouse(1, 1600, 3100);
     EXPECT_EQ(windows.placed, (PixelBox{ 500, 201, 489, 45 }));
+    EXPECT_TRUE(windows.stacking == Stacking::topmost);
     bar->user_pressed_mouse(2, 0, 0);
     bar->user_moved_mouse(2, 500, 500);
     bar->user_moved_mouse(3, 500, 500);

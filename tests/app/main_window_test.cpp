@@ -89,6 +89,25 @@ TEST_F(MainWindow, CarriesOutTheFileCommands)
     }
 }
 
+TEST_F(MainWindow, HasAllWindowsTakeTheirTextsAndTheSkin)
+{
+    EXPECT_EQ(skin.asked, "/app/winaqua2.skn frmDocument; /app/winaqua2.skn frmMain; ");
+    constexpr StringRow own[] = { { 2205, "Titel" } };
+    texts.set_language(own);
+    const std::pair<const char*, const char*> cases[] = { { "mnuEditFind", "frmFind" },
+        { "mnuInsertMaleReader", "SelectionVoice" }, { "mnuInsertSpeed", "Selectionfrm" },
+        { "menuInsertSlience", "Selectionfrm1" }, { "mnuHelpAbout", "AboutBox" },
+        { "Command4", "frmDockDemo" }, { "mnuWindowNewWindow", "frmDocument" } };
+    for (const auto& [control, name] : cases) {
+        skin.asked.clear();
+        press(control);
+        EXPECT_EQ(skin.asked, std::string("/app/winaqua2.skn ") + name + "; ");
+        EXPECT_EQ(window(name)->Tag == "2205", window(name)->Caption == "Titel") << name;
+    }
+    EXPECT_EQ(window("frmFind")->owner(), &main);
+    EXPECT_EQ(document().Caption, "Document 2");
+}
+
 TEST_F(MainWindow, StartsWithItsBarsAndHidesWhenMinimisedOnlyIfTheTrayLeadsBack)
 {
     EXPECT_EQ(main.Height, 8000.0);
@@ -202,6 +221,7 @@ TEST_F(Start, ASecondCopyRunsBesideTheFirstIfTheUserWantsItAndElseEnds)
     texts.set_language(own);
     start("", true);
     EXPECT_EQ(question().Label1.Caption, "ist schon offen");
+    EXPECT_EQ(skin.asked, ""); // it is plain
     files.files.erase("/home/conf//opened.txt");
     question().Command2.user_press();
     run_posted();

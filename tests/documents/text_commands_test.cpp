@@ -238,6 +238,59 @@ TEST_F(TextCommands, FormatParagraphsAndScripts)
     EXPECT_EQ(pane().SelCharOffset(), 55);
 }
 
+/// Nothing arms it yet.
+TEST_F(TextCommands, CopyFormatsByTwoClicksOnceThatIsArmed)
+{
+    const auto formats = [this] {
+        std::ostringstream all;
+        all << *pane().SelBold() << *pane().SelItalic() << *pane().SelUnderline()
+            << *pane().SelStrikeThru() << ' ' << *pane().SelFontName() << ' '
+            << *pane().SelFontSize() << ' ' << *pane().SelColor();
+        return all.str();
+    };
+    const auto click = [this](int button) {
+        pane().MouseUp(button, 0);
+        return process.format_copy.FormatCopyState;
+    };
+    FakePane& first = pane();
+    show(u"ab", 0, 1);
+    pane().set_SelBold(true);
+    pane().set_SelUnderline(true);
+    pane().set_SelFontName("Mono");
+    pane().set_SelFontSize(10.5);
+    pane().set_SelColor(RGB(1, 2, 3));
+    open_another();
+    show(u"cd", 0, 1);
+    pane().set_SelItalic(true);
+    const std::string before = formats();
+    EXPECT_EQ(click(1), 0);
+    EXPECT_EQ(formats() + " " + selected(), before + " c");
+    process.format_copy.FormatCopyState = 1;
+    EXPECT_EQ(click(2), 1);
+    EXPECT_EQ(windows.popped_up, "mnuPopUp");
+
+    process.tables.documentWindows[0]->user_activated();
+    EXPECT_EQ(click(1), 2);
+    EXPECT_EQ(pane().SelLength(), 0);
+    process.tables.documentWindows[1]->user_activated();
+    EXPECT_EQ(first.mouse_pointer, 99);
+    EXPECT_EQ(pane().mouse_pointer, 99);
+    EXPECT_EQ(click(1), 3);
+    EXPECT_EQ(formats(), "1010 Mono 10 197121");
+    EXPECT_EQ(first.mouse_pointer, 0);
+    EXPECT_EQ(pane().mouse_pointer, 0);
+    pane().set_SelBold(false);
+    EXPECT_EQ(click(1), 3);
+    EXPECT_EQ(pane().SelBold(), false);
+
+    pane().user_selects(0, 2); // what it mixes stays as copied before
+    process.format_copy.FormatCopyState = 1;
+    click(1);
+    pane().user_selects(1, 1);
+    click(1);
+    EXPECT_EQ(formats(), "0010 Mono 10 197121");
+}
+
 TEST_F(TextCommands, ChooseAFontAndRememberItAlsoWhenCancelled)
 {
     show(u"ab", 0, 2);

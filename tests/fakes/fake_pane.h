@@ -81,7 +81,7 @@ public:
     void set_FontSize(double points) override;
     void set_FontBold(bool bold) override { font_bold = bold; }
     void set_HideSelection(bool) override { }
-    void set_MousePointer(int) override { }
+    void set_MousePointer(int pointer) override { mouse_pointer = pointer; }
     void set_RightMargin(double) override { }
 
     void LoadFile(const std::string& path, TextKind kind) override;
@@ -101,6 +101,7 @@ public:
     bool font_bold = false;
     PageArea print_area;
     int formats_released = 0;
+    int mouse_pointer = 0;
 
 private:
     struct Format {

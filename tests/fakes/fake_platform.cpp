@@ -30,8 +30,9 @@ public:
         m_windows.focused = &control;
     }
     void bring_forward() override { m_windows.in_front = &m_form; }
-    void SetWindowPos(Stacking, const PixelBox& box) override
+    void SetWindowPos(Stacking stacking, const PixelBox& box) override
     {
+        m_windows.stacking = stacking;
         m_windows.placed = box;
         m_form.placed(15.0 * box.left, 15.0 * box.top, 15.0 * box.width, 15.0 * box.height);
     }

@@ -157,16 +157,19 @@ struct FakeShell : Shell {
     int open(const std::string& path) override
     {
         asked.push_back(path);
-        return opened;
+        return result;
     }
     void navigate(const std::string& address) override { asked.push_back(address); }
 
     std::vector<std::string> asked;
+    int result = opened;
 };
 
 struct FakeSkin : Skin {
-    void LoadSkin(const std::string&) override { }
-    void ApplySkin(Form&) override { }
+    void LoadSkin(const std::string& path) override { asked += path + " "; }
+    void ApplySkin(Form& form) override { asked += form.name() + "; "; }
+
+    std::string asked; // the files, each with the windows that were painted by it
 };
 
 /// Lets the work run to its end, or be ended by the user after a number of looks.
@@ -252,6 +255,7 @@ struct FakeWindows : FormWindows {
     bool is_on_screen(const Form& form) const;
     std::string popped_up; // the menu that was shown last
     PixelBox placed; // where a window was put last
+    Stacking stacking = Stacking::not_topmost; // and how
     std::set<Form*> sized; // those that have been told their client size
 };
 

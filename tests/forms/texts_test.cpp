@@ -1,5 +1,9 @@
+#include "forms/localise_form.h"
 #include "forms/string_table.h"
-#include "platform/failure.h"
+#include "platform/controls/bars.h"
+#include "platform/controls/buttons.h"
+#include "platform/controls/label.h"
+#include "tests/fakes/fake_platform.h"
 
 #include <gtest/gtest.h>
 
@@ -21,6 +25,69 @@ TEST(StringTables, GiveALanguagesOwnBlockWithItsHolesElseTheNeutralOne)
         EXPECT_THROW(table.LoadResString(id), Failure) << id;
     table.set_language({});
     EXPECT_EQ(table.LoadResString(1600), "a");
+}
+
+/// A control of each kind that takes its texts in another way, and one of a kind that nobody names.
+struct SomeControls : Form {
+    explicit SomeControls(Forms& forms)
+        : Form(forms, "Some", FormKind::dialog, 100, 100)
+    {
+    }
+    Label label{ *this, "label" };
+    Control skin_label{ *this, "skin label", "SkinLabel" };
+    Control button{ *this, "button", "Button" };
+    MenuItem menu{ *this, "menu" };
+    CommandButton command{ *this, "command" };
+    Control lower_case{ *this, "lower case", "label" };
+    TabStrip tabs{ *this, "tabs", { { "a", "A", "1600", "1601" }, { "b", "B", "1602", "tip" } } };
+    ToolBar bar{ *this, "bar", { { "c", "C", "1600", "1601" }, { "", "D", "", "tip" } } };
+};
+
+TEST(LocaliseForm, TakesTextsByTheKindOfControlAndStepsOverWhatIsNoNumber)
+{
+    FakePlatform outside;
+    constexpr StringRow own[] = { { 1600, "Eins" }, { 1601, "Zwei" } }; // and no 1602
+    outside.texts.set_language(own);
+    Forms forms(outside.windows, outside.platform.post, [] {});
+    SomeControls form(forms);
+    const struct {
+        const char* number;
+        const char* strict; // the text where the number has to be the whole of it
+        const char* careful; // and where leading digits count
+    } cases[]
+        = { { "1600", "Eins", "Eins" }, { "1600x", "-", "Eins" }, { " 1600 ", "Eins", "Eins" },
+              { "", "-", "-" }, { "x1600", "-", "-" }, { "0", "-", "-" }, { "-1600", "-", "-" },
+              { "1602", "-", "-" }, { "67136", "-", "-" }, { "99999999999", "-", "-" } };
+    for (const auto& row : cases) {
+        SCOPED_TRACE(row.number);
+        for (Control* control : form.controls()) {
+            control->Caption = control == &form.menu ? row.number : "-";
+            control->Tag = row.number;
+            control->ToolTipText = row.number;
+        }
+        form.Caption = "-";
+        form.Tag = row.number;
+        LocaliseForm(form, outside.texts);
+        EXPECT_EQ(form.Caption, row.strict);
+        for (const Control* control :
+            { static_cast<Control*>(&form.label), &form.skin_label, &form.button }) {
+            EXPECT_EQ(control->Caption, row.strict) << control->name();
+            EXPECT_EQ(control->ToolTipText, row.number) << control->name();
+        }
+        EXPECT_EQ(form.menu.Caption, *row.strict == '-' ? row.number : row.strict);
+        for (const Control* control : { static_cast<Control*>(&form.command), &form.lower_case }) {
+            EXPECT_EQ(control->Caption, row.careful) << control->name();
+            EXPECT_EQ(control->ToolTipText, *row.careful == '-' ? row.number : row.careful);
+        }
+    }
+    const auto texts_of = [](const std::deque<BarMember>& members) {
+        std::string all;
+        for (const BarMember& member : members)
+            all += member.Caption.get() + " " + member.ToolTipText.get() + "; ";
+        return all;
+    };
+    EXPECT_EQ(texts_of(form.tabs.Tabs()), "Eins Zwei; B tip; ");
+    EXPECT_EQ(texts_of(form.bar.Buttons()), "C Eins; D tip; ");
 }
 
 /// Misspellings and blanks at the ends included; from number 2300 on the texts are ours to change.
