@@ -56,6 +56,10 @@ TEST(Docking, HoldsAWindowAtAnEdgeUntilThePointerIsOutOfReach)
     EXPECT_EQ(dragged(area, at(10, 5000), 0, { -9, 0 }, edges).Left, 1);
     EXPECT_EQ(dragged(area, at(10, 5000), 0, { -10, 0 }, edges).Left, 0);
     EXPECT_EQ(edges, edges_of("l"));
+    edges = {};
+    constexpr PixelEdges right_of_a_panel{ 900, 450, 19200, 15000 };
+    EXPECT_EQ(dragged(right_of_a_panel, at(1100, 700), 150, { -100, -150 }, edges),
+        (DockPosition{ 900, 450 }));
     EXPECT_THROW(dragged(area, at(3e9F, 0), 0, { 0, 0 }, edges), Failure);
 }
 
@@ -109,6 +113,9 @@ TEST_F(DockBar, IsDraggedByTheLeftButtonAlone)
     EXPECT_EQ(bar->lblSnapDistance.Caption, "3");
     bar->user_moved_mouse(1, 100, 160);
     EXPECT_EQ(windows.placed.top, 4);
+    bar->user_closed();
+    document().Command4.user_press();
+    EXPECT_EQ(bar->hscrollSnapDistance.Value, 10);
 }
 
 TEST_F(DockBar, TakesTurnsWithTheWindowAndKeepsItsPlaceUntilItIsClosed)
@@ -132,8 +139,10 @@ TEST_F(DockBar, TakesTurnsWithTheWindowAndKeepsItsPlaceUntilItIsClosed)
     EXPECT_TRUE(main.Visible);
     document().Command4.user_press();
     EXPECT_EQ(window("frmDockDemo")->Top, 10.0);
+    windows.in_front = nullptr;
     main.mnuFileExit.run();
     EXPECT_TRUE(has_quit);
+    EXPECT_EQ(windows.in_front, nullptr); // the window doesn't flash up
 }
 
 } // namespace

@@ -106,6 +106,9 @@ TEST_F(MainWindow, HasAllWindowsTakeTheirTextsAndTheSkin)
     }
     EXPECT_EQ(window("frmFind")->owner(), &main);
     EXPECT_EQ(document().Caption, "Document 2");
+    main.mnuFileExit.run();
+    ASSERT_EQ(windows.open_forms.size(), 1u);
+    EXPECT_EQ(windows.open_forms.front(), window("SelectionVoice")); // which stays by itself
 }
 
 TEST_F(MainWindow, StartsWithItsBarsAndHidesWhenMinimisedOnlyIfTheTrayLeadsBack)
@@ -113,6 +116,7 @@ TEST_F(MainWindow, StartsWithItsBarsAndHidesWhenMinimisedOnlyIfTheTrayLeadsBack)
     EXPECT_EQ(main.Height, 8000.0);
     EXPECT_EQ(main.Width, 25600.0);
     EXPECT_TRUE(main.sbStatusBar.Visible && main.sbStatusBar.Enabled);
+    EXPECT_EQ(main.tbToolBar.Caption.get() + main.Toolbar2.Caption.get(), "Tool barWeb tool bar");
     EXPECT_FALSE(main.Popmenu.Visible);
     for (const bool icon : { false, true }) {
         main.user_changed_state(WindowState::normal);
