@@ -431,38 +431,6 @@ std::int32_t QtRichTextPane::GetLineFromChar(std::int32_t offset) const
     return m_lines.line_of(*m_editor->document(), std::clamp(offset, 0, length()));
 }
 
-void QtRichTextPane::set_font(const QFont& font)
-{
-    const QScopedValueRollback formatting(m_text_stays, true);
-    m_editor->setFont(font);
-    m_lines.changed();
-}
-
-void QtRichTextPane::set_FontName(const std::string& name)
-{
-    if (name.empty())
-        throw Failure("a font has to have a name");
-    QFont font = m_editor->font();
-    font.setFamilies({ to_qt(name) });
-    set_font(font);
-}
-
-void QtRichTextPane::set_FontSize(double points)
-{
-    if (!(points > 0))
-        throw Failure("a font can't have the size " + std::to_string(points));
-    QFont font = m_editor->font();
-    font.setPointSizeF(points);
-    set_font(font);
-}
-
-void QtRichTextPane::set_FontBold(bool bold)
-{
-    QFont font = m_editor->font();
-    font.setBold(bold);
-    set_font(font);
-}
-
 void QtRichTextPane::set_HideSelection(bool hide)
 {
     static_cast<Editor&>(*m_editor).show_selection_always(!hide);

@@ -1,4 +1,4 @@
-// The formats of the pane's selection.
+// The formats of the pane's selection, and the pane's own font.
 #include "platform/failure.h"
 #include "platform/qt/rich_text_pane.h"
 #include "platform/qt/selection_formats.h"
@@ -236,6 +236,38 @@ void QtRichTextPane::set_SelHangingIndent(std::int32_t twips)
         format.left_indent = first_line + twips;
         format.first_line_indent = -twips;
     });
+}
+
+void QtRichTextPane::set_font(const QFont& font)
+{
+    const QScopedValueRollback formatting(m_text_stays, true);
+    m_editor->setFont(font);
+    m_lines.changed();
+}
+
+void QtRichTextPane::set_FontName(const std::string& name)
+{
+    if (name.empty())
+        throw Failure("a font has to have a name");
+    QFont font = m_editor->font();
+    font.setFamilies({ to_qt(name) });
+    set_font(font);
+}
+
+void QtRichTextPane::set_FontSize(double points)
+{
+    if (!(points > 0))
+        throw Failure("a font can't have the size " + std::to_string(points));
+    QFont font = m_editor->font();
+    font.setPointSizeF(points);
+    set_font(font);
+}
+
+void QtRichTextPane::set_FontBold(bool bold)
+{
+    QFont font = m_editor->font();
+    font.setBold(bold);
+    set_font(font);
 }
 
 } // namespace tessavox
