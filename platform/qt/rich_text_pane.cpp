@@ -16,6 +16,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <QScopedValueRollback>
 #include <QTextBlock>
 #include <QTextDocument>
@@ -96,6 +97,16 @@ protected:
         if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::Drop)
             m_pane.show_wide_selection();
         return QTextEdit::viewportEvent(event);
+    }
+
+    /// Where the display is scaled, the edge of what is drawn anew, such as the blinking caret, may
+    /// lie within a pixel. The toolkit draws letters there in the colour of what isn't selected,
+    /// so let the edge be out of sight.
+    void paintEvent(QPaintEvent* event) override
+    {
+        constexpr int margin = 2; // pixels
+        QPaintEvent wider(event->rect().adjusted(-margin, -margin, margin, margin));
+        QTextEdit::paintEvent(&wider);
     }
 
     void keyPressEvent(QKeyEvent* event) override

@@ -282,6 +282,27 @@ TEST_F(ShownPane, ColoursForPaperAreShownLegiblyOnADarkGroundAndKept)
     turn(light);
 }
 
+TEST_F(ShownPane, ASelectedWordThatIsPartlyDrawnAnewHasNoSpotsOnAScaledDisplay)
+{
+    pane.set_Text(u"brown brown");
+    pane.set_SelLength(11);
+    QImage display(QSize(200, 40), QImage::Format_RGB32);
+    display.setDevicePixelRatio(1.25);
+    const auto darkest = [&] {
+        int darkest = 255;
+        for (int x = 8; x < 100; ++x)
+            for (int y = 10; y < 20; ++y)
+                darkest = std::min(darkest, qGray(display.pixel(x, y)));
+        return darkest;
+    };
+    editor.viewport()->render(&display);
+    const int before = darkest();
+    for (int x = 4; x < 80; ++x) {
+        editor.viewport()->render(&display, { x, 4 }, QRect(x, 4, 6, 14));
+        EXPECT_GE(darkest(), before) << x;
+    }
+}
+
 TEST_F(ShownPane, AMouseButtonIsReportedWhenItIsReleased)
 {
     std::vector<std::pair<int, int>> released;
