@@ -228,7 +228,8 @@ void ProgramStyle::drawComplexControl(ComplexControl control, const QStyleOption
 int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
     QStyleHintReturn* result) const
 {
-    const bool refused = hint == SH_ComboBox_Popup || hint == SH_DialogButtonBox_ButtonsHaveIcons;
+    const bool refused = hint == SH_ComboBox_Popup || hint == SH_DialogButtonBox_ButtonsHaveIcons
+        || hint == SH_BlinkCursorWhenTextSelected;
     return refused ? 0 : QProxyStyle::styleHint(hint, option, widget, result);
 }
 

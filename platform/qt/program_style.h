@@ -18,6 +18,7 @@ namespace tessavox {
 /// - The popup of a list has a limited height and a scroll bar, where some styles would cover the
 ///   whole screen as if it were a menu.
 /// - The buttons of dialogs have no icons.
+/// - No caret blinks at the side of what is selected, such as the word that is being read.
 class ProgramStyle : public QProxyStyle {
 public:
     void polish(QPalette& palette) override;
