@@ -54,7 +54,7 @@ public:
             auto& sign = static_cast<QWidget&>(*watched);
             QPainter painter(&sign);
             QRect place({}, QSize(sign_side, sign_side));
-            place.moveCenter(sign.rect().center());
+            place.moveCenter(sign.visibleRegion().boundingRect().center());
             QApplication::windowIcon().paint(&painter, place);
             return true;
         }
