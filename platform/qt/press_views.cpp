@@ -31,7 +31,7 @@ constexpr int text_margin = 6; // beside a sign
 constexpr int edge_and_margin = 2; // of a button, on each side of its text
 constexpr int label_indent = 2;
 constexpr int gap_before_box = 4;
-constexpr int smallest_gap = 1;
+constexpr int smallest_gap = 2;
 
 QString shown_caption(const Control& control)
 {
@@ -123,8 +123,8 @@ private:
         QString text = shown_caption(m_control);
         if (!m_button.icon().isNull()) {
             room -= m_button.iconSize().width() + text_margin;
-            if (!big && QFontMetrics(font).size(Qt::TextShowMnemonic, text).width() > room)
-                text.clear(); // the sign alone says more than half a text
+            if (!big)
+                text.clear(); // not every text has room, and the row is to be of one kind
         }
         m_button.setText(fit_text(m_button, font, text, room));
     }
