@@ -34,7 +34,7 @@ constexpr IconRow commands[] = {
     { "mnuFileSave", "document-save" },
     { "mnuFileSaveAs", "document-save-as" },
     { "mnuFilePrint", "document-print" },
-    { "mnuFileClose", "window-close" },
+    { "mnuFileClose", "tessavox-close-document" },
     { "mnuFileExit", "application-exit" },
     { "mnuCtlSpeak", "media-playback-start" },
     { "mnuCtlPause", "media-playback-pause" },
