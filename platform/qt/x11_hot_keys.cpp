@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <string_view>
 #include <utility>
 
 namespace tessavox {
@@ -23,6 +24,9 @@ constexpr xcb_keysym_t down_symbol = 0xff54;
 constexpr xcb_keysym_t num_lock_symbol = 0xff7f;
 constexpr xcb_keysym_t scroll_lock_symbol = 0xff14;
 constexpr std::uint16_t all_modifiers = 0xff; // without the mouse buttons
+// Of the X Keyboard Extension's events, which have one number among them.
+constexpr std::uint8_t new_keyboard = 0;
+constexpr std::uint8_t no_such_event = 0xff;
 
 xcb_keysym_t symbol_of(unsigned key_code)
 {
@@ -46,6 +50,17 @@ std::vector<std::uint8_t> codes_of(xcb_key_symbols_t* symbols, xcb_keysym_t symb
 xcb_window_t first_root(xcb_connection_t* server)
 {
     return xcb_setup_roots_iterator(xcb_get_setup(server)).data->root;
+}
+
+std::uint8_t keyboard_event_of(xcb_connection_t* server)
+{
+    constexpr std::string_view name = "XKEYBOARD";
+    const auto free_reply = [](xcb_query_extension_reply_t* reply) { std::free(reply); }; // NOLINT
+    const std::unique_ptr<xcb_query_extension_reply_t, decltype(free_reply)> extension(
+        xcb_query_extension_reply(
+            server, xcb_query_extension(server, name.size(), name.data()), nullptr),
+        free_reply);
+    return extension && extension->present ? extension->first_event : no_such_event;
 }
 
 /// Which of the eight modifiers a key is; 0 if it is none.
@@ -97,7 +112,7 @@ X11HotKeys::X11HotKeys(Pressed pressed)
     if (!m_server)
         throw Failure("no X server");
     m_root = first_root(m_server);
-    m_symbols.reset(xcb_key_symbols_alloc(m_server));
+    m_keyboard_event = keyboard_event_of(m_server);
     read_keyboard();
     QCoreApplication::instance()->installNativeEventFilter(this);
 }
@@ -106,6 +121,7 @@ X11HotKeys::~X11HotKeys() = default;
 
 void X11HotKeys::read_keyboard()
 {
+    m_symbols.reset(xcb_key_symbols_alloc(m_server));
     m_locks = static_cast<std::uint16_t>(XCB_MOD_MASK_LOCK
         | modifier_of(m_server, codes_of(m_symbols.get(), num_lock_symbol))
         | modifier_of(m_server, codes_of(m_symbols.get(), scroll_lock_symbol)));
@@ -167,33 +183,32 @@ bool X11HotKeys::nativeEventFilter(const QByteArray& type, void* message, qintpt
         return false;
     auto* const event = static_cast<xcb_generic_event_t*>(message);
     constexpr std::uint8_t kind_bits = 0x7f;
-    switch (event->response_type & kind_bits) {
-    case XCB_KEY_PRESS: {
+    const std::uint8_t kind = event->response_type & kind_bits;
+    if (kind == XCB_KEY_PRESS) {
+        // While a menu of ours has the keyboard, they come to its window.
         const auto* const press = reinterpret_cast<xcb_key_press_event_t*>(event);
-        if (press->event != m_root)
-            return false;
-        key_pressed(press->detail, press->state);
-        return true;
+        return key_pressed(press->detail, press->state) || press->event == m_root;
     }
-    case XCB_KEY_RELEASE:
+    if (kind == XCB_KEY_RELEASE)
         return reinterpret_cast<xcb_key_release_event_t*>(event)->event == m_root;
-    case XCB_MAPPING_NOTIFY: {
-        // Another keyboard, or another layout: the keys may lie elsewhere now.
-        for (const auto& [id, key] : m_keys)
-            ungrab(key);
-        xcb_refresh_keyboard_mapping(
-            m_symbols.get(), reinterpret_cast<xcb_mapping_notify_event_t*>(event));
-        read_keyboard();
-        for (auto& [id, key] : m_keys)
-            grab(key);
-        return false;
-    }
-    default:
-        return false;
-    }
+    // Whom the extension tells of a new keyboard isn't told of its mapping.
+    if (kind == XCB_MAPPING_NOTIFY || (kind == m_keyboard_event && event->pad0 == new_keyboard))
+        keyboard_changed();
+    return false;
 }
 
-void X11HotKeys::key_pressed(std::uint8_t code, std::uint16_t state)
+/// The keys may lie elsewhere now.
+void X11HotKeys::keyboard_changed()
+{
+    for (const auto& [id, key] : m_keys)
+        ungrab(key);
+    read_keyboard();
+    for (auto& [id, key] : m_keys)
+        grab(key);
+}
+
+/// Returns whether it is one of ours.
+bool X11HotKeys::key_pressed(std::uint8_t code, std::uint16_t state)
 {
     const auto wanted = static_cast<std::uint16_t>(state & all_modifiers & ~m_locks);
     for (const auto& [id, key] : m_keys) {
@@ -201,9 +216,10 @@ void X11HotKeys::key_pressed(std::uint8_t code, std::uint16_t state)
             = std::find(key.codes.begin(), key.codes.end(), code) != key.codes.end();
         if (has_code && key.modifiers == wanted) {
             m_pressed(id);
-            return;
+            return true;
         }
     }
+    return false;
 }
 
 } // namespace tessavox

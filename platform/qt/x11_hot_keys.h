@@ -39,7 +39,8 @@ private:
     bool grab(Key& key);
     void ungrab(const Key& key);
     void read_keyboard();
-    void key_pressed(std::uint8_t code, std::uint16_t state);
+    void keyboard_changed();
+    bool key_pressed(std::uint8_t code, std::uint16_t state);
 
     struct FreeSymbols {
         void operator()(_XCBKeySymbols* symbols) const;
@@ -47,6 +48,7 @@ private:
     Pressed m_pressed;
     xcb_connection_t* m_server;
     std::uint32_t m_root;
+    std::uint8_t m_keyboard_event; // the number of the events of the X Keyboard Extension
     std::unique_ptr<_XCBKeySymbols, FreeSymbols> m_symbols;
     std::uint16_t m_locks = 0; // the modifiers that the lock keys are
     std::map<int, Key> m_keys;

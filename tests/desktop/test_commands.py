@@ -69,6 +69,21 @@ class Commands(unittest.TestCase):
         keys("ctrl+F7")
         self.program.wait_until_idle()
 
+    def test_the_keys_work_while_a_menu_is_open_and_on_another_keyboard(self):
+        speed = self.program.find("scroll bar", "Speed")
+        keyboard = subprocess.run("xkbcomp -xkb $DISPLAY -", shell=True, check=True, text=True,
+                                  capture_output=True).stdout
+        other = keyboard.replace("<UP> = 111;", "").replace("<PGUP> = 112;",
+                                                            "<PGUP> = 111; <UP> = 112;")
+        self.assertIn("<UP> = 112;", other)
+        keys("alt+c")
+        item = self.program.find("menu item", "Speak")
+        for change in "true", "xkbcomp -I -w0 - $DISPLAY", "setxkbmap -layout us":
+            subprocess.run(change, shell=True, check=True, text=True, input=other)
+            before = speed.value
+            wait_for(lambda: xdotool("key", "ctrl+Up") or speed.value > before, change)
+        self.assertTrue(item.showing)
+
     def test_every_menu_is_gone_through_by_the_keyboard(self):
         menus = [menu for menu in self.program.application.walk()
                  if menu.role == "menu bar"][0].children()
