@@ -7,16 +7,20 @@
 
 #include <QApplication>
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
+#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QMenu>
 #include <QSystemTrayIcon>
 
+#include <utility>
+
 namespace tessavox {
 namespace {
 
 constexpr char bus_service[] = "org.kde.StatusNotifierWatcher";
+constexpr char bus_path[] = "/StatusNotifierWatcher";
+constexpr char has_host[] = "IsStatusNotifierHostRegistered";
 constexpr int look_interval_ms = 3000;
 
 } // namespace
@@ -26,18 +30,14 @@ QtTray::QtTray(QtFormWindows& windows)
     , m_watcher(bus_service, QDBusConnection::sessionBus(),
           QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration)
 {
-    const auto registered = [this](bool is_there) {
-        m_is_on_bus = is_there;
-        if (is_there)
-            tray_found();
-        else
-            tray_gone();
-    };
-    connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this,
-        [registered] { registered(true); });
+    connect(&m_watcher, &QDBusServiceWatcher::serviceRegistered, this, &QtTray::ask_bus);
     connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this,
-        [registered] { registered(false); });
-    connect(&m_look, &QTimer::timeout, this, [this] { look_for_tray(); });
+        [this] { bus_answered(false); });
+    // Of whoever sends them: to listen to one by its name, Qt waits for the bus to say who it is.
+    for (const char* change : { "StatusNotifierHostRegistered", "StatusNotifierHostUnregistered" })
+        QDBusConnection::sessionBus().connect(
+            {}, bus_path, bus_service, change, this, SLOT(ask_bus()));
+    connect(&m_look, &QTimer::timeout, this, &QtTray::look_for_tray);
 }
 
 QtTray::~QtTray() = default;
@@ -49,24 +49,36 @@ void QtTray::add(const std::string& tip, const MenuItem& menu)
     m_menu = m_windows.menu_of(menu);
     m_is_wanted = true;
     m_look.start(look_interval_ms);
-    // Nothing waits for a bus that doesn't answer.
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
+    m_is_asking = QDBusConnection::sessionBus().isConnected();
+    if (m_is_asking)
+        ask_bus();
+    else
         look_for_tray();
-        return;
-    }
-    m_is_asking = true;
-    auto* asked = new QDBusPendingCallWatcher(
-        bus.interface()->asyncCall("NameHasOwner", QString(bus_service)), this);
+}
+
+// Nothing waits for a bus that doesn't answer.
+void QtTray::ask_bus()
+{
+    QDBusMessage question = QDBusMessage::createMethodCall(
+        bus_service, bus_path, "org.freedesktop.DBus.Properties", "Get");
+    question << bus_service << has_host;
+    question.setAutoStartService(false);
+    auto* asked
+        = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question), this);
     connect(asked, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* call) {
-        const QDBusPendingReply<bool> answer = *call;
+        const QDBusPendingReply<QDBusVariant> answer = *call;
         call->deleteLater();
-        m_is_on_bus = !answer.isError() && answer.value();
-        m_is_asking = false;
-        look_for_tray();
-        if (m_is_wanted && !m_icon && changed)
-            attempt(changed);
+        bus_answered(!answer.isError() && answer.value().variant().toBool());
     });
+}
+
+void QtTray::bus_answered(bool is_there)
+{
+    m_is_on_bus = is_there;
+    const bool was_asking = std::exchange(m_is_asking, false);
+    look_for_tray();
+    if (was_asking && m_is_wanted && !m_icon && changed)
+        attempt(changed);
 }
 
 void QtTray::remove()
@@ -79,7 +91,8 @@ void QtTray::remove()
 
 void QtTray::look_for_tray()
 {
-    const bool is_there = m_is_on_bus || x_server::has_tray();
+    const bool is_there = (m_is_on_bus && m_is_of_bus.value_or(true))
+        || (!m_is_of_bus.value_or(false) && x_server::has_tray());
     if (is_there && !m_icon)
         tray_found();
     else if (!is_there && m_icon)
@@ -88,9 +101,11 @@ void QtTray::look_for_tray()
 
 void QtTray::tray_found()
 {
-    if (!m_is_wanted || m_icon)
+    if (!m_is_wanted)
         return;
     m_is_asking = false;
+    if (!m_is_of_bus)
+        m_is_of_bus = m_is_on_bus;
     m_icon = std::make_unique<QSystemTrayIcon>(QApplication::windowIcon());
     m_icon->setToolTip(m_tip);
     m_icon->setContextMenu(m_menu);
@@ -106,8 +121,6 @@ void QtTray::tray_found()
 
 void QtTray::tray_gone()
 {
-    if (!m_icon)
-        return;
     m_icon.reset();
     if (changed)
         attempt(changed);

@@ -9,6 +9,7 @@
 #include <QTimer>
 
 #include <memory>
+#include <optional>
 
 class QMenu;
 class QSystemTrayIcon;
@@ -17,11 +18,13 @@ namespace tessavox {
 
 class QtFormWindows;
 
-/// A desktop has a tray if a program answers for it on the session bus (StatusNotifierItem) or
-/// holds the tray's selection of the X server. Either may come late, go, and come again; the
-/// toolkit decides for one of them when the first icon is made, so none is made before a tray is
-/// there.
+/// A desktop has a tray if the service of the session bus that icons are told to has a host that
+/// shows them (StatusNotifierItem), or if a program holds the tray's selection of the X server.
+/// Either may come late, go, and come again; the toolkit decides for one of them, for good, when
+/// the first icon is made, so none is made before a tray is there.
 class QtTray : public QObject, public Tray {
+    Q_OBJECT
+
 public:
     explicit QtTray(QtFormWindows& windows);
     ~QtTray() override;
@@ -30,7 +33,11 @@ public:
     void remove() override;
     bool has_icon() const override { return m_icon != nullptr || m_is_asking; }
 
+private slots:
+    void ask_bus();
+
 private:
+    void bus_answered(bool is_there);
     void look_for_tray();
     void tray_found();
     void tray_gone();
@@ -43,6 +50,7 @@ private:
     bool m_is_wanted = false;
     bool m_is_asking = false; // whether there is a tray
     bool m_is_on_bus = false;
+    std::optional<bool> m_is_of_bus; // where icons go; not known before the first one
     std::unique_ptr<QSystemTrayIcon> m_icon;
 };
 

@@ -3,7 +3,9 @@
 import subprocess
 import unittest
 
-from bed import Program, forget_settings, keys, wait_for, xdotool
+from gi.repository import Gio
+
+from bed import GLib, Program, forget_settings, keys, wait_for, xdotool
 
 TRAY = ["trayer", "--edge", "bottom", "--align", "right", "--widthtype", "pixel", "--width", "100",
         "--heighttype", "pixel", "--height", "30"]
@@ -12,6 +14,47 @@ ICON = "1265", "945"  # of 1280 x 960
 
 def windows():
     return subprocess.run(["xwininfo", "-root", "-tree"], capture_output=True, text=True).stdout
+
+
+def minimise():
+    xdotool("search", "--onlyvisible", "--name", "Tessavox -", "windowminimize")
+
+
+def is_in_task_bar():
+    listed = subprocess.run(["wmctrl", "-l"], capture_output=True, text=True).stdout
+    return "Tessavox - [" in listed
+
+
+class BusTray:
+    """Of the session bus: a service that is told of icons, and shows them while it has a host."""
+
+    NAME, PATH = "org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher"
+    XML = f"""<node><interface name='{NAME}'>
+        <method name='RegisterStatusNotifierItem'><arg type='s' direction='in'/></method>
+        <property name='IsStatusNotifierHostRegistered' type='b' access='read'/>
+        </interface></node>"""
+
+    def __init__(self):
+        self.has_host, self.icons = True, []
+        self.bus = Gio.bus_get_sync(Gio.BusType.SESSION)
+        self.bus.register_object(
+            self.PATH, Gio.DBusNodeInfo.new_for_xml(self.XML).interfaces[0],
+            self.add_icon, lambda *_: GLib.Variant("b", self.has_host))
+        Gio.bus_own_name_on_connection(self.bus, self.NAME, Gio.BusNameOwnerFlags.NONE)
+
+    def add_icon(self, *call):
+        self.icons.append(call[0])
+        call[-1].return_value(None)
+
+    def serves_until(self, condition, what):
+        def served():
+            GLib.MainContext.default().iteration(False)
+            return condition()
+        wait_for(served, what)
+
+    def lose_host(self):
+        self.has_host = False
+        self.bus.emit_signal(None, self.PATH, self.NAME, "StatusNotifierHostUnregistered")
 
 
 class Tray(unittest.TestCase):
@@ -43,17 +86,25 @@ class Tray(unittest.TestCase):
     def test_a_minimised_window_hides_as_long_as_an_icon_leads_back(self):
         program = self.enterContext(Program())
         self.start_tray()  # later than the program
-        xdotool("search", "--onlyvisible", "--name", "Tessavox -", "windowminimize")
+        minimise()
         wait_for(lambda: not program.main_window().showing, "the window hides")
         for button in "1", "3":
             self.open_menu(program, button)
             wait_for(lambda: program.main_window().showing, "the window")
             keys("Escape")
-        xdotool("search", "--onlyvisible", "--name", "Tessavox -", "windowminimize")
+        minimise()
         wait_for(lambda: not program.main_window().showing, "the window hides")
         self.end_tray()
-        wait_for(lambda: "Tessavox - [" in subprocess.run(
-            ["wmctrl", "-l"], capture_output=True, text=True).stdout, "the window is in reach again")
+        wait_for(is_in_task_bar, "the window is in reach again")
         self.start_tray()  # as a panel does that is started again
-        xdotool("search", "--onlyvisible", "--name", "Tessavox -", "windowminimize")
+        minimise()
         wait_for(lambda: not program.main_window().showing, "the window hides")
+
+    def test_a_tray_of_the_bus_counts_as_long_as_it_shows_icons(self):
+        tray = BusTray()
+        self.enterContext(Program())
+        tray.serves_until(lambda: tray.icons, "an icon")
+        minimise()
+        tray.serves_until(lambda: not is_in_task_bar(), "the window hides")
+        tray.lose_host()
+        tray.serves_until(is_in_task_bar, "the window is in reach again")
