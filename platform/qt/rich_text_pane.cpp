@@ -1,6 +1,7 @@
 #include "platform/qt/rich_text_pane.h"
 
 #include "platform/failure.h"
+#include "platform/qt/caret_menu.h"
 #include "platform/qt/child_widget.h"
 #include "platform/qt/colours.h"
 #include "platform/qt/copied_text.h"
@@ -113,10 +114,9 @@ protected:
     {
         if (event->key() == Qt::Key_F6 && !(event->modifiers() & ~Qt::ShiftModifier)) {
             leave(!event->modifiers());
-        } else if (event->key() == Qt::Key_Menu && m_pane.MouseUp) {
-            attempt([&] { m_pane.MouseUp(button_number(Qt::RightButton), 0); });
-        } else if (event->key() == Qt::Key_Menu) {
-            open_menu(viewport()->mapToGlobal(cursorRect().bottomLeft()));
+        } else if (opens_menu(*event)) {
+            button_up(Qt::RightButton, {}, QCursor::pos());
+            bring_menu_to_caret(*this);
         } else if (m_pane.m_clipboard && event->matches(QKeySequence::Paste)) {
             insert_step(as_qstring(m_pane.m_clipboard->GetText().view()));
         } else {
@@ -139,11 +139,7 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override
     {
         QTextEdit::mouseReleaseEvent(event);
-        const int button = button_number(event->button());
-        if (m_pane.MouseUp && button)
-            attempt([&] { m_pane.MouseUp(button, shift_state(event->modifiers())); });
-        else if (event->button() == Qt::RightButton)
-            open_menu(event->globalPosition().toPoint());
+        button_up(event->button(), event->modifiers(), event->globalPosition().toPoint());
     }
 
     bool canInsertFromMimeData(const QMimeData* source) const override
@@ -169,6 +165,15 @@ private:
         cursor.endEditBlock();
         setTextCursor(cursor);
         ensureCursorVisible();
+    }
+
+    void button_up(Qt::MouseButton button, Qt::KeyboardModifiers held, const QPoint& place)
+    {
+        const int number = button_number(button);
+        if (m_pane.MouseUp && number)
+            attempt([&] { m_pane.MouseUp(number, shift_state(held)); });
+        else if (button == Qt::RightButton)
+            open_menu(place);
     }
 
     void open_menu(const QPoint& place)

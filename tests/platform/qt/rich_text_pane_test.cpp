@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QTemporaryDir>
@@ -313,6 +314,23 @@ TEST_F(ShownPane, AMouseButtonIsReportedWhenItIsReleased)
     QTest::mouseClick(editor.viewport(), Qt::RightButton);
     const std::vector<std::pair<int, int>> expected{ { 1, 2 }, { 2, 0 } };
     EXPECT_EQ(released, expected);
+}
+
+TEST_F(ShownPane, TheKeysOfAMenuOpenItAtTheCaret)
+{
+    QMenu menu;
+    menu.addAction("Cut");
+    pane.MouseUp = [&](int, int) { menu.popup({ 300, 200 }); };
+    pane.set_Text(u"One\nTwo");
+    pane.set_SelStart(6);
+    const QPoint caret = editor.viewport()->mapToGlobal(editor.cursorRect().bottomLeft());
+    for (const auto& [key, held] :
+        { std::pair(Qt::Key_Menu, Qt::NoModifier), std::pair(Qt::Key_F10, Qt::ShiftModifier) }) {
+        QTest::keyClick(&editor, key, held);
+        EXPECT_TRUE(menu.isVisible());
+        EXPECT_EQ(menu.pos(), caret);
+        menu.hide();
+    }
 }
 
 } // namespace
