@@ -10,6 +10,7 @@
 #include "platform/qt/quiet_assistance.h"
 #include "platform/qt/text_conversion.h"
 #include "platform/qt/twips.h"
+#include "platform/qt/x_server.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -189,6 +190,8 @@ void QtFormWindow::SetWindowPos(Stacking stacking, const PixelBox& box)
     if (!m_views)
         return;
     m_top->move(box.left, box.top);
+    if (on_top)
+        x_server::keep_above(static_cast<std::uint32_t>(m_top->winId()));
     report_place({ QPoint(box.left, box.top), m_top->frameSize() });
 }
 

@@ -4,6 +4,7 @@
 
 #include <xcb/xcb.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -15,6 +16,14 @@ struct Free {
     void operator()(void* reply) const { std::free(reply); } // NOLINT(cppcoreguidelines-no-malloc)
 };
 template <class Reply> using ReplyOf = std::unique_ptr<Reply, Free>;
+
+xcb_atom_t atom(xcb_connection_t* server, std::string_view name)
+{
+    const auto asked
+        = xcb_intern_atom(server, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const ReplyOf<xcb_intern_atom_reply_t> answer(xcb_intern_atom_reply(server, asked, nullptr));
+    return answer ? answer->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
 
 } // namespace
 
@@ -29,14 +38,30 @@ bool has_tray()
     xcb_connection_t* const server = connection();
     if (!server)
         return false;
-    constexpr std::string_view name = "_NET_SYSTEM_TRAY_S0";
-    const ReplyOf<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-        server, xcb_intern_atom(server, 0, name.size(), name.data()), nullptr));
-    if (!atom)
-        return false;
     const ReplyOf<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        server, xcb_get_selection_owner(server, atom->atom), nullptr));
+        server, xcb_get_selection_owner(server, atom(server, "_NET_SYSTEM_TRAY_S0")), nullptr));
     return owner && owner->owner != XCB_WINDOW_NONE;
+}
+
+void keep_above(std::uint32_t window)
+{
+    xcb_connection_t* const server = connection();
+    if (!server)
+        return;
+    static const xcb_atom_t state = atom(server, "_NET_WM_STATE");
+    static const xcb_atom_t above = atom(server, "_NET_WM_STATE_ABOVE");
+    constexpr std::uint32_t add = 1, by_a_program = 1;
+    xcb_client_message_event_t message = {};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32; // bits
+    message.window = window;
+    message.type = state;
+    message.data.data32[0] = add;
+    message.data.data32[1] = above;
+    message.data.data32[3] = by_a_program;
+    xcb_send_event(server, 0, xcb_setup_roots_iterator(xcb_get_setup(server)).data->root,
+        XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+        reinterpret_cast<const char*>(&message));
 }
 
 } // namespace tessavox::x_server

@@ -1,6 +1,8 @@
 // What is asked of the X server directly, past the toolkit.
 #pragma once
 
+#include <cstdint>
+
 struct xcb_connection_t;
 
 namespace tessavox::x_server {
@@ -11,5 +13,9 @@ xcb_connection_t* connection();
 /// Whether a program holds the selection by which icons find the tray of the first screen
 /// (freedesktop.org, System Tray Protocol).
 bool has_tray();
+
+/// Asks the window manager to keep a window above the others, also where the user has told it not
+/// to (freedesktop.org, Extended Window Manager Hints).
+void keep_above(std::uint32_t window);
 
 } // namespace tessavox::x_server

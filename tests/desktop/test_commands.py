@@ -119,9 +119,15 @@ class Commands(unittest.TestCase):
 
         def place():
             return self.program.dialog("Tessavox").box[:2]
+        def is_above():
+            return "ABOVE" in subprocess.run(["xprop", "-name", "Tessavox", "_NET_WM_STATE"],
+                                             check=True, capture_output=True, text=True).stdout
         left, top = place()
+        subprocess.run(["wmctrl", "-F", "-r", "Tessavox", "-b", "remove,above"], check=True)
+        wait_for(lambda: not is_above(), "the user has it below other windows")
         drag_by(-100, 200)
         wait_for(lambda: place() == (left - 100, top + 200), "it follows the pointer")
+        wait_for(is_above, "it stays above other windows")
         drag_by(8 - left + 100, 0, 1)  # within reach of the edge
         wait_for(lambda: place()[0] < 3, "the edge holds it")
         bar.press()
