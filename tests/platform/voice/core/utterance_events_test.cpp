@@ -113,6 +113,10 @@ TEST(SoundRing, FadesToRestWhereItIsCut)
     EXPECT_EQ(samples[79], 0);
     for (std::size_t right = 49; right < 80; right += 2)
         EXPECT_LT(samples[right], samples[right - 2]) << right;
+    ring.append(std::vector<std::byte>(8 * align));
+    ring.restart(700); // what a skip has dropped isn't heard
+    EXPECT_EQ(ring.begin(), 700U);
+    EXPECT_EQ(ring.frames(), 0U);
 }
 
 } // namespace
