@@ -47,6 +47,14 @@ class Troubles(unittest.TestCase):
             self.begin_to_read(program)
             recorder.wait_for_sound()
 
+    def test_the_texts_are_the_users_and_English_where_there_are_none(self):
+        for locale, first_menu in (("de_AT.UTF-8", "Datei"), ("vi_VN.UTF-8", "文件(F)"),
+                                   ("zh_CN.UTF-8", "File"), ("xx_YY.none@?", "File"), ("", "File")):
+            forget_settings()
+            with Program(LC_ALL=locale, LANGUAGE="") as program, self.subTest(locale):
+                names = [menu.name for menu in program.application.walk() if menu.role == "menu item"]
+                self.assertEqual(names[0], first_menu)
+
     def test_an_installed_program_does_without_its_start_document(self):
         program_folder = os.path.join(self.folder, "bin")
         os.mkdir(program_folder)
