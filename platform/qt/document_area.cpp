@@ -196,8 +196,10 @@ void DocumentArea::list_in(QMenu& menu)
         m_listed.push_back(menu.addSeparator());
     for (const Document& document : m_documents) {
         QMdiSubWindow* window = document.window;
-        QAction* entry = menu.addAction(window->windowTitle().replace('&', "&&"), window,
-            [this, window] { setActiveSubWindow(window); });
+        QString name = menu.fontMetrics().elidedText(
+            window->windowTitle().replace("[*][*]", "[*]"), Qt::ElideMiddle, width() / 2);
+        QAction* entry = menu.addAction(
+            name.replace('&', "&&"), window, [this, window] { setActiveSubWindow(window); });
         entry->setCheckable(true);
         entry->setChecked(activeSubWindow() == window);
         m_listed.push_back(entry);

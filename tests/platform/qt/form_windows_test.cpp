@@ -3,11 +3,13 @@
 
 #include "platform/document_arrangement.h"
 #include "platform/failure.h"
+#include "platform/qt/document_area.h"
 #include "platform/qt/twips.h"
 
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QPushButton>
 #include <QTest>
 
@@ -127,6 +129,27 @@ TEST_F(Windows, TheUserActivatesAndMinimisesDocuments)
     EXPECT_EQ(first->window_state.get(), WindowState::minimised);
     first->window_state = WindowState::normal;
     EXPECT_FALSE(window("first").isMinimized());
+}
+
+TEST_F(Windows, DocumentsAreListedAtTheEndOfAMenu)
+{
+    const auto first = desktop.open("first");
+    const auto second = desktop.open("second");
+    first->Caption = "a & [*]";
+    second->Caption = std::string(1000, 'x');
+    QMenu menu;
+    menu.addAction("Cascade");
+    auto& documents = dynamic_cast<DocumentArea&>(area());
+    const auto entries = [&] {
+        documents.list_in(menu);
+        return menu.actions();
+    };
+    EXPECT_TRUE(entries().last()->isChecked());
+    EXPECT_LT(menu.sizeHint().width(), area().width());
+    EXPECT_EQ(entries()[2]->text(), "a && [*]");
+    entries()[2]->trigger();
+    EXPECT_EQ(area().activeSubWindow(), &window("first"));
+    EXPECT_FALSE(entries().last()->isChecked());
 }
 
 TEST_F(Windows, DocumentsAreArrangedWithinTheAreaAndMinimisedOnesLinedUpBelow)
