@@ -18,6 +18,7 @@
 #include <QMouseEvent>
 #include <QScreen>
 
+#include <algorithm>
 #include <utility>
 
 namespace tessavox {
@@ -157,14 +158,19 @@ void QtFormWindow::redraw()
         m_views->redraw_all();
 }
 
-// Where only the height is asked for, the window stands in the middle.
+// A form counts from the corner of the screen, which isn't always that of the desktop, and its
+// title must not come to lie under a panel. Where only the height is asked for, it stands in the
+// middle.
 void QtFormWindow::move_to_place()
 {
     const bool any_left = m_left == m_form->Left && !m_views;
     m_left = m_form->Left;
     m_top_edge = m_form->Top;
-    const int middle = m_top->screen()->availableGeometry().center().x() - m_top->width() / 2;
-    m_top->move(any_left ? middle : to_pixels(m_left), to_pixels(m_top_edge));
+    const QRect room = m_top->screen()->availableGeometry();
+    const QPoint place
+        = m_top->screen()->geometry().topLeft() + QPoint(to_pixels(m_left), to_pixels(m_top_edge));
+    m_top->move(any_left ? room.center().x() - m_top->width() / 2 : place.x(),
+        std::max(room.top(), place.y()));
 }
 
 void QtFormWindow::report_place(const QRect& frame)

@@ -7,6 +7,10 @@ from bed import (RECORDER_RATE, SILENCE_PEAK, Program, Recorder, forget_settings
                  wait_for, xdotool)
 
 
+def properties(*which):
+    return subprocess.run(["xprop", *which], capture_output=True, text=True, check=True).stdout
+
+
 class Commands(unittest.TestCase):
     def setUp(self):
         forget_settings()
@@ -103,9 +107,16 @@ class Commands(unittest.TestCase):
         wait_for(lambda: self.pane.text == "One BIRD and two birds.", "large letters")
 
     def test_the_dock_bar_takes_the_place_of_the_window_and_is_dragged_to_the_edges(self):
+        panel = subprocess.Popen(
+            ["trayer", "--edge", "top", "--heighttype", "pixel", "--height", "40", "--SetDockType",
+             "true", "--SetPartialStrut", "true"], stderr=subprocess.DEVNULL)
+        self.addCleanup(panel.wait)
+        self.addCleanup(panel.kill)
+        wait_for(lambda: "0, 40" in properties("-root", "_NET_WORKAREA"), "a panel at the top")
         self.program.button("Dock").press()
         bar = self.program.button("Show Software")
         self.wait_for_window(False)
+        self.assertGreater(bar.box[1], 40, "below the panel")
         gap = self.program.button("Read Clipboard").box
         x, y = gap[0] + gap[2] + 3, gap[1] + 8  # between two buttons
 
@@ -120,8 +131,7 @@ class Commands(unittest.TestCase):
         def place():
             return self.program.dialog("Tessavox").box[:2]
         def is_above():
-            return "ABOVE" in subprocess.run(["xprop", "-name", "Tessavox", "_NET_WM_STATE"],
-                                             check=True, capture_output=True, text=True).stdout
+            return "ABOVE" in properties("-name", "Tessavox", "_NET_WM_STATE")
         left, top = place()
         subprocess.run(["wmctrl", "-F", "-r", "Tessavox", "-b", "remove,above"], check=True)
         wait_for(lambda: not is_above(), "the user has it below other windows")
