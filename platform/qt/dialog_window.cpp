@@ -7,23 +7,76 @@
 #include <QDialog>
 #include <QGuiApplication>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QStyle>
 #include <QWindow>
 
+#include <algorithm>
+
 namespace tessavox {
+
+namespace {
+
+/// Behind the buttons of a window that can be dragged by what is free between them: the pointer
+/// tells of that there, and so do dots at the end of the row. Mouse events pass it by.
+class Grip : public QWidget {
+public:
+    explicit Grip(QWidget* canvas)
+        : QWidget(canvas)
+    {
+        setCursor(Qt::SizeAllCursor);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        constexpr int dot = 2;
+        constexpr int step = 4;
+        constexpr int columns = 2;
+        constexpr int rows = 3;
+        QRect place({}, QSize(columns * step - dot, rows * step - dot));
+        place.moveCenter(end_of_row().center());
+        QPainter painter(this);
+        for (int column = 0; column < columns; ++column) {
+            for (int row = 0; row < rows; ++row)
+                painter.fillRect(
+                    place.x() + column * step, place.y() + row * step, dot, dot, palette().mid());
+        }
+    }
+
+private:
+    QRect end_of_row() const
+    {
+        const auto visual = [this](const QRect& place) {
+            return QStyle::visualRect(layoutDirection(), rect(), place);
+        };
+        int taken = 0;
+        for (const QWidget* widget : parentWidget()->findChildren<QWidget*>()) {
+            if (widget != this && widget->isVisible() && widget->geometry().intersects(rect()))
+                taken = std::max(taken, visual(widget->geometry()).x() + widget->width());
+        }
+        return visual({ taken, 0, width() - taken, height() });
+    }
+};
+
+} // namespace
 
 class DialogWindow::Dialog : public QDialog {
 public:
     explicit Dialog(FormKind kind)
         : canvas(make_child<ClientArea>(this))
     {
-        if (kind == FormKind::tool_window)
-            setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint
-                | Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+        if (kind != FormKind::tool_window)
+            return;
+        setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint
+            | Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint);
+        grip = &make_child<Grip>(&canvas);
     }
 
     void reject() override { close(); } // the Escape key
 
     ClientArea& canvas;
+    QWidget* grip = nullptr; // none in a window that is dragged by its frame only
     DialogWindow* owner = nullptr;
 
 protected:
@@ -87,6 +140,8 @@ void DialogWindow::resize_to(const QSize& pixels)
 {
     m_dialog.setFixedSize(pixels);
     m_dialog.canvas.resize(pixels);
+    if (m_dialog.grip)
+        m_dialog.grip->resize(pixels);
 }
 
 // One with an owner stays above it, and comes up in its middle.
