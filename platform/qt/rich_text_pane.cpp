@@ -45,6 +45,15 @@ bool is_laid_out(const QTextBlock& block)
     return block.layout()->lineCount() > 0;
 }
 
+/// Or else the first edit would have everything laid out anew that was changed before the document
+/// was shown.
+void forget_what_changed(QTextDocument& document)
+{
+    QTextCursor cursor(&document);
+    cursor.beginEditBlock();
+    cursor.endEditBlock();
+}
+
 } // namespace
 
 class QtRichTextPane::Editor : public QTextEdit {
@@ -85,7 +94,8 @@ protected:
             show_selection_always(m_shows_selection_always);
             break;
         case QEvent::PaletteChange:
-            show_legibly(*document(), 0, document()->characterCount(), palette());
+            if (show_legibly(*document(), 0, document()->characterCount(), palette()))
+                document()->markContentsDirty(0, document()->characterCount());
             break;
         default:
             break;
@@ -333,6 +343,7 @@ void QtRichTextPane::show_document(
         document->setModified(false);
         document->setParent(m_editor);
         show_legibly(*document, 0, document->characterCount(), m_editor->palette());
+        forget_what_changed(*document);
         m_editor->setDocument(document.get());
         QTextCursor cursor(document.get());
         if (document->isEmpty())

@@ -11,6 +11,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
@@ -278,9 +279,14 @@ TEST_F(ShownPane, ColoursForPaperAreShownLegiblyOnADarkGroundAndKept)
     expect_legible(2, 3);
     pane.set_Text(u"");
     pane.set_SelColor(RGB(149, 32, 19));
-    pane.set_Text(u"tag");
-    expect_legible(0, 3);
+    pane.set_Text(u"tag" + book(100));
+    expect_legible(0, editor.document()->begin().length() - 1);
+    QSignalSpy edits(editor.document(), &QTextDocument::contentsChange);
+    pane.set_SelText(u"x");
+    EXPECT_LT(edits[0][2].toInt(), 1000); // and not what was coloured before
+    QSignalSpy layouts(editor.document()->documentLayout(), &QAbstractTextDocumentLayout::update);
     turn(light);
+    EXPECT_LT(layouts.count(), 50); // not once for each paragraph
 }
 
 TEST_F(ShownPane, ASelectedWordThatIsPartlyDrawnAnewHasNoSpotsOnAScaledDisplay)
