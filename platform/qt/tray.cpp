@@ -103,7 +103,6 @@ void QtTray::tray_found()
 {
     if (!m_is_wanted)
         return;
-    m_is_asking = false;
     if (!m_is_of_bus)
         m_is_of_bus = m_is_on_bus;
     m_icon = std::make_unique<QSystemTrayIcon>(QApplication::windowIcon());
