@@ -1,6 +1,7 @@
 #include "platform/qt/program_style.h"
 
 #include "platform/qt/colours.h"
+#include "platform/qt/title_bar.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -213,6 +214,8 @@ void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
             return draw_arrow(row, *option, *painter);
     }
     QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element == PE_FrameWindow)
+        draw_frame(option->rect, option->palette.color(QPalette::Mid), *painter);
     if (element == PE_PanelButtonCommand || element == PE_FrameLineEdit)
         draw_edge(*option, *painter);
 }
@@ -220,6 +223,9 @@ void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
 void ProgramStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
     QPainter* painter, const QWidget* widget) const
 {
+    const auto* bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
+    if (control == CC_TitleBar && bar)
+        return draw_title_bar(*bar, *painter, *proxy(), widget);
     QProxyStyle::drawComplexControl(control, option, painter, widget);
     if (control == CC_ComboBox || control == CC_SpinBox)
         draw_edge(*option, *painter);

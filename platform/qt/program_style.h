@@ -14,6 +14,7 @@ namespace tessavox {
 ///   Midlight a button that is pointed at, Dark one that is pressed.
 /// - Arrows are thin lines in the colour of the text, and check boxes, buttons and fields have an
 ///   edge that can be seen.
+/// - The title bar of a document's window is flat, its text can be read, and its edge be seen.
 /// - The signs on a document's window buttons have the colour of the text.
 /// - The popup of a list has a limited height and a scroll bar, where some styles would cover the
 ///   whole screen as if it were a menu.

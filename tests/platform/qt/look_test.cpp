@@ -8,7 +8,9 @@
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QPainter>
 #include <QRegularExpression>
+#include <QStyleOptionTitleBar>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -38,6 +40,31 @@ constexpr Desktop desktops[] = {
     { "#ffffff", "#ffffff", "#ffffff", "#000000", "#000000", "#ffffff", true },
 };
 
+/// The largest contrast between the ground of a document's title bar, which stands at its left
+/// edge, and a part of it.
+double contrast_in_title_bar(
+    const QPalette& palette, Qt::WindowState state, QStyle::SubControl part)
+{
+    const ProgramStyle style;
+    QStyleOptionTitleBar bar;
+    bar.rect = { 0, 0, 300, 24 };
+    bar.palette = palette;
+    bar.text = "MMM";
+    bar.titleBarState = state;
+    bar.titleBarFlags = Qt::SubWindow | Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint;
+    QImage picture(bar.rect.size(), QImage::Format_RGB32);
+    QPainter painter(&picture);
+    style.drawComplexControl(QStyle::CC_TitleBar, &bar, &painter, nullptr);
+    painter.end();
+    const QRect place = style.subControlRect(QStyle::CC_TitleBar, &bar, part, nullptr);
+    double largest = 1;
+    for (int x = place.left() + 3; x < place.right() - 2; ++x)
+        for (int y = place.top() + 3; y < place.bottom() - 2; ++y)
+            largest
+                = std::max(largest, contrast(picture.pixelColor(x, y), picture.pixelColor(1, 12)));
+    return largest;
+}
+
 TEST(ProgramStyles, MakeEveryDesktopsSelectionAndLinesVisible)
 {
     EXPECT_NEAR(contrast("#767676", "#ffffff"), 4.54, 0.005); // as the guidelines' examples have it
@@ -60,6 +87,10 @@ TEST(ProgramStyles, MakeEveryDesktopsSelectionAndLinesVisible)
         for (const auto ground : { QPalette::Midlight, QPalette::Dark })
             EXPECT_GE(contrast(colour(QPalette::ButtonText), colour(ground)), 4.5)
                 << desktop.window;
+        for (const auto state : { Qt::WindowNoState, Qt::WindowActive }) {
+            for (const auto part : { QStyle::SC_TitleBarLabel, QStyle::SC_TitleBarCloseButton })
+                EXPECT_GE(contrast_in_title_bar(palette, state, part), 4) << desktop.window << part;
+        }
         EXPECT_EQ(colour(QPalette::Highlight) == selection, desktop.selection_is_kept)
             << desktop.selection;
     }
