@@ -63,7 +63,9 @@ class Commands(unittest.TestCase):
         wait_for(lambda: "Event Tester" in subprocess.run(
             ["xdotool", "getactivewindow", "getwindowname"], capture_output=True, text=True).stdout,
             "another program in front")
-        keys("ctrl+Up")
+        locks = "Caps_Lock", "Num_Lock"
+        self.addCleanup(xdotool, "key", *locks)
+        xdotool("key", *locks, "ctrl+Up")
         wait_for(lambda: self.program.panel("Speaking Speed: 1"), "the speed")
         keys("ctrl+F9")
         self.wait_for_window(False)
