@@ -108,6 +108,15 @@ QString icon_in(std::span<const IconRow> rows, std::string_view control)
     return {};
 }
 
+/// Back is where reading comes from.
+QString facing(const QString& icon)
+{
+    constexpr const char* pair[] = { "go-previous", "go-next" };
+    if (QGuiApplication::isLeftToRight())
+        return icon;
+    return icon == pair[0] ? pair[1] : icon == pair[1] ? pair[0] : icon;
+}
+
 /// What gives a drawing its colours: the program's palette of the moment, or that of a button.
 struct Ink {
     QPalette::ColorRole pointed_at = QPalette::ButtonText;
@@ -207,7 +216,7 @@ QIcon icon_of_command(std::string_view name, IconPlace place)
 {
     const auto pointed_at
         = place == IconPlace::menu ? QPalette::HighlightedText : QPalette::ButtonText;
-    return drawn(icon_in(commands, name), { pointed_at }, Source::desktop_theme);
+    return drawn(facing(icon_in(commands, name)), { pointed_at }, Source::desktop_theme);
 }
 
 QIcon icon_of_big_button(std::string_view name, const QPalette& palette)
