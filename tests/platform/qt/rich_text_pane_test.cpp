@@ -287,6 +287,8 @@ TEST_F(ShownPane, ColoursForPaperAreShownLegiblyOnADarkGroundAndKept)
     QSignalSpy layouts(editor.document()->documentLayout(), &QAbstractTextDocumentLayout::update);
     turn(light);
     EXPECT_LT(layouts.count(), 50); // not once for each paragraph
+    pane.set_SelText(u"x");
+    EXPECT_LT(edits.last()[2].toInt(), 1000);
 }
 
 TEST_F(ShownPane, ASelectedWordThatIsPartlyDrawnAnewHasNoSpotsOnAScaledDisplay)
