@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <cstring>
 #include <qpa/qplatformnativeinterface.h>
 #include <xcb/xcb.h>
@@ -25,10 +24,7 @@ namespace {
 /// the next question. So many questions later nobody answers the first one any more.
 constexpr std::size_t answer_places = 8;
 
-struct Free {
-    void operator()(void* reply) const { std::free(reply); }
-};
-template <class Reply> using Owned = std::unique_ptr<Reply, Free>;
+using x_server::Owned;
 
 /// A text on the clipboard that shares its characters with the program's own copy.
 class SharedText : public QMimeData {

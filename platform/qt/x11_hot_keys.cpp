@@ -10,7 +10,6 @@
 #include <xcb/xcb_keysyms.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <string_view>
 #include <utility>
 
@@ -38,9 +37,7 @@ xcb_keysym_t symbol_of(unsigned key_code)
 
 std::vector<std::uint8_t> codes_of(xcb_key_symbols_t* symbols, xcb_keysym_t symbol)
 {
-    const auto free_list = [](xcb_keycode_t* list) { std::free(list); }; // NOLINT
-    const std::unique_ptr<xcb_keycode_t, decltype(free_list)> list(
-        xcb_key_symbols_get_keycode(symbols, symbol), free_list);
+    const x_server::Owned<xcb_keycode_t> list(xcb_key_symbols_get_keycode(symbols, symbol));
     std::vector<std::uint8_t> codes;
     for (const xcb_keycode_t* code = list.get(); code && *code != XCB_NO_SYMBOL; ++code)
         codes.push_back(*code);
@@ -55,22 +52,16 @@ xcb_window_t first_root(xcb_connection_t* server)
 std::uint8_t keyboard_event_of(xcb_connection_t* server)
 {
     constexpr std::string_view name = "XKEYBOARD";
-    const auto free_reply = [](xcb_query_extension_reply_t* reply) { std::free(reply); }; // NOLINT
-    const std::unique_ptr<xcb_query_extension_reply_t, decltype(free_reply)> extension(
-        xcb_query_extension_reply(
-            server, xcb_query_extension(server, name.size(), name.data()), nullptr),
-        free_reply);
+    const x_server::Owned<xcb_query_extension_reply_t> extension(xcb_query_extension_reply(
+        server, xcb_query_extension(server, name.size(), name.data()), nullptr));
     return extension && extension->present ? extension->first_event : no_such_event;
 }
 
 /// Which of the eight modifiers a key is; 0 if it is none.
 std::uint16_t modifier_of(xcb_connection_t* server, const std::vector<std::uint8_t>& codes)
 {
-    const auto free_reply
-        = [](xcb_get_modifier_mapping_reply_t* reply) { std::free(reply); }; // NOLINT
-    const std::unique_ptr<xcb_get_modifier_mapping_reply_t, decltype(free_reply)> mapping(
-        xcb_get_modifier_mapping_reply(server, xcb_get_modifier_mapping(server), nullptr),
-        free_reply);
+    const x_server::Owned<xcb_get_modifier_mapping_reply_t> mapping(
+        xcb_get_modifier_mapping_reply(server, xcb_get_modifier_mapping(server), nullptr));
     if (!mapping)
         return 0;
     const xcb_keycode_t* const keys = xcb_get_modifier_mapping_keycodes(mapping.get());
@@ -149,10 +140,8 @@ bool X11HotKeys::grab(Key& key)
     }
     bool taken = !asked.empty();
     for (const xcb_void_cookie_t& cookie : asked) {
-        if (xcb_generic_error_t* const error = xcb_request_check(m_server, cookie)) {
-            std::free(error); // NOLINT(cppcoreguidelines-no-malloc)
-            taken = false;
-        }
+        const x_server::Owned<xcb_generic_error_t> error(xcb_request_check(m_server, cookie));
+        taken = taken && !error;
     }
     if (!taken)
         ungrab(key);

@@ -6,26 +6,25 @@
 
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
 #include <string_view>
 
 namespace tessavox::x_server {
 namespace {
 
-struct Free {
-    void operator()(void* reply) const { std::free(reply); } // NOLINT(cppcoreguidelines-no-malloc)
-};
-template <class Reply> using ReplyOf = std::unique_ptr<Reply, Free>;
-
 xcb_atom_t atom(xcb_connection_t* server, std::string_view name)
 {
     const auto asked
         = xcb_intern_atom(server, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    const ReplyOf<xcb_intern_atom_reply_t> answer(xcb_intern_atom_reply(server, asked, nullptr));
+    const Owned<xcb_intern_atom_reply_t> answer(xcb_intern_atom_reply(server, asked, nullptr));
     return answer ? answer->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
 } // namespace
+
+void Free::operator()(void* owned) const
+{
+    std::free(owned); // NOLINT(cppcoreguidelines-no-malloc)
+}
 
 xcb_connection_t* connection()
 {
@@ -38,8 +37,9 @@ bool has_tray()
     xcb_connection_t* const server = connection();
     if (!server)
         return false;
-    const ReplyOf<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
-        server, xcb_get_selection_owner(server, atom(server, "_NET_SYSTEM_TRAY_S0")), nullptr));
+    static const xcb_atom_t tray = atom(server, "_NET_SYSTEM_TRAY_S0");
+    const Owned<xcb_get_selection_owner_reply_t> owner(
+        xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, tray), nullptr));
     return owner && owner->owner != XCB_WINDOW_NONE;
 }
 

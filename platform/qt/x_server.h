@@ -2,10 +2,17 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 struct xcb_connection_t;
 
 namespace tessavox::x_server {
+
+struct Free {
+    void operator()(void* owned) const;
+};
+/// An answer, or a list, that the X library hands over to be freed.
+template <class Kind> using Owned = std::unique_ptr<Kind, Free>;
 
 /// The toolkit's connection, or null where windows aren't shown by an X server.
 xcb_connection_t* connection();
