@@ -1,6 +1,7 @@
 #include "platform/qt/document_area.h"
 
 #include "platform/qt/quiet_assistance.h"
+#include "platform/qt/text_conversion.h"
 
 #include <QAction>
 #include <QApplication>
@@ -197,7 +198,7 @@ void DocumentArea::list_in(QMenu& menu)
     for (const Document& document : m_documents) {
         QMdiSubWindow* window = document.window;
         QString name = menu.fontMetrics().elidedText(
-            window->windowTitle().replace("[*][*]", "[*]"), Qt::ElideMiddle, width() / 2);
+            caption_of(window->windowTitle()), Qt::ElideMiddle, width() / 2);
         QAction* entry = menu.addAction(
             name.replace('&', "&&"), window, [this, window] { setActiveSubWindow(window); });
         entry->setCheckable(true);

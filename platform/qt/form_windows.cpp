@@ -47,11 +47,6 @@ private:
 
 } // namespace
 
-QString as_title(const std::string& caption)
-{
-    return to_qt(caption).replace("[*]", "[*][*]");
-}
-
 QtFormWindow::QtFormWindow(Form& form, MessageGate& gate, QWidget& top, QWidget& canvas)
     : m_form(&form)
     , m_gate(gate)

@@ -22,10 +22,6 @@ namespace tessavox {
 class MainWindow;
 class MessageGate;
 
-/// A caption as the title of a window. Qt takes "[*]" for a mark of its own; a file may be called
-/// so.
-QString as_title(const std::string& caption);
-
 /// What the three kinds of windows share.
 class QtFormWindow : public FormWindow, public ControlView {
 public:

@@ -4,6 +4,7 @@
 #include "platform/controls/menu_item.h"
 #include "platform/qt/child_widget.h"
 #include "platform/qt/document_area.h"
+#include "platform/qt/text_conversion.h"
 #include "platform/qt/twips.h"
 
 #include <QApplication>

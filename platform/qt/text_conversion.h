@@ -31,4 +31,17 @@ inline std::u16string as_utf16(const QString& text)
         static_cast<std::size_t>(text.size()) };
 }
 
+/// A caption as the title of a window. Qt takes "[*]" for a mark of its own; a file may be called
+/// so.
+inline QString as_title(const std::string& caption)
+{
+    return to_qt(caption).replace("[*]", "[*][*]");
+}
+
+/// The caption that such a title was made of.
+inline QString caption_of(QString title)
+{
+    return title.replace("[*][*]", "[*]");
+}
+
 } // namespace tessavox
