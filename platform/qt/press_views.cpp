@@ -121,11 +121,11 @@ private:
         font.setPointSizeF(font.pointSizeF() * (big ? big_button_text_scale : 1));
         show_sign(big);
         QString text = shown_caption(m_control);
-        if (!m_button.icon().isNull()) {
+        const bool has_sign = !m_button.icon().isNull();
+        if (has_sign && big)
             room -= m_button.iconSize().width() + text_margin;
-            if (!big)
-                text.clear(); // not every text has room, and the row is to be of one kind
-        }
+        else if (has_sign)
+            text.clear(); // not every text has room, and the row is to be of one kind
         m_button.setText(fit_text(m_button, font, text, room));
     }
 
